@@ -1,0 +1,38 @@
+# Sourced by the scripts beside it. Debian packages are installed only where
+# they are missing, so that a second call is quick and needs no network.
+# shellcheck shell=bash
+
+# What the two commands of the README need to be built.
+# shellcheck disable=SC2034  # read by the scripts that source this file
+BUILD_PACKAGES=(g++ cmake ninja-build libsdp-dev libopenblas-serial-dev libeigen3-dev
+  libcli11-dev)
+
+# What only the tests need.
+# shellcheck disable=SC2034
+TEST_PACKAGES=(libgtest-dev libbenchmark-dev clang-format clang-tidy shellcheck python3)
+
+# install_packages PACKAGE...: installs those that are not installed yet, as
+# root or through sudo.
+install_packages() {
+  local missing=() package status root=()
+  for package in "$@"; do
+    status=$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null) || status=
+    [ "$status" = installed ] || missing+=("$package")
+  done
+  [ ${#missing[@]} -gt 0 ] || return 0
+
+  if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null; then
+      echo "$0: missing packages: ${missing[*]}" >&2
+      echo "$0: installing them takes root, and there is no sudo here" >&2
+      return 1
+    fi
+    root=(sudo)
+  fi
+  echo "== installing ${missing[*]}"
+  # Another apt may be at work on a machine that has just started: wait for it.
+  local apt=("${root[@]}" env DEBIAN_FRONTEND=noninteractive
+    apt-get -qq -o DPkg::Lock::Timeout=300)
+  "${apt[@]}" update
+  "${apt[@]}" install -y --no-install-recommends "${missing[@]}" >/dev/null
+}
