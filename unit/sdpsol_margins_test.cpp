@@ -1,0 +1,369 @@
+// The three problems with margins at several contacts.
+#include <gtest/gtest.h>
+
+#include "unit/intforce_fixture.h"
+
+namespace {
+
+using namespace unit_test;
+using Contacts = std::vector<int>;
+using Values = std::vector<double>;
+
+constexpr auto kIndividual = &sdpsol_wrapper::internalForceMaximizeIndividual;
+constexpr auto kFrictionContacts = &sdpsol_wrapper::internalForceMaximizeFrictionContacts;
+constexpr auto kAll = &sdpsol_wrapper::internalForceMaximizeAll;
+
+constexpr std::string_view kNoComponents =
+    "sdpsol_wrapper-warning: sum of contact types is 0, problem is not solved\n";
+
+class Individual : public IntForce {};
+class FrictionContacts : public IntForce {};
+class All : public IntForce {};
+
+TEST_F(Individual, PosesTheChosenContacts) {
+  ask(kIndividual, kBase31, kTypes31, kFriction31, kBounds31, Contacts{0, 1});
+  EXPECT_EQ(driver_.definition, kDefs31 +
+                                    "variable epsilon0;\n"
+                                    "variable epsilon1;\n" +
+                                    kConstr31 +
+                                    "epsilon0>0;\n"
+                                    "epsilon1>0;\n"
+                                    "[P0,zeros(3,1);\n"
+                                    "zeros(1,3),P1] - \n"
+                                    "[epsilon0*eye(3),zeros(3,1);\n"
+                                    "zeros(1,3),epsilon1] > 0;\n"
+                                    "maximize objective=(0+x2+epsilon1)/2;\n");
+  EXPECT_EQ(said_, "");
+}
+
+TEST_F(Individual, KeepsTheOrderOfTheListAndShowsOthersAsZeros) {
+  ask(kIndividual, kBase313, kTypes313, kFriction313, kBounds313, Contacts{2, 1});
+  EXPECT_EQ(driver_.definition, kDefs313 +
+                                    "variable epsilon2;\n"
+                                    "variable epsilon1;\n" +
+                                    kConstr313 +
+                                    "epsilon2>0;\n"
+                                    "epsilon1>0;\n"
+                                    "[P0,zeros(3,4);\n"
+                                    "zeros(1,3),P1,zeros(1,3);\n"
+                                    "zeros(3,4),P2] - \n"
+                                    "[zeros(3,3),zeros(3,4);\n"
+                                    "zeros(1,3),epsilon1,zeros(1,3);\n"
+                                    "zeros(3,4),epsilon2*eye(3)] > 0;\n"
+                                    "maximize objective=(0+x6+epsilon1)/2;\n");
+}
+
+TEST_F(Individual, ShowsAFrictionlessContactThatIsNotChosenAsZero) {
+  ask(kIndividual, kBase31, kTypes31, kFriction31, kBounds31, Contacts{0});
+  EXPECT_EQ(driver_.definition, kDefs31 + "variable epsilon0;\n" + kConstr31 +
+                                    "epsilon0>0;\n"
+                                    "[P0,zeros(3,1);\n"
+                                    "zeros(1,3),P1] - \n"
+                                    "[epsilon0*eye(3),zeros(3,1);\n"
+                                    "zeros(1,3),0] > 0;\n"
+                                    "maximize objective=(0+x2)/1;\n");
+}
+
+TEST_F(Individual, CountsRepetitions) {
+  ask(kIndividual, kBase31, kTypes31, kFriction31, kBounds31, Contacts{1, 1});
+  EXPECT_EQ(driver_.definition, kDefs31 +
+                                    "variable epsilon1;\n"
+                                    "variable epsilon1;\n" +
+                                    kConstr31 +
+                                    "epsilon1>0;\n"
+                                    "epsilon1>0;\n"
+                                    "[P0,zeros(3,1);\n"
+                                    "zeros(1,3),P1] - \n"
+                                    "[zeros(3,3),zeros(3,1);\n"
+                                    "zeros(1,3),epsilon1] > 0;\n"
+                                    "maximize objective=(0+epsilon1+epsilon1)/2;\n");
+}
+
+TEST_F(Individual, AsksForNoObjectiveWithoutAChosenContact) {
+  answer_with(kFeasible);
+  EXPECT_EQ(ask(kIndividual, kBase31, kTypes31, kFriction31, kBounds31, Contacts{}), 0.0F);
+  EXPECT_EQ(driver_.definition, kDefs31 + kConstr31 +
+                                    "[P0,zeros(3,1);\n"
+                                    "zeros(1,3),P1] - \n"
+                                    "[zeros(3,3),zeros(3,1);\n"
+                                    "zeros(1,3),0] > 0;\n");
+  EXPECT_TRUE(driver_.lastResult.feasible);
+}
+
+TEST_F(Individual, WarnsOfContactsThatDoNotExistAndLeavesThemOutOfTheSum) {
+  ask(kIndividual, kBase31, kTypes31, kFriction31, kBounds31, Contacts{-1, 0, 2});
+  EXPECT_EQ(said_,
+            "sdpsol_wrapper-warning: defined Contact to maximize does not exist, maxContact -1\n"
+            "sdpsol_wrapper-warning: defined Contact to maximize does not exist, maxContact 2\n");
+  EXPECT_EQ(driver_.definition, kDefs31 + "variable epsilon0;\n" + kConstr31 +
+                                    "epsilon0>0;\n"
+                                    "[P0,zeros(3,1);\n"
+                                    "zeros(1,3),P1] - \n"
+                                    "[epsilon0*eye(3),zeros(3,1);\n"
+                                    "zeros(1,3),0] > 0;\n"
+                                    "maximize objective=(0+x2)/3;\n");
+}
+
+TEST_F(Individual, MaximisesNothingWhenNoChosenContactExists) {
+  ask(kIndividual, kBase11, kTypes11, kFriction11, kBounds11, Contacts{7});
+  EXPECT_EQ(driver_.definition, kDefs11 + kConstr11 +
+                                    "[P0,zeros(1,1);\n"
+                                    "zeros(1,1),P1] - \n"
+                                    "[0,zeros(1,1);\n"
+                                    "zeros(1,1),0] > 0;\n"
+                                    "maximize objective=(0)/1;\n");
+}
+
+TEST_F(Individual, ReportsUnknownTypesTwiceInOrder) {
+  ask(kIndividual, {1, 2, 3}, {2, 1}, {0, 0}, {0, 1, 0, 1, 0, 1}, Contacts{0, 9});
+  EXPECT_EQ(said_,
+            "sdpsol_wrapper-warning: defined Contact to maximize does not exist, maxContact 9\n"
+            "Warning, unknown friction type 2\n"
+            "unknown friction type 2\n");
+  EXPECT_NE(driver_.definition.find("epsilon0>0;\n"
+                                    "[P0,zeros(2,1);\n"
+                                    "zeros(1,2),P1] - \n"
+                                    "[,zeros(2,1);\n"
+                                    "zeros(1,2),0] > 0;\n"
+                                    "maximize objective=(0+epsilon0)/2;\n"),
+            std::string::npos);
+}
+
+TEST_F(Individual, CountsComponentsOfTheObjectiveModulo32Bits) {
+  ask(kIndividual, {1, 2}, {-1, 3}, {1, 1}, {0, 1, 0, 1}, Contacts{1});
+  EXPECT_TRUE(driver_.definition.ends_with("\nmaximize objective=(0+x1)/1;\n"));
+}
+
+TEST_F(Individual, WarnsOfABaseThatIsNoMultipleWithItsOwnPrefix) {
+  ask(kIndividual, {1, 2, 3}, kTypes11, kFriction11, kBounds11, Contacts{0});
+  EXPECT_EQ(said_,
+            "sdpsol_wrapper-warning: Error calculation Nullspace size; size of Base is 3,sum_cdim "
+            "is 2\n");
+}
+
+TEST_F(Individual, AnswersTheObjectiveOrZero) {
+  answer_with(kObjective);
+  EXPECT_EQ(ask(kIndividual, kBase31, kTypes31, kFriction31, kBounds31, Contacts{0}), 3.43119587F);
+  answer_with(kInfeasibleWithNumbers);
+  EXPECT_EQ(ask(kIndividual, kBase31, kTypes31, kFriction31, kBounds31, Contacts{0}), 0.0F);
+}
+
+TEST_F(Individual, RefusesAProblemWithoutContacts) {
+  expect_refused(ask(kIndividual, {1}, {}, {}, {}, Contacts{0}), kNoComponents);
+}
+
+TEST_F(FrictionContacts, PosesMarginsOfContactsWithFrictionFirst) {
+  Values values(3);
+  ask(kFrictionContacts, kBase313, kTypes313, kFriction313, kBounds313, &values);
+  EXPECT_EQ(driver_.definition,
+            "variable epsilon0;\n"
+            "variable epsilon2;\n" +
+                kDefs313 + kConstr313 +
+                "epsilon0>0;\n"
+                "epsilon2>0;\n"
+                "[P0,zeros(3,4);\n"
+                "zeros(1,3),P1,zeros(1,3);\n"
+                "zeros(3,4),P2] - \n"
+                "[epsilon0*eye(3),zeros(3,4);\n"
+                "zeros(1,3),1,zeros(1,3);\n"
+                "zeros(3,4),epsilon2*eye(3)] > 0;\n"
+                "maximize objective=(0+epsilon0+epsilon2)/2;\n");
+  EXPECT_EQ(said_, "");
+}
+
+TEST_F(FrictionContacts, DividesByZeroForASingleContact) {
+  Values values(1);
+  ask(kFrictionContacts, kBase3, kTypes3, kFriction3, kBounds3, &values);
+  EXPECT_EQ(driver_.definition, "variable epsilon0;\n" + kDefs3 + kConstr3 +
+                                    "epsilon0>0;\n"
+                                    "[P0] - \n"
+                                    "[epsilon0*eye(3)] > 0;\n"
+                                    "maximize objective=(0+epsilon0)/0;\n");
+}
+
+TEST_F(FrictionContacts, PosesNoMarginsWithoutFriction) {
+  Values values(2);
+  ask(kFrictionContacts, kBase11, kTypes11, kFriction11, kBounds11, &values);
+  EXPECT_EQ(driver_.definition, kDefs11 + kConstr11 +
+                                    "[P0,zeros(1,1);\n"
+                                    "zeros(1,1),P1] - \n"
+                                    "[1,zeros(1,1);\n"
+                                    "zeros(1,1),1] > 0;\n"
+                                    "maximize objective=(0)/1;\n");
+}
+
+TEST_F(FrictionContacts, HandsTheFirstValuesOutWhateverTheyBelongTo) {
+  answer_with(kObjective);
+  Values values{-1, -1, -1};
+  EXPECT_EQ(ask(kFrictionContacts, kBase313, kTypes313, kFriction313, kBounds313, &values),
+            3.43119587F);
+  EXPECT_EQ(values, (Values{1.5, 2.5, 3.5}));
+}
+
+TEST_F(FrictionContacts, LeavesElementsBehindTheValuesUntouched) {
+  answer_with(kFeasible);
+  Values values{-1, -2, -3, -4};
+  ask(kFrictionContacts, kBase313, kTypes313, kFriction313, kBounds313, &values);
+  EXPECT_EQ(values, (Values{1.0, -2, -3, -4}));
+}
+
+TEST_F(FrictionContacts, NeverWritesMoreValuesThanContacts) {
+  answer_with(kObjective);
+  Values values{-1, -2, -3, -4};
+  ask(kFrictionContacts, kBase3, kTypes3, kFriction3, kBounds3, &values);
+  EXPECT_EQ(values, (Values{1.5, -2, -3, -4}));
+}
+
+TEST_F(FrictionContacts, NeverWritesBehindAShortOutputList) {
+  answer_with(kObjective);
+  Values values{-1};
+  ask(kFrictionContacts, kBase313, kTypes313, kFriction313, kBounds313, &values);
+  EXPECT_EQ(values, Values{1.5});
+  EXPECT_EQ(ask(kFrictionContacts, kBase313, kTypes313, kFriction313, kBounds313,
+                static_cast<Values*>(nullptr)),
+            3.43119587F);
+}
+
+TEST_F(FrictionContacts, HandsValuesOutWhenInfeasibleToo) {
+  answer_with(kInfeasibleWithNumbers);
+  Values values{-1, -1, -1};
+  EXPECT_EQ(ask(kFrictionContacts, kBase313, kTypes313, kFriction313, kBounds313, &values), 0.0F);
+  EXPECT_EQ(values, (Values{3.5, -1, -1}));
+}
+
+TEST_F(FrictionContacts, LeavesTheOutputListAfterAFailedRun) {
+  driver_ = scripted_driver(dir_, "exit 1\n");
+  Values values{-1, -1, -1};
+  EXPECT_EQ(ask(kFrictionContacts, kBase313, kTypes313, kFriction313, kBounds313, &values), 0.0F);
+  EXPECT_EQ(values, (Values{-1, -1, -1}));
+}
+
+TEST_F(FrictionContacts, ReportsUnknownTypesTwiceAndOmitsTheirBlocks) {
+  Values values(2);
+  ask(kFrictionContacts, {1, 2, 3}, {2, 1}, {0, 0}, {0, 1, 0, 1, 0, 1}, &values);
+  EXPECT_EQ(said_,
+            "Warning, unknown friction type 2\n"
+            "unknown friction type 2\n");
+  EXPECT_NE(driver_.definition.find("x2<1;\n"
+                                    "[P0,zeros(2,1);\n"
+                                    "zeros(1,2),P1] - \n"
+                                    "[,zeros(2,1);\n"
+                                    "zeros(1,2),1] > 0;\n"
+                                    "maximize objective=(0)/1;\n"),
+            std::string::npos);
+}
+
+TEST_F(FrictionContacts, WarnsOfABaseThatIsNoMultiple) {
+  Values values(2);
+  ask(kFrictionContacts, {1, 2, 3}, kTypes11, kFriction11, kBounds11, &values);
+  EXPECT_EQ(said_,
+            "iFE-warning: Error calculation Nullspace size; size of Base is 3,sum_cdim is 2\n");
+}
+
+TEST_F(FrictionContacts, RefusesAProblemWithoutContacts) {
+  Values values{-1};
+  expect_refused(ask(kFrictionContacts, {1}, {}, {}, {}, &values), kNoComponents);
+  EXPECT_EQ(values, Values{-1});
+}
+
+TEST_F(All, PosesMarginsOfAllContactsFirst) {
+  Values values(3);
+  ask(kAll, kBase313, kTypes313, kFriction313, kBounds313, &values);
+  EXPECT_EQ(driver_.definition,
+            "variable epsilon0;\n"
+            "variable epsilon1;\n"
+            "variable epsilon2;\n" +
+                kDefs313 + kConstr313 +
+                "epsilon0>0;\n"
+                "epsilon1>0;\n"
+                "epsilon2>0;\n"
+                "[P0,zeros(3,4);\n"
+                "zeros(1,3),P1,zeros(1,3);\n"
+                "zeros(3,4),P2] - \n"
+                "[epsilon0*eye(3),zeros(3,4);\n"
+                "zeros(1,3),epsilon1,zeros(1,3);\n"
+                "zeros(3,4),epsilon2*eye(3)] > 0;\n"
+                "maximize objective=((0+epsilon0+epsilon2)/2)+epsilon1;\n");
+  EXPECT_EQ(said_, "");
+}
+
+TEST_F(All, DividesByZeroForASingleContact) {
+  Values values(1);
+  ask(kAll, kBase3, kTypes3, kFriction3, kBounds3, &values);
+  EXPECT_EQ(driver_.definition, "variable epsilon0;\n" + kDefs3 + kConstr3 +
+                                    "epsilon0>0;\n"
+                                    "[P0] - \n"
+                                    "[epsilon0*eye(3)] > 0;\n"
+                                    "maximize objective=((0+epsilon0)/0);\n");
+}
+
+TEST_F(All, AddsMarginsWithoutFrictionUndivided) {
+  Values values(2);
+  ask(kAll, kBase11, kTypes11, kFriction11, kBounds11, &values);
+  EXPECT_EQ(driver_.definition,
+            "variable epsilon0;\n"
+            "variable epsilon1;\n" +
+                kDefs11 + kConstr11 +
+                "epsilon0>0;\n"
+                "epsilon1>0;\n"
+                "[P0,zeros(1,1);\n"
+                "zeros(1,1),P1] - \n"
+                "[epsilon0,zeros(1,1);\n"
+                "zeros(1,1),epsilon1] > 0;\n"
+                "maximize objective=((0)/1)+epsilon0+epsilon1;\n");
+}
+
+TEST_F(All, HandsTheFirstValuesOut) {
+  answer_with(kObjective);
+  Values values{-1, -1, -1};
+  EXPECT_EQ(ask(kAll, kBase313, kTypes313, kFriction313, kBounds313, &values), 3.43119587F);
+  EXPECT_EQ(values, (Values{1.5, 2.5, 3.5}));
+  answer_with(kInfeasibleWithNumbers);
+  values = {-1, -1, -1};
+  EXPECT_EQ(ask(kAll, kBase313, kTypes313, kFriction313, kBounds313, &values), 0.0F);
+  EXPECT_EQ(values, (Values{3.5, -1, -1}));
+}
+
+TEST_F(All, GivesContactsOfUnknownTypeAVariableButNoBlock) {
+  Values values(2);
+  ask(kAll, {1, 2, 3}, {2, 1}, {0, 0}, {0, 1, 0, 1, 0, 1}, &values);
+  EXPECT_EQ(said_,
+            "Warning, unknown friction type 2\n"
+            "unknown friction type 2\n");
+  EXPECT_EQ(driver_.definition,
+            "variable epsilon0;\n"
+            "variable epsilon1;\n"
+            "BIGM=300000;\n"
+            "variable z0;\n"
+            "x0=1*z0;\n"
+            "x1=2*z0;\n"
+            "x2=3*z0;\n"
+            "P1=x2;\n"
+            "x0>0;\n"
+            "x0<1;\n"
+            "x1>0;\n"
+            "x1<1;\n"
+            "x2>0;\n"
+            "x2<1;\n"
+            "epsilon0>0;\n"
+            "epsilon1>0;\n"
+            "[P0,zeros(2,1);\n"
+            "zeros(1,2),P1] - \n"
+            "[,zeros(2,1);\n"
+            "zeros(1,2),epsilon1] > 0;\n"
+            "maximize objective=((0)/1)+epsilon1;\n");
+}
+
+TEST_F(All, WarnsOfABaseThatIsNoMultiple) {
+  Values values(2);
+  ask(kAll, {1, 2, 3}, kTypes11, kFriction11, kBounds11, &values);
+  EXPECT_EQ(said_,
+            "iFE-warning: Error calculation Nullspace size; size of Base is 3,sum_cdim is 2\n");
+}
+
+TEST_F(All, RefusesAProblemWithoutContacts) {
+  Values values{-1};
+  expect_refused(ask(kAll, {1}, {}, {}, {}, &values), kNoComponents);
+}
+
+}  // namespace

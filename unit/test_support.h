@@ -1,0 +1,93 @@
+// What the tests of the driver share: a directory of their own, standard output
+// as a text, and commands that stand in for the solver.
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "unit/sdpsol_wrapper.h"
+
+namespace unit_test {
+
+/// An empty directory that vanishes with the object. Its path holds no blank.
+class TempDir {
+ public:
+  TempDir() {
+    std::string name = "/tmp/sdpsol_unit_XXXXXX";
+    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("mkdtemp failed");
+    path_ = name;
+  }
+  TempDir(const TempDir&) = delete;
+  TempDir& operator=(const TempDir&) = delete;
+  ~TempDir() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+
+  std::string path(std::string_view name) const { return (path_ / name).string(); }
+
+ private:
+  std::filesystem::path path_;
+};
+
+inline void write_file(const std::string& path, std::string_view text) {
+  std::ofstream file(path, std::ios::binary);
+  file.write(text.data(), static_cast<std::streamsize>(text.size()));
+  if (!file.flush()) throw std::runtime_error("cannot write " + path);
+}
+
+inline std::string read_file(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) throw std::runtime_error("cannot read " + path);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// While it lives, what goes to std::cout ends up in text().
+class CapturedOutput {
+ public:
+  CapturedOutput() : before_(std::cout.rdbuf(captured_.rdbuf())) {}
+  CapturedOutput(const CapturedOutput&) = delete;
+  CapturedOutput& operator=(const CapturedOutput&) = delete;
+  ~CapturedOutput() { std::cout.rdbuf(before_); }
+
+  std::string text() const { return captured_.str(); }
+
+ private:
+  std::ostringstream captured_;
+  std::streambuf* before_;
+};
+
+/// A shell script that stands in for the solver: $3 is the result file, $4 the
+/// definition file.
+inline std::string script(const TempDir& dir, std::string_view body) {
+  const std::string path = dir.path("command.sh");
+  write_file(path, body);
+  return "sh " + path;
+}
+
+/// A driver in `dir` whose command is the given script.
+inline sdpsol_wrapper scripted_driver(const TempDir& dir, std::string_view body) {
+  return {script(dir, body), dir.path("sdpsol.in"), dir.path("sdpsol.out")};
+}
+
+/// A driver in `dir` whose command answers with `result`, whatever the problem.
+inline sdpsol_wrapper answering_driver(const TempDir& dir, std::string_view result) {
+  write_file(dir.path("answer"), result);
+  return scripted_driver(dir, "cp " + dir.path("answer") + " \"$3\"\n");
+}
+
+/// A feasible result without objective and variables that ends the scan cleanly.
+constexpr std::string_view kFeasible =
+    "*** Objective value\nNO OBJECTIVE.\n\n*** Variables\nz0 = 1\n\n";
+
+constexpr std::string_view kInfeasible =
+    "verdict: INFEASIBLE\n*** Objective value\nNO OBJECTIVE.\n\n*** Variables\n\n";
+
+}  // namespace unit_test
