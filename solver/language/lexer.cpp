@@ -1,0 +1,130 @@
+#include "solver/language/lexer.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+#include "solver/language/characters.h"
+#include "solver/language/diagnostics.h"
+#include "solver/language/number.h"
+
+namespace sdpsol {
+namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+bool begins_number(std::string_view text) {
+  return !text.empty() &&
+         (is_digit(text[0]) || (text[0] == '.' && text.size() > 1 && is_digit(text[1])));
+}
+
+constexpr std::array<TokenKind, 256> symbol_kinds() {
+  std::array<TokenKind, 256> kinds{};
+  kinds.fill(TokenKind::kInvalid);
+  kinds['+'] = TokenKind::kPlus;
+  kinds['-'] = TokenKind::kMinus;
+  kinds['*'] = TokenKind::kStar;
+  kinds['/'] = TokenKind::kSlash;
+  kinds['\''] = TokenKind::kApostrophe;
+  kinds['('] = TokenKind::kOpenParenthesis;
+  kinds[')'] = TokenKind::kCloseParenthesis;
+  kinds['['] = TokenKind::kOpenBracket;
+  kinds[']'] = TokenKind::kCloseBracket;
+  kinds[','] = TokenKind::kComma;
+  kinds[';'] = TokenKind::kSemicolon;
+  kinds['='] = TokenKind::kAssign;
+  kinds['>'] = TokenKind::kGreater;
+  kinds['<'] = TokenKind::kLess;
+  return kinds;
+}
+
+constexpr std::array<TokenKind, 256> kSymbolKinds = symbol_kinds();
+
+// A byte that no token, blank or comment begins with.
+bool is_foreign(char byte) {
+  return kSymbolKinds[static_cast<unsigned char>(byte)] == TokenKind::kInvalid &&
+         !is_name_character(byte) && !is_blank(byte) && byte != '%';
+}
+
+std::string complaint(std::string_view bytes) {
+  if (!begins_number(bytes)) return "unexpected " + in_quotes(bytes);
+  const bool too_large = scan_number(bytes).status == ScannedNumber::Status::kOverflow;
+  return in_quotes(bytes) + (too_large ? " is too large for a number" : " is not a number");
+}
+
+}  // namespace
+
+Lexer::Lexer(const Source& source) : text_(source.text()) {
+  if (text_.starts_with(kByteOrderMark)) at_ = kByteOrderMark.size();
+  scan(current_);
+  scan(ahead_);
+}
+
+void Lexer::advance() {
+  last_end_ = current_.span.end;
+  current_ = ahead_;
+  scan(ahead_);
+}
+
+void Lexer::skip_blanks() {
+  while (at_ < text_.size()) {
+    if (is_blank(text_[at_])) {
+      ++at_;
+    } else if (text_[at_] == '%') {
+      at_ = std::min(text_.find('\n', at_), text_.size());
+    } else {
+      return;
+    }
+  }
+}
+
+void Lexer::scan(Token& token) {
+  skip_blanks();
+  const std::size_t begin = at_;
+  if (begin == text_.size()) {
+    token.kind = TokenKind::kEnd;
+  } else if (is_name_start(text_[begin])) {
+    token.kind = TokenKind::kName;
+    do {
+      ++at_;
+    } while (at_ < text_.size() && is_name_character(text_[at_]));
+  } else if (begins_number(text_.substr(begin))) {
+    const ScannedNumber scanned = scan_number(text_.substr(begin));
+    const bool good = scanned.status == ScannedNumber::Status::kNumber;
+    token.kind = good ? TokenKind::kNumber : TokenKind::kInvalid;
+    token.number = scanned.value;
+    at_ += scanned.length;
+  } else {
+    token.kind = scan_symbol();
+  }
+  token.span = {static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(at_)};
+}
+
+TokenKind Lexer::scan_symbol() {
+  const TokenKind kind = kSymbolKinds[static_cast<unsigned char>(text_[at_])];
+  ++at_;
+  if (kind == TokenKind::kInvalid) {
+    // One complaint for a stretch of rubbish, not one for each of its bytes.
+    while (at_ < text_.size() && is_foreign(text_[at_])) ++at_;
+    return kind;
+  }
+  if (at_ == text_.size() || text_[at_] != '=') return kind;
+  const TokenKind with_equals = kind == TokenKind::kGreater  ? TokenKind::kGreaterEqual
+                                : kind == TokenKind::kLess   ? TokenKind::kLessEqual
+                                : kind == TokenKind::kAssign ? TokenKind::kEqual
+                                                             : kind;
+  if (with_equals != kind) ++at_;
+  return with_equals;
+}
+
+LanguageError Lexer::unexpected(const std::string& expected) const {
+  const Span span = current_.span;
+  if (current_.kind == TokenKind::kEnd) {
+    return {{last_end_, last_end_}, "expected " + expected + ", found the end of the text"};
+  }
+  const std::string_view bytes = text(span);
+  if (current_.kind == TokenKind::kInvalid) return {span, complaint(bytes)};
+  return {span, "expected " + expected + ", found " + in_quotes(bytes)};
+}
+
+}  // namespace sdpsol

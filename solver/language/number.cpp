@@ -1,0 +1,55 @@
+#include "solver/language/number.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <system_error>
+
+#include "solver/language/characters.h"
+
+namespace sdpsol {
+namespace {
+
+// from_chars reports overflow and underflow alike. The two lie hundreds of
+// orders of magnitude apart, so the position of the first nonzero digit tells.
+bool is_below_one(std::string_view number) {
+  const std::size_t exponent_mark = std::min(number.find_first_of("eE"), number.size());
+  const std::string_view digits = number.substr(0, exponent_mark);
+  const std::size_t first = digits.find_first_not_of("0.");
+  if (first == std::string_view::npos) return true;
+  const std::size_t point = std::min(digits.find('.'), digits.size());
+
+  std::string_view exponent = number.substr(exponent_mark);
+  exponent.remove_prefix(std::min<std::size_t>(exponent.size(), 1));
+  if (exponent.starts_with('+')) exponent.remove_prefix(1);
+  std::int64_t power = 0;
+  const auto read = std::from_chars(exponent.data(), exponent.data() + exponent.size(), power);
+  if (read.ec == std::errc::result_out_of_range) return exponent.starts_with('-');
+  return static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first) + power <= 0;
+}
+
+}  // namespace
+
+ScannedNumber scan_number(std::string_view text) {
+  ScannedNumber result;
+  const auto read = std::from_chars(text.data(), text.data() + text.size(), result.value);
+  result.length = static_cast<std::size_t>(read.ptr - text.data());
+  if (result.length < text.size() &&
+      (is_name_character(text[result.length]) || text[result.length] == '.')) {
+    result.status = ScannedNumber::Status::kMalformed;
+    while (result.length < text.size() &&
+           (is_name_character(text[result.length]) || text[result.length] == '.')) {
+      ++result.length;
+    }
+    return result;
+  }
+  if (read.ec == std::errc::result_out_of_range) {
+    result.value = 0;
+    if (!is_below_one(text.substr(0, result.length))) {
+      result.status = ScannedNumber::Status::kOverflow;
+    }
+  }
+  return result;
+}
+
+}  // namespace sdpsol

@@ -1,0 +1,95 @@
+#include "solver/language/relation.h"
+
+#include <string>
+#include <utility>
+
+#include "solver/language/arithmetic.h"
+#include "solver/language/explain.h"
+#include "solver/language/language_error.h"
+#include "solver/language/symmetry.h"
+
+namespace sdpsol {
+namespace {
+
+Condition::Sense sense_of(TokenKind kind) {
+  if (kind == TokenKind::kEqual) return Condition::Sense::kEqual;
+  const bool strict = kind == TokenKind::kGreater || kind == TokenKind::kLess;
+  return strict ? Condition::Sense::kStrict : Condition::Sense::kNonStrict;
+}
+
+bool is_vector(const AffineMatrix& matrix) {
+  return matrix.rows == 1 || matrix.columns == 1;
+}
+
+// Scalars against vectors; the number 0 against a matrix is left to subtract().
+void spread_scalars(AffineMatrix& left, AffineMatrix& right, Span at) {
+  const auto agree = [&] { return left.rows == right.rows && left.columns == right.columns; };
+  if (agree()) return;
+  if (is_scalar(left) && is_vector(right)) left = spread(left, right.rows, right.columns, at);
+  if (is_scalar(right) && is_vector(left)) right = spread(right, left.rows, left.columns, at);
+  if (agree() || is_number_zero(left) || is_number_zero(right)) return;
+  std::string message = "both sides of a relation need equal shapes: left is " + shape_text(left) +
+                        ", right is " + shape_text(right);
+  if (is_scalar(left) || is_scalar(right)) {
+    message += "; against a matrix, write a scalar s as s*eye(n)";
+  }
+  throw LanguageError(at, std::move(message));
+}
+
+std::string difference_text(const Symmetry& symmetry, double sign,
+                            const std::vector<Variable>& variables) {
+  const auto entry = [&](std::int32_t row, std::int32_t column, double value) {
+    return entry_text(row, column) + " is " + number_text(sign * value + 0.0);
+  };
+  const std::string where =
+      symmetry.unknown == kConstant
+          ? "in the constant part"
+          : "in the coefficient of " + in_quotes(unknown_name(variables, symmetry.unknown));
+  return where + ", entry " + entry(symmetry.row, symmetry.column, symmetry.upper) + " and entry " +
+         entry(symmetry.column, symmetry.row, symmetry.lower);
+}
+
+}  // namespace
+
+bool is_relation(TokenKind kind) {
+  return kind == TokenKind::kGreater || kind == TokenKind::kGreaterEqual ||
+         kind == TokenKind::kLess || kind == TokenKind::kLessEqual || kind == TokenKind::kEqual;
+}
+
+RelationResult make_condition(Operand left, const Token& sign, Operand right,
+                              const std::vector<Variable>& variables) {
+  RelationResult result;
+  Condition& condition = result.condition;
+  condition.sense = sense_of(sign.kind);
+  condition.where = {left.span.begin, right.span.end};
+
+  spread_scalars(left.value, right.value, sign.span);
+  const bool left_is_zero = is_number_zero(left.value);
+  const bool reversed = sign.kind == TokenKind::kLess || sign.kind == TokenKind::kLessEqual;
+  if (reversed) std::swap(left.value, right.value);
+  condition.difference = subtract(std::move(left.value), std::move(right.value), sign.span);
+  settle(condition.difference, sign.span);
+
+  AffineMatrix& difference = condition.difference;
+  if (condition.sense == Condition::Sense::kEqual || is_vector(difference)) return result;
+  if (difference.rows != difference.columns) {
+    throw LanguageError(sign.span,
+                        "an inequality needs scalars, vectors or square matrices, this is " +
+                            shape_text(difference));
+  }
+  condition.is_matrix = true;
+  const Symmetry symmetry = symmetrize(difference);
+  if (symmetry.grade == Symmetry::Grade::kExact) return result;
+  // Entries are shown as the author wrote them: of the side that is not 0, or of
+  // left - right.
+  const std::string entries =
+      difference_text(symmetry, reversed != left_is_zero ? -1.0 : 1.0, variables);
+  if (symmetry.grade == Symmetry::Grade::kBroken) {
+    throw LanguageError(sign.span, "a matrix inequality needs symmetric matrices: " + entries);
+  }
+  result.note = Diagnostic{
+      Diagnostic::Severity::kNote, sign.span, "the symmetric part is used: " + entries, {}, {}};
+  return result;
+}
+
+}  // namespace sdpsol
