@@ -1,0 +1,140 @@
+// Block structure is found, not declared: the block-diagonal matrix of a grasp
+// of c contacts is one c*3 x c*3 matrix on paper and c small cones here.
+#include "solver/problem/structure.h"
+
+#include <algorithm>
+#include <numeric>
+#include <tuple>
+
+namespace sdpsol {
+namespace {
+
+/// Union-find over the indices of one matrix.
+class Components {
+ public:
+  explicit Components(std::int32_t size) : parent_(static_cast<std::size_t>(size)) {
+    std::iota(parent_.begin(), parent_.end(), 0);
+  }
+  std::int32_t root(std::int32_t index) {
+    while (parent(index) != index) {
+      parent(index) = parent(parent(index));
+      index = parent(index);
+    }
+    return index;
+  }
+  void join(std::int32_t a, std::int32_t b) {
+    a = root(a);
+    b = root(b);
+    // The smaller index stays the root, so that blocks keep the order of the text.
+    if (a != b) parent(std::max(a, b)) = std::min(a, b);
+  }
+
+ private:
+  std::int32_t& parent(std::int32_t index) { return parent_[static_cast<std::size_t>(index)]; }
+  std::vector<std::int32_t> parent_;
+};
+
+Sense sense_of(Condition::Sense sense) {
+  switch (sense) {
+    case Condition::Sense::kStrict:
+      return Sense::kStrict;
+    case Condition::Sense::kNonStrict:
+      return Sense::kNonStrict;
+    case Condition::Sense::kEqual:
+      return Sense::kEqual;
+  }
+  return Sense::kStrict;
+}
+
+void sort_terms(Block& block) {
+  auto key = [](const AffineTerm& t) { return std::tuple(t.unknown, t.row, t.column); };
+  auto before = [&](const AffineTerm& a, const AffineTerm& b) { return key(a) < key(b); };
+  if (!std::is_sorted(block.terms.begin(), block.terms.end(), before)) {
+    std::sort(block.terms.begin(), block.terms.end(), before);
+  }
+}
+
+/// One block per connected component; an index that no entry touches is a
+/// 1 x 1 block without terms.
+void append_matrix(const Condition& condition, std::int32_t number, std::vector<Block>& blocks) {
+  const std::int32_t size = condition.difference.rows;
+  Components components(size);
+  // Structure comes from the symbols, not from values: an entry that happens to
+  // cancel for today's data would otherwise split a block, and two runs of one
+  // model would hand the engine differently shaped problems.
+  for (const AffineTerm& t : condition.difference.terms) components.join(t.row, t.column);
+
+  std::vector<std::size_t> block_of(static_cast<std::size_t>(size));
+  std::vector<std::int32_t> place_in_block(static_cast<std::size_t>(size));
+  for (std::int32_t i = 0; i < size; ++i) {
+    const auto at = static_cast<std::size_t>(i);
+    const std::int32_t root = components.root(i);
+    if (root == i) {
+      block_of[at] = blocks.size();
+      place_in_block[at] = 0;
+      blocks.push_back({1, sense_of(condition.sense), number, {}});
+    } else {
+      block_of[at] = block_of[static_cast<std::size_t>(root)];
+      place_in_block[at] = blocks[block_of[at]].size++;
+    }
+  }
+  for (AffineTerm t : condition.difference.terms) {
+    if (t.row > t.column) continue;
+    Block& block = blocks[block_of[static_cast<std::size_t>(t.row)]];
+    t.row = place_in_block[static_cast<std::size_t>(t.row)];
+    t.column = place_in_block[static_cast<std::size_t>(t.column)];
+    block.terms.push_back(t);
+  }
+}
+
+/// One row per entry, also for entries without terms: they read 0 > 0.
+void append_rows(const Condition& condition, std::int32_t number, std::vector<Block>& blocks) {
+  const AffineMatrix& m = condition.difference;
+  const std::size_t first = blocks.size();
+  blocks.resize(first + static_cast<std::size_t>(m.rows) * static_cast<std::size_t>(m.columns),
+                {1, sense_of(condition.sense), number, {}});
+  for (AffineTerm t : m.terms) {
+    const std::int64_t entry = std::int64_t{t.row} * m.columns + t.column;
+    t.row = t.column = 0;
+    blocks[first + static_cast<std::size_t>(entry)].terms.push_back(t);
+  }
+}
+
+LinearObjective maximisation_of(const Objective& objective, std::int32_t unknowns) {
+  LinearObjective result;
+  result.cost.assign(static_cast<std::size_t>(unknowns), 0.0);
+  const double sign = objective.maximize ? 1 : -1;
+  for (const AffineTerm& t : objective.value.terms) {
+    if (t.unknown == kConstant) {
+      result.constant = sign * t.value;
+      result.constant_magnitude = t.magnitude;
+    } else {
+      result.cost[static_cast<std::size_t>(t.unknown)] = sign * t.value;
+    }
+  }
+  return result;
+}
+
+}  // namespace
+
+Problem build_problem(const Model& model) {
+  Problem problem;
+  problem.unknowns = model.unknown_count;
+  problem.big_m = model.parameters.big_m;
+  std::int32_t number = 0;
+  for (const Condition& condition : model.conditions) {
+    if (condition.is_matrix && condition.sense != Condition::Sense::kEqual) {
+      append_matrix(condition, number, problem.blocks);
+    } else {
+      append_rows(condition, number, problem.blocks);
+    }
+    ++number;
+  }
+  for (Block& block : problem.blocks) sort_terms(block);
+  if (model.objective) {
+    problem.objective = maximisation_of(*model.objective, model.unknown_count);
+  }
+  return problem;
+}
+
+}  // namespace sdpsol

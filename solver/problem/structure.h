@@ -1,0 +1,16 @@
+// From the conditions of a model to the blocks of a problem.
+#pragma once
+
+#include "solver/language/model.h"
+#include "solver/problem/problem.h"
+
+namespace sdpsol {
+
+/// Takes a model apart into blocks: every entry of an element by element
+/// condition becomes a row, every matrix condition is split into the connected
+/// components of its symmetric sparsity pattern. A minimisation becomes the
+/// maximisation of the negated objective.
+/// Cost: sorting the terms.
+Problem build_problem(const Model& model);
+
+}  // namespace sdpsol
