@@ -1,0 +1,222 @@
+// CSDP solves  max <C, X>, <A_k, X> = a_k, X psd  and its dual
+//              min a'y, sum of y_k*A_k - C = Z psd.
+// Our points are its y, our multipliers its X, with C negated and a = -objective.
+//
+// Two symbols of the library are replaced here, as it provides for: user_exit,
+// called at every iteration, and initparams, which would otherwise read a file
+// param.csdp in the working directory of whoever started us.
+//
+//   return code of CSDP                      what it becomes
+//   0 solved                                 kConverged (or kAccepted)
+//   1 primal infeasible                      kUnbounded
+//   2 dual infeasible                        kInfeasible
+//   3 solved to reduced accuracy             kConverged
+//   4 iteration limit                        kIterationLimit
+//   5.. stuck, singular, not a number        kTrouble
+#include "solver/engine/csdp_engine.h"
+
+#include <csdp/declarations.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <utility>
+
+#include "solver/engine/compact.h"
+#include "solver/engine/csdp_data.h"
+#include "solver/engine/eliminate.h"
+
+namespace sdpsol {
+namespace {
+
+/// The solve that is under way, for the hooks.
+struct Session {
+  const Observer* observer = nullptr;
+  const ConeProgram* program = nullptr;
+  Limits limits;
+  int iterations = 0;
+  bool accepted = false;
+  std::vector<std::size_t> offsets;
+};
+Session* g_session = nullptr;  // CSDP's hooks carry no user pointer
+
+Iterate read_iterate(const Session& session, const blockmatrix& x, const double* y) {
+  const ConeProgram& program = *session.program;
+  const CsdpPlacement placement(program.cones);
+  Iterate iterate;
+  iterate.iteration = session.iterations;
+  iterate.point.assign(y + 1, y + 1 + program.unknowns);
+  iterate.multipliers.resize(session.offsets.back());
+  for (std::size_t i = 0; i < program.cones.size(); ++i) {
+    const auto [block, index] = placement.slots[i];
+    double* to = &iterate.multipliers[session.offsets[i]];
+    const blockrec& record = x.blocks[block];
+    if (record.blockcategory == DIAG) {
+      *to = record.data.vec[index];
+    } else {
+      const auto n = static_cast<std::size_t>(record.blocksize);
+      std::copy_n(record.data.mat, n * n, to);
+    }
+  }
+  return iterate;
+}
+
+StopReason reason_of(int code, const Session& session) {
+  if (session.accepted) return StopReason::kAccepted;
+  switch (code) {
+    case 0:
+    case 3:
+      return StopReason::kConverged;
+    case 1:
+      return StopReason::kUnbounded;
+    case 2:
+      return StopReason::kInfeasible;
+    case 4:
+      return StopReason::kIterationLimit;
+    default:
+      return StopReason::kTrouble;
+  }
+}
+
+/// The library ends the process over numbers that are not finite, and takes for
+/// ever over some that are merely absurd. Scaled programs hold neither.
+bool has_usable_numbers(const ConeProgram& program) {
+  constexpr double kLargest = 1e30;
+  auto usable = [](double x) { return std::fabs(x) < kLargest; };
+  return std::all_of(program.objective.begin(), program.objective.end(), usable) &&
+         std::all_of(program.cones.begin(), program.cones.end(), [&](const auto& cone) {
+           return std::all_of(cone.coefficients.begin(), cone.coefficients.end(),
+                              [&](const auto& t) { return usable(t.value); });
+         });
+}
+
+class CsdpEngine final : public Engine {
+ public:
+  std::string_view name() const override { return "csdp"; }
+
+  Candidate solve(const ConeProgram& program, const Limits& limits,
+                  const Observer& observer) override {
+    if (program.equations.empty()) return solve_compact(program, limits, observer);
+    const Elimination elimination(program);
+    const Observer lifting = [&](const Iterate& reduced) {
+      return observer && observer(elimination.lift(reduced));
+    };
+    Candidate candidate = solve_compact(elimination.reduced(), limits, lifting);
+    candidate.last = elimination.lift(candidate.last);
+    return candidate;
+  }
+
+ private:
+  /// The library ends the process over a program without unknowns and over an
+  /// unknown that no cone holds, so neither reaches it.
+  static Candidate solve_compact(const ConeProgram& program, const Limits& limits,
+                                 const Observer& observer) {
+    const Compaction compaction(program);
+    Candidate candidate;
+    const bool usable = has_usable_numbers(compaction.reduced());
+    if (compaction.reduced().unknowns == 0 || !usable) {
+      candidate.reason = usable ? StopReason::kConverged : StopReason::kTrouble;
+      candidate.last.point.assign(compaction.reduced().objective.size(), 0.0);
+      candidate.last.multipliers.assign(multiplier_offsets(program.cones).back(), 0.0);
+    } else {
+      const Observer lifting = [&](const Iterate& reduced) {
+        return observer && observer(compaction.lift(reduced));
+      };
+      candidate = solve_cones(compaction.reduced(), limits, lifting);
+    }
+    candidate.last = compaction.lift(std::move(candidate.last));
+    if (compaction.unbounded()) candidate.reason = StopReason::kUnbounded;
+    return candidate;
+  }
+
+  static Candidate solve_cones(const ConeProgram& program, const Limits& limits,
+                               const Observer& observer) {
+    const CsdpPlacement placement(program.cones);
+    CsdpConstraints constraints(program, placement);
+    CsdpConstant constant(program, placement);
+    std::vector<double> a(static_cast<std::size_t>(program.unknowns) + 1, 0.0);
+    for (std::size_t k = 0; k + 1 < a.size(); ++k) a[k + 1] = -program.objective[k];
+
+    int dimension = 0;
+    for (const int size : placement.sizes) dimension += std::abs(size);
+    blockmatrix x{};
+    blockmatrix z{};
+    double* y = nullptr;
+    double primal = 0;
+    double dual = 0;
+    initsoln(dimension, program.unknowns, constant.get(), a.data(), constraints.data(), &x, &y, &z);
+
+    Session session{&observer, &program, limits, 0, false, multiplier_offsets(program.cones)};
+    g_session = &session;
+    const int code = easy_sdp(dimension, program.unknowns, constant.get(), a.data(),
+                              constraints.data(), 0.0, &x, &y, &z, &primal, &dual);
+    g_session = nullptr;
+
+    Candidate candidate;
+    candidate.reason = reason_of(code, session);
+    candidate.last = read_iterate(session, x, y);
+    candidate.last.value = -dual;
+    candidate.last.bound = -primal;
+    std::free(y);  // NOLINT: allocated by the library with malloc
+    free_mat(x);
+    free_mat(z);
+    return candidate;
+  }
+};
+
+}  // namespace
+
+std::vector<std::size_t> multiplier_offsets(const std::vector<ConeProgram::Cone>& cones) {
+  std::vector<std::size_t> offsets{0};
+  offsets.reserve(cones.size() + 1);
+  for (const auto& cone : cones) {
+    const auto n = static_cast<std::size_t>(cone.size);
+    offsets.push_back(offsets.back() + n * n);
+  }
+  return offsets;
+}
+
+std::unique_ptr<Engine> make_csdp_engine() {
+  return std::make_unique<CsdpEngine>();
+}
+
+}  // namespace sdpsol
+
+extern "C" {
+
+int user_exit(int /*n*/, int /*k*/, struct blockmatrix /*C*/, double* /*a*/, double dobj,
+              double pobj, double /*constant_offset*/, struct constraintmatrix* /*constraints*/,
+              struct blockmatrix X, double* y, struct blockmatrix /*Z*/,
+              struct paramstruc /*params*/) {
+  sdpsol::Session* session = sdpsol::g_session;
+  if (session == nullptr) return 0;
+  ++session->iterations;
+  if (!*session->observer) return 0;
+  sdpsol::Iterate iterate = sdpsol::read_iterate(*session, X, y);
+  iterate.value = -dobj;
+  iterate.bound = -pobj;
+  session->accepted = (*session->observer)(iterate);
+  return session->accepted ? 1 : 0;
+}
+
+void initparams(struct paramstruc* params, int* pprintlevel) {
+  *params = {
+      .axtol = 1e-9,
+      .atytol = 1e-9,
+      .objtol = 1e-9,
+      .pinftol = 1e8,
+      .dinftol = 1e8,
+      .maxiter = sdpsol::g_session != nullptr ? sdpsol::g_session->limits.max_iterations : 100,
+      .minstepfrac = 0.9,
+      .maxstepfrac = 0.97,
+      .minstepp = 1e-8,
+      .minstepd = 1e-8,
+      .usexzgap = 1,
+      .tweakgap = 0,
+      .affine = 0,
+      .perturbobj = 0,
+      .fastmode = 0};
+  *pprintlevel = 0;
+}
+
+}  // extern "C"

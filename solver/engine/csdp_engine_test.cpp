@@ -1,0 +1,156 @@
+// The reference engine behind its interface: it stops when told to, takes what
+// the library itself would end the process over, prints nothing, reads nothing.
+#include "solver/engine/csdp_engine.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace sdpsol {
+namespace {
+
+constexpr std::int32_t kOne = ConeProgram::kConstantTerm;
+
+/// maximise y_0 with [2 - y_0, 1; 1, 3 - y_0] psd: (5 - sqrt 5) / 2
+ConeProgram smallest_eigenvalue() {
+  return {1,
+          {1},
+          {{2, {{0, 0, kOne, 2}, {0, 1, kOne, 1}, {1, 1, kOne, 3}, {0, 0, 0, -1}, {1, 1, 0, -1}}}},
+          {}};
+}
+const double kSmallest = (5 - std::sqrt(5.0)) / 2;
+
+Candidate solved(const ConeProgram& program, const Observer& observer = {},
+                 const Limits& limits = {}) {
+  return make_csdp_engine()->solve(program, limits, observer);
+}
+
+TEST(CsdpEngine, FindsTheOptimumAndItsMultipliers) {
+  const Candidate candidate = solved(smallest_eigenvalue());
+  EXPECT_EQ(candidate.reason, StopReason::kConverged);
+  EXPECT_NEAR(candidate.last.point[0], kSmallest, 1e-7);
+  EXPECT_NEAR(candidate.last.value, kSmallest, 1e-7);
+  EXPECT_NEAR(candidate.last.bound, kSmallest, 1e-7);
+  ASSERT_EQ(candidate.last.multipliers.size(), 4U);
+  EXPECT_NEAR(candidate.last.multipliers[0] + candidate.last.multipliers[3], 1, 1e-7);
+}
+
+TEST(CsdpEngine, StopsAtTheIterationLimit) {
+  const Candidate candidate = solved(smallest_eigenvalue(), {}, {.max_iterations = 2});
+  EXPECT_EQ(candidate.reason, StopReason::kIterationLimit);
+  EXPECT_LE(candidate.last.iteration, 3);
+}
+
+TEST(CsdpEngine, StopsWhenTheObserverIsSatisfied) {
+  int seen = 0;
+  const Candidate candidate = solved(smallest_eigenvalue(), [&](const Iterate& iterate) {
+    EXPECT_EQ(iterate.iteration, ++seen);
+    return seen == 3;
+  });
+  EXPECT_EQ(candidate.reason, StopReason::kAccepted);
+  EXPECT_EQ(seen, 3);
+}
+
+TEST(CsdpEngine, EliminatesEquationsAndLiftsTheAnswer) {
+  // maximise y_0 with y_0 + y_1 = 4, y_1 - 1 >= 0
+  const Candidate candidate =
+      solved({2,
+              {1, 0},
+              {{1, {{0, 0, kOne, -1}, {0, 0, 1, 1}}}, {1, {{0, 0, kOne, 10}, {0, 0, 0, 1}}}},
+              {{1, {{0, 0, kOne, -4}, {0, 0, 0, 1}, {0, 0, 1, 1}}}}});
+  ASSERT_EQ(candidate.last.point.size(), 2U);
+  EXPECT_NEAR(candidate.last.point[0], 3, 1e-7);
+  EXPECT_NEAR(candidate.last.point[1], 1, 1e-7);
+  EXPECT_NEAR(candidate.last.value, 3, 1e-7);
+  EXPECT_EQ(candidate.last.multipliers.size(), 2U);
+}
+
+TEST(CsdpEngine, EquationsMayLeaveNothingToChoose) {
+  // y_0 = 2, 3 - y_0 >= 0
+  const Candidate candidate = solved(
+      {1, {1}, {{1, {{0, 0, kOne, 3}, {0, 0, 0, -1}}}}, {{1, {{0, 0, kOne, -2}, {0, 0, 0, 1}}}}});
+  EXPECT_NEAR(candidate.last.point[0], 2, 1e-15);
+  EXPECT_NEAR(candidate.last.value, 2, 1e-15);
+  EXPECT_EQ(candidate.last.multipliers.size(), 1U);
+}
+
+TEST(CsdpEngine, AnUnknownThatNoConeFeelsIsZero) {
+  ConeProgram program = smallest_eigenvalue();
+  program.unknowns = 3;
+  program.objective = {1, 0, 0};
+  const Candidate candidate = solved(program);
+  EXPECT_EQ(candidate.reason, StopReason::kConverged);
+  ASSERT_EQ(candidate.last.point.size(), 3U);
+  EXPECT_NEAR(candidate.last.point[0], kSmallest, 1e-7);
+  EXPECT_EQ(candidate.last.point[1], 0);
+  program.objective = {1, 0, 2};
+  EXPECT_EQ(solved(program).reason, StopReason::kUnbounded);
+}
+
+TEST(CsdpEngine, TellsWhatHasNoBoundAndWhatHasNoPoint) {
+  // y_0 >= 0
+  EXPECT_EQ(solved({1, {1}, {{1, {{0, 0, 0, 1}}}}, {}}).reason, StopReason::kUnbounded);
+  // y_0 >= 1, y_0 <= 0
+  EXPECT_EQ(
+      solved({1, {1}, {{1, {{0, 0, kOne, -1}, {0, 0, 0, 1}}}, {1, {{0, 0, 0, -1}}}}, {}}).reason,
+      StopReason::kInfeasible);
+}
+
+/// What is written to descriptor 1 while it lives.
+class CapturedOutput {
+ public:
+  CapturedOutput() : file_(std::tmpfile()), saved_(dup(1)) {
+    std::fflush(stdout);
+    dup2(fileno(file_), 1);
+  }
+  long end() {
+    std::fflush(stdout);
+    dup2(saved_, 1);
+    close(saved_);
+    std::fseek(file_, 0, SEEK_END);
+    const long size = std::ftell(file_);
+    std::fclose(file_);
+    return size;
+  }
+
+ private:
+  std::FILE* file_;
+  int saved_;
+};
+
+TEST(CsdpEngine, PrintsNothing) {
+  CapturedOutput output;
+  solved(smallest_eigenvalue());
+  solved({1, {1}, {{1, {{0, 0, 0, 1}}}}, {}});
+  solved({1, {1}, {{1, {{0, 0, kOne, -1}, {0, 0, 0, 1}}}, {1, {{0, 0, 0, -1}}}}, {}});
+  solved(smallest_eigenvalue(), {}, {.max_iterations = 1});
+  EXPECT_EQ(output.end(), 0);
+}
+
+TEST(CsdpEngine, ReadsNoParametersFromTheWorkingDirectory) {
+  const auto before = std::filesystem::current_path();
+  const auto folder =
+      std::filesystem::temp_directory_path() / ("csdp_engine_test." + std::to_string(getpid()));
+  std::filesystem::create_directory(folder);
+  std::filesystem::current_path(folder);
+  std::ofstream("param.csdp") << "axtol=1.0e-1\natytol=1.0e-1\nobjtol=1.0e-1\npinftol=1.0e8\n"
+                                 "dinftol=1.0e8\nmaxiter=1\nminstepfrac=0.9\nmaxstepfrac=0.97\n"
+                                 "minstepp=1.0e-8\nminstepd=1.0e-8\nusexzgap=1\ntweakgap=0\n"
+                                 "affine=0\nprintlevel=5\nperturbobj=1\nfastmode=0\n";
+  CapturedOutput output;
+  const Candidate candidate = solved(smallest_eigenvalue());
+  const long printed = output.end();
+  std::filesystem::current_path(before);
+  std::filesystem::remove_all(folder);
+  EXPECT_EQ(printed, 0);
+  EXPECT_EQ(candidate.reason, StopReason::kConverged);
+  EXPECT_NEAR(candidate.last.point[0], kSmallest, 1e-7);
+}
+
+}  // namespace
+}  // namespace sdpsol
