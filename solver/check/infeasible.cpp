@@ -1,0 +1,98 @@
+#include "solver/check/infeasible.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numeric>
+
+#include "solver/check/evaluate.h"
+
+namespace sdpsol {
+namespace {
+
+// Numbers are read with a relative error of 2^-53; a contradiction must exceed
+// that by a good factor before it counts.
+constexpr double kReading = 0x1p-48;
+constexpr double kBoxShare = 1e-6;
+
+double box_charge(const Problem& problem, const Balance& balance) {
+  const std::vector<double> rests = balance.rests();
+  return problem.big_m * std::accumulate(rests.begin(), rests.end(), 0.0) * (1 + 1e-12);
+}
+
+bool is_empty_in_box(const Problem& problem, const Balance& balance) {
+  const auto [middle, radius] = balance.constant();
+  const double charge = box_charge(problem, balance);
+  // The charge itself is a sum of what was read.
+  const double rounding = kReading * (balance.weights().constant_weight() + charge);
+  return middle + radius + charge < -rounding;
+}
+
+/// The weighted sum of the conditions says "constant > 0", and it is not so.
+bool has_negative_constant(const Problem& problem, const Balance& balance) {
+  const auto [middle, radius] = balance.constant();
+  if (!(middle + radius < -kReading * balance.weights().constant_weight())) return false;
+  if (balance.exact()) return true;
+  // The box may make up for a balance that is not quite exact, never stand in for it.
+  return balance.nearly_balances(kBoxShare) &&
+         box_charge(problem, balance) <= kBoxShare * std::fabs(middle) &&
+         is_empty_in_box(problem, balance);
+}
+
+bool leaves_no_room(const Balance& balance) {
+  const std::vector<double> weights = balance.weights().diagonal_weights(balance.correction());
+  const std::vector<double> rests = balance.rests();
+  const auto [middle, radius] = balance.constant();
+  const double share = kRoom * (1 - 1e-12);
+  if (!(middle + radius <= share * weights[0])) return false;
+  double total = weights[0];
+  for (std::size_t k = 0; k < rests.size(); ++k) {
+    if (!(rests[k] <= share * weights[k + 1])) return false;
+    total += weights[k + 1];
+  }
+  return total > 0;
+}
+
+/// The proofs account for rounding, not for products that overflow or vanish.
+bool have_usable_sizes(const Problem& problem, const std::vector<Multiplier>& multipliers) {
+  auto usable = [](double x) { return x == 0 || (std::fabs(x) > 1e-70 && std::fabs(x) < 1e70); };
+  return std::all_of(multipliers.begin(), multipliers.end(), [&](const Multiplier& y) {
+    const Block& block = problem.blocks[y.block];
+    const auto entries = y.factor.reshaped();
+    return y.factor.rows() == block.size && y.factor.cols() > 0 &&
+           std::all_of(entries.begin(), entries.end(), usable) &&
+           std::all_of(block.terms.begin(), block.terms.end(),
+                       [&](const AffineTerm& t) { return usable(t.value); });
+  });
+}
+
+}  // namespace
+
+Disproof disprove(const Problem& problem, const std::vector<Multiplier>& multipliers) {
+  if (multipliers.empty() || !have_usable_sizes(problem, multipliers)) return Disproof::kNone;
+  const Balance balanced(problem, multipliers, BalanceOf::kUnknowns);
+  if (has_negative_constant(problem, balanced)) return Disproof::kInfeasible;
+  if (balanced.weights().weighs(Sense::kStrict) &&
+      Balance(problem, multipliers, BalanceOf::kUnknownsAndConstant).exact()) {
+    return Disproof::kInfeasible;
+  }
+  const Balance as_they_are(problem, multipliers, BalanceOf::kNothing);
+  if (is_empty_in_box(problem, balanced) || is_empty_in_box(problem, as_they_are)) {
+    return Disproof::kEmptyBox;
+  }
+  if (leaves_no_room(balanced) || leaves_no_room(as_they_are)) return Disproof::kBorderline;
+  return Disproof::kNone;
+}
+
+double proven_bound(const Problem& problem, const std::vector<Multiplier>& multipliers) {
+  if (!have_usable_sizes(problem, multipliers)) return std::numeric_limits<double>::infinity();
+  const Balance balance(problem, multipliers, BalanceOf::kObjective);
+  const auto [middle, radius] = balance.constant();
+  const double charge = box_charge(problem, balance);
+  const double constant = problem.objective->constant;
+  const double size = std::fabs(constant) + std::fabs(middle) + radius + charge;
+  const double bound = constant + middle + radius + charge + size * 0x1p-50;
+  return std::isnan(bound) ? std::numeric_limits<double>::infinity() : bound;
+}
+
+}  // namespace sdpsol
