@@ -1,0 +1,161 @@
+#include "solver/decide/decide.h"
+
+#include <Eigen/Eigenvalues>
+#include <algorithm>
+#include <utility>
+
+#include "solver/check/evaluate.h"
+#include "solver/check/feasible.h"
+#include "solver/check/infeasible.h"
+#include "solver/check/obvious.h"
+#include "solver/decide/feasibility.h"
+#include "solver/decide/optimum.h"
+#include "solver/decide/presolve.h"
+#include "solver/problem/noise.h"
+
+namespace sdpsol {
+namespace {
+
+bool is_constant(const Block& block) {
+  return std::none_of(block.terms.begin(), block.terms.end(),
+                      [](const AffineTerm& t) { return t.unknown != kConstant && t.value != 0; });
+}
+
+Outcome infeasible(std::string reason, std::vector<std::int32_t> conditions, int iterations) {
+  Outcome outcome;
+  outcome.verdict = Verdict::kInfeasible;
+  outcome.reason = std::move(reason);
+  outcome.conditions = std::move(conditions);
+  outcome.iterations = iterations;
+  return outcome;
+}
+
+/// A strict inequality between constants without room decides whatever the
+/// unknowns are.
+std::optional<Outcome> decided_by_constants(const Problem& problem) {
+  const std::vector<double> origin(static_cast<std::size_t>(problem.unknowns), 0.0);
+  for (std::size_t b = 0; b < problem.blocks.size(); ++b) {
+    const Block& block = problem.blocks[b];
+    if (block.sense != Sense::kStrict || !is_constant(block)) continue;
+    const Evaluated at = evaluate(block, origin);
+    const Eigen::VectorXd size = at.magnitude.diagonal();
+    if (!(size.minCoeff() > 0) || relative_room(at) > 2 * kRoom) continue;
+    const Eigen::VectorXd scale = size.cwiseSqrt().cwiseInverse();
+    const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> eigen(scale.asDiagonal() * at.value *
+                                                               scale.asDiagonal());
+    const Eigen::MatrixXd factor = scale.asDiagonal() * eigen.eigenvectors().col(0);
+    const Disproof disproof = disprove(problem, {{b, factor}});
+    if (disproof == Disproof::kNone) continue;
+    if (disproof == Disproof::kInfeasible) {
+      return infeasible("a relation between constants is false", {block.condition}, 0);
+    }
+    Outcome outcome;
+    outcome.reason = kNoRoomLeft;
+    outcome.conditions = {block.condition};
+    return outcome;
+  }
+  return std::nullopt;
+}
+
+/// Equations that contradict each other leave an engine nothing to work on.
+std::optional<Outcome> contradictory_equations(const Problem& problem, const Selection& selection) {
+  if (selection.equations.empty()) return std::nullopt;
+  const std::vector<double> sizes = scale_by_constants(problem).unknown;
+  const std::vector<Multiplier> multipliers =
+      contradiction_among(problem, selection.equations, sizes);
+  if (disprove(problem, multipliers) != Disproof::kInfeasible) return std::nullopt;
+  std::vector<std::int32_t> conditions;
+  conditions.reserve(multipliers.size());
+  for (const Multiplier& y : multipliers) conditions.push_back(problem.blocks[y.block].condition);
+  return infeasible("equations contradict each other", std::move(conditions), 0);
+}
+
+Outcome feasible(const Problem& problem, const Optimum& optimum, std::vector<double> interior) {
+  Outcome outcome;
+  outcome.verdict = Verdict::kFeasible;
+  const auto& inside = optimum.best_inside.empty() ? interior : optimum.best_inside;
+  outcome.point = pull_inside(problem, optimum.point, inside);
+  outcome.interior = std::move(interior);
+  outcome.objective = objective_at(problem, outcome.point);
+  outcome.bound = optimum.bound;
+  outcome.limited_by_box = optimum.limited_by_box;
+  return outcome;
+}
+
+/// Takes every coefficient at its word.
+Outcome decide_as_written(const Problem& written, Engine& engine, const Limits& limits) {
+  if (auto found = find_obvious_contradiction(written)) {
+    return infeasible(found->reason, found->conditions, 0);
+  }
+  if (auto outcome = decided_by_constants(written)) return *outcome;
+  const bool reduce = has_singular_matrices(written);
+  const Problem reduced = reduce ? reduce_singular_matrices(written) : Problem{};
+  const Problem& problem = reduce ? reduced : written;
+  const Selection selection = select_conditions(problem);
+  if (auto outcome = contradictory_equations(problem, selection)) return *outcome;
+
+  Optimum optimum;
+  if (problem.objective) {
+    optimum = maximise(problem, selection, engine, limits);
+    if (!optimum.interior.empty()) {
+      Outcome outcome = feasible(problem, optimum, optimum.interior);
+      outcome.iterations = optimum.iterations;
+      return outcome;
+    }
+  }
+  Feasibility found = find_feasible_point(problem, selection, engine, limits);
+  const int iterations = optimum.iterations + found.iterations;
+  switch (found.verdict) {
+    case Verdict::kInfeasible:
+      return infeasible("the conditions contradict each other", std::move(found.conditions),
+                        iterations);
+    case Verdict::kFeasible: {
+      Outcome outcome;
+      if (problem.objective) {
+        outcome = feasible(problem, optimum, std::move(found.point));
+      } else {
+        outcome.verdict = Verdict::kFeasible;
+        outcome.interior = found.point;
+        outcome.point = std::move(found.point);
+      }
+      outcome.iterations = iterations;
+      return outcome;
+    }
+    case Verdict::kUndetermined:
+      break;
+  }
+  Outcome outcome;
+  outcome.reason = std::move(found.reason);
+  outcome.point = std::move(found.point);
+  outcome.iterations = iterations;
+  return outcome;
+}
+
+Outcome decided_by_noise(Outcome last, std::vector<std::int32_t> conditions) {
+  Outcome outcome;
+  outcome.reason = "decided by coefficients at noise level";
+  outcome.conditions = std::move(conditions);
+  outcome.point = std::move(last.point);
+  outcome.iterations = last.iterations;
+  return outcome;
+}
+
+}  // namespace
+
+Outcome decide(const Problem& problem, Engine& engine, const Limits& limits) {
+  std::vector<std::int32_t> noisy = noisy_conditions(problem);
+  Outcome as_written = decide_as_written(problem, engine, limits);
+  if (noisy.empty()) return as_written;
+
+  const Problem clean = without_noise(problem);
+  if (as_written.verdict == Verdict::kFeasible &&
+      check_point(clean, as_written.interior).result == PointResult::kProven) {
+    return as_written;
+  }
+  Outcome cleaned = decide_as_written(clean, engine, limits);
+  as_written.iterations += cleaned.iterations;
+  if (cleaned.verdict == as_written.verdict) return as_written;
+  return decided_by_noise(std::move(as_written), std::move(noisy));
+}
+
+}  // namespace sdpsol

@@ -1,0 +1,15 @@
+// From a problem to a checked verdict.
+#pragma once
+
+#include "solver/decide/outcome.h"
+#include "solver/engine/engine.h"
+
+namespace sdpsol {
+
+/// Decides a problem: engines propose, the checker decides. A verdict other than
+/// kUndetermined is proven; it holds with and without coefficients at noise level.
+/// @param limits bounds every run of the engine.
+/// Errors: none; every way in which an engine can give up is kUndetermined.
+Outcome decide(const Problem& problem, Engine& engine, const Limits& limits);
+
+}  // namespace sdpsol

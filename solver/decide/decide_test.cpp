@@ -1,0 +1,260 @@
+// Verdicts on problems whose truth is known on paper, the border cases first.
+#include "solver/decide/decide.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "solver/engine/csdp_engine.h"
+#include "solver/problem/test_problem.h"
+
+namespace sdpsol {
+namespace {
+
+using testing::Form;
+using testing::ProblemBuilder;
+
+constexpr Sense kStrict = Sense::kStrict;
+constexpr Sense kNonStrict = Sense::kNonStrict;
+constexpr Sense kEqual = Sense::kEqual;
+
+Outcome decided(const ProblemBuilder& builder) {
+  const auto engine = make_csdp_engine();
+  return decide(builder.build(), *engine, {});
+}
+
+const Form kX{0, {{0, 1}}};
+const Form kMinusX{0, {{0, -1}}};
+
+TEST(Decide, PositiveAndNegativeIsInfeasible) {
+  EXPECT_EQ(decided(ProblemBuilder(1).row(kStrict, kX).row(kStrict, kMinusX)).verdict,
+            Verdict::kInfeasible);
+}
+
+TEST(Decide, PositiveAndNotPositiveIsInfeasible) {
+  EXPECT_EQ(decided(ProblemBuilder(1).row(kStrict, kX).row(kNonStrict, kMinusX)).verdict,
+            Verdict::kInfeasible);
+}
+
+TEST(Decide, ZeroGreaterThanZeroIsInfeasible) {
+  EXPECT_EQ(decided(ProblemBuilder(0).row(kStrict, {})).verdict, Verdict::kInfeasible);
+}
+
+TEST(Decide, BothSignsNotStrictLeaveZero) {
+  const Outcome outcome = decided(ProblemBuilder(1).row(kNonStrict, kX).row(kNonStrict, kMinusX));
+  ASSERT_EQ(outcome.verdict, Verdict::kFeasible);
+  EXPECT_EQ(outcome.point[0], 0);
+}
+
+TEST(Decide, ImpliedEquationLeavesRoomForTheRest) {
+  // x - y >= 0, y - x >= 0, x >= 1
+  const Outcome outcome = decided(ProblemBuilder(2)
+                                      .row(kNonStrict, {0, {{0, 1}, {1, -1}}})
+                                      .row(kNonStrict, {0, {{0, -1}, {1, 1}}})
+                                      .row(kNonStrict, {-1, {{0, 1}}}));
+  ASSERT_EQ(outcome.verdict, Verdict::kFeasible);
+  EXPECT_EQ(outcome.point[0], outcome.point[1]);
+}
+
+TEST(Decide, EquationImpliedByThreeRowsIsFound) {
+  // x >= 0, y >= 0, -x - y >= 0, z > 0: only x = y = 0
+  const Outcome outcome = decided(ProblemBuilder(3)
+                                      .row(kNonStrict, {0, {{0, 1}}})
+                                      .row(kNonStrict, {0, {{1, 1}}})
+                                      .row(kNonStrict, {0, {{0, -1}, {1, -1}}})
+                                      .row(kStrict, {0, {{2, 1}}}));
+  ASSERT_EQ(outcome.verdict, Verdict::kFeasible);
+  EXPECT_NEAR(outcome.point[0], 0, 1e-12);
+  EXPECT_GT(outcome.point[2], 0);
+}
+
+TEST(Decide, GapBelowSixDigitsIsBorderline) {
+  const Outcome outcome =
+      decided(ProblemBuilder(1).row(kStrict, {-1, {{0, 1}}}).row(kStrict, {1.000001, {{0, -1}}}));
+  EXPECT_EQ(outcome.verdict, Verdict::kUndetermined);
+  EXPECT_EQ(outcome.reason, "borderline: no point has more room than 4.4e-6");
+}
+
+TEST(Decide, BoundsThatMeetExcludeEachOtherIfStrict) {
+  EXPECT_EQ(
+      decided(ProblemBuilder(1).row(kStrict, {-5, {{0, 1}}}).row(kStrict, {5, {{0, -1}}})).verdict,
+      Verdict::kInfeasible);
+}
+
+TEST(Decide, BoundsThatMissEachOtherByLittleAreInfeasible) {
+  // x >= 1, x <= 0.99999999
+  EXPECT_EQ(decided(ProblemBuilder(1)
+                        .row(kNonStrict, {-1, {{0, 1}}})
+                        .row(kNonStrict, {0.99999999, {{0, -1}}}))
+                .verdict,
+            Verdict::kInfeasible);
+}
+
+TEST(Decide, ThreeRowsThatMeetInOnePointAreInfeasibleIfStrict) {
+  // x + y > 1, x < 1/2, y < 1/2: balanced exactly by (1, 1, 1), constant included
+  EXPECT_EQ(decided(ProblemBuilder(2)
+                        .row(kStrict, {-1, {{0, 1}, {1, 1}}})
+                        .row(kStrict, {0.5, {{0, -1}}})
+                        .row(kStrict, {0.5, {{1, -1}}}))
+                .verdict,
+            Verdict::kInfeasible);
+}
+
+TEST(Decide, PointBeyondTheBoxIsNotClaimed) {
+  const Outcome outcome = decided(ProblemBuilder(1).row(kStrict, {-20000, {{0, 1}}}));
+  EXPECT_EQ(outcome.verdict, Verdict::kUndetermined);
+  EXPECT_EQ(outcome.reason, "no point with |v| <= BIGM");
+}
+
+TEST(Decide, NoiseCoefficientDecidesNothing) {
+  // 1e-13*x > 0, x < 1
+  const Outcome outcome =
+      decided(ProblemBuilder(1).row(kStrict, {0, {{0, 1e-13}}}).row(kStrict, {1, {{0, -1}}}));
+  EXPECT_EQ(outcome.verdict, Verdict::kUndetermined);
+  EXPECT_EQ(outcome.reason, "decided by coefficients at noise level");
+  EXPECT_EQ(outcome.conditions, std::vector<std::int32_t>{0});
+}
+
+TEST(Decide, CancelledCoefficientDecidesNothing) {
+  // 0.1*x + 0.2*x - 0.3*x > 0
+  Problem problem = ProblemBuilder(1).row(kStrict, {0, {{0, 0.1 + 0.2 - 0.3}}}).build();
+  problem.blocks[0].terms[0].magnitude = 0.6;
+  const auto engine = make_csdp_engine();
+  EXPECT_EQ(decide(problem, *engine, {}).verdict, Verdict::kUndetermined);
+}
+
+TEST(Decide, CancelledConstantDecidesNothing) {
+  // x > 1e12 + 0.1 - 1e12, x < 0.1
+  Problem problem = ProblemBuilder(1)
+                        .row(kStrict, {-(1e12 + 0.1 - 1e12), {{0, 1}}})
+                        .row(kStrict, {0.1, {{0, -1}}})
+                        .build();
+  problem.blocks[0].terms[0].magnitude = 2e12;
+  const auto engine = make_csdp_engine();
+  EXPECT_EQ(decide(problem, *engine, {}).verdict, Verdict::kUndetermined);
+}
+
+TEST(Decide, ConstantsThatAlmostCancelDecideNothing) {
+  // 0.1 + 0.2 - 0.3 == 0, with and without an unknown beside it
+  for (const int unknowns : {0, 1}) {
+    Problem problem = ProblemBuilder(unknowns).row(kEqual, {0.1 + 0.2 - 0.3, {}}).build();
+    problem.blocks[0].terms[0].magnitude = 0.6;
+    const auto engine = make_csdp_engine();
+    EXPECT_EQ(decide(problem, *engine, {}).verdict, Verdict::kUndetermined);
+  }
+}
+
+TEST(Decide, AbsurdNumbersEndInNoVerdict) {
+  // [x, 1.7e267; 1.7e267, 2*y] > 0
+  EXPECT_EQ(decided(ProblemBuilder(2).matrix(
+                        kStrict, 2, {{-0.655, {{1, 2.41}}}, {-1.71e267, {}}, {0, {{1, 2.2}}}}))
+                .verdict,
+            Verdict::kUndetermined);
+}
+
+TEST(Decide, RowBeyondTheBoxIsNotInfeasible) {
+  // x + y >= 1e20
+  EXPECT_EQ(decided(ProblemBuilder(2).row(kNonStrict, {-1e20, {{0, 1}, {1, 1}}})).reason,
+            "no point with |v| <= BIGM");
+}
+
+TEST(Decide, TinyConstantIsAsGoodAsALargeOne) {
+  EXPECT_EQ(decided(ProblemBuilder(0).row(kStrict, {1e-7, {}})).verdict, Verdict::kFeasible);
+}
+
+TEST(Decide, ZeroOnTheDiagonalContradictsAStrictMatrix) {
+  // [x,1;1,0] > 0
+  EXPECT_EQ(decided(ProblemBuilder(1).matrix(kStrict, 2, {kX, {1, {}}, {}})).verdict,
+            Verdict::kInfeasible);
+}
+
+TEST(Decide, ConstantBesideAZeroDiagonalContradictsANonStrictMatrix) {
+  // [x,1;1,0] >= 0
+  EXPECT_EQ(decided(ProblemBuilder(1).matrix(kNonStrict, 2, {kX, {1, {}}, {}})).verdict,
+            Verdict::kInfeasible);
+}
+
+TEST(Decide, SingularMatrixForEveryValueIsInfeasibleIfStrict) {
+  // [x,x;x,x] > 0
+  EXPECT_EQ(decided(ProblemBuilder(1).matrix(kStrict, 2, {kX, kX, kX})).verdict,
+            Verdict::kInfeasible);
+}
+
+TEST(Decide, SingularMatrixForEveryValueIsFeasibleIfNot) {
+  // [x,x;x,x] >= 0, x <= 3
+  EXPECT_EQ(
+      decided(ProblemBuilder(1).matrix(kNonStrict, 2, {kX, kX, kX}).row(kNonStrict, {3, {{0, -1}}}))
+          .verdict,
+      Verdict::kFeasible);
+}
+
+TEST(Decide, WeaklyInfeasibleMatrixIsNotClaimedFeasible) {
+  // [x,y;y,w] >= 0, w <= 0, y > 0
+  EXPECT_NE(decided(ProblemBuilder(3)
+                        .matrix(kNonStrict, 2, {{0, {{0, 1}}}, {0, {{1, 1}}}, {0, {{2, 1}}}})
+                        .row(kNonStrict, {0, {{2, -1}}})
+                        .row(kStrict, {0, {{1, 1}}}))
+                .verdict,
+            Verdict::kFeasible);
+}
+
+TEST(Decide, NegativeConstantMatrixIsInfeasible) {
+  // [1,2;2,1] >= 0
+  EXPECT_EQ(decided(ProblemBuilder(0).matrix(kNonStrict, 2, {{1, {}}, {2, {}}, {1, {}}})).verdict,
+            Verdict::kInfeasible);
+}
+
+TEST(Decide, EquationsAreHeldExactly) {
+  // x + y == 2, x - y == 0, x < 3
+  const Outcome outcome = decided(ProblemBuilder(2)
+                                      .row(kEqual, {-2, {{0, 1}, {1, 1}}})
+                                      .row(kEqual, {0, {{0, 1}, {1, -1}}})
+                                      .row(kStrict, {3, {{0, -1}}}));
+  ASSERT_EQ(outcome.verdict, Verdict::kFeasible);
+  EXPECT_NEAR(outcome.point[0], 1, 1e-12);
+  EXPECT_NEAR(outcome.point[1], 1, 1e-12);
+}
+
+TEST(Decide, EquationOutsideABoundIsInfeasible) {
+  // x + y == 2, x > 1.5, y > 0.6
+  EXPECT_EQ(decided(ProblemBuilder(2)
+                        .row(kEqual, {-2, {{0, 1}, {1, 1}}})
+                        .row(kStrict, {-1.5, {{0, 1}}})
+                        .row(kStrict, {-0.6, {{1, 1}}}))
+                .verdict,
+            Verdict::kInfeasible);
+}
+
+TEST(Decide, LargestSmallestEigenvalueHasItsKnownValue) {
+  // maximise t: [2,1;1,3] - t*I > 0: t -> (5 - sqrt 5) / 2
+  const Outcome outcome = decided(ProblemBuilder(1)
+                                      .matrix(kStrict, 2, {{2, {{0, -1}}}, {1, {}}, {3, {{0, -1}}}})
+                                      .maximise({1}));
+  ASSERT_EQ(outcome.verdict, Verdict::kFeasible);
+  const double exact = (5 - std::sqrt(5.0)) / 2;
+  EXPECT_NEAR(*outcome.objective, exact, 1e-7 * exact);
+  EXPECT_GE(*outcome.bound, exact);
+  EXPECT_LT(*outcome.objective, exact);
+}
+
+TEST(Decide, ObjectiveWithoutBoundStopsAtTheBox) {
+  const Outcome outcome = decided(ProblemBuilder(1).row(kStrict, kX).maximise({1}));
+  ASSERT_EQ(outcome.verdict, Verdict::kFeasible);
+  EXPECT_TRUE(outcome.limited_by_box);
+  EXPECT_NEAR(*outcome.objective, 15000, 15000 * 1e-6);
+}
+
+TEST(Decide, IterationLimitIsSaid) {
+  const auto engine = make_csdp_engine();
+  // [x-3,y;y,8-x] > 0, y > 1
+  const Problem problem = ProblemBuilder(2)
+                              .matrix(kStrict, 2, {{-3, {{0, 1}}}, {0, {{1, 1}}}, {8, {{0, -1}}}})
+                              .row(kStrict, {-1, {{1, 1}}})
+                              .build();
+  const Outcome outcome = decide(problem, *engine, {.max_iterations = 1});
+  EXPECT_EQ(outcome.verdict, Verdict::kUndetermined);
+  EXPECT_EQ(outcome.reason, "the engine reached MAXITER iterations");
+}
+
+}  // namespace
+}  // namespace sdpsol

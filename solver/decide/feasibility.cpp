@@ -1,0 +1,220 @@
+// One run of the engine decides almost every problem. The other rounds are for
+// what the first cannot know: that an unknown leaves the box, that rows can only
+// hold with equality, or that the sizes at the solution are far from those which
+// the definition suggested.
+#include "solver/decide/feasibility.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "solver/check/feasible.h"
+#include "solver/check/infeasible.h"
+
+namespace sdpsol {
+namespace {
+
+constexpr int kMostRounds = 10;
+constexpr int kMostRescalings = 3;
+// Margins below this are taken for 0 where only the next step depends on it.
+constexpr double kNoMargin = 1e-6;
+
+class MarginSearch {
+ public:
+  MarginSearch(const Problem& problem, Selection selection, Engine& engine, const Limits& limits)
+      : problem_(problem),
+        selection_(std::move(selection)),
+        engine_(engine),
+        limits_(limits),
+        scaling_(scale_by_constants(problem)) {}
+
+  Feasibility run() {
+    for (int round = 0; round < kMostRounds && !decided_; ++round) {
+      const Program program(problem_, selection_, scaling_, Goal::kMargin);
+      if (!program.has_unknowns()) {
+        examine_point(std::vector<double>(static_cast<std::size_t>(problem_.unknowns), 0.0));
+        break;
+      }
+      solve(program);
+      if (decided_ || !prepare_next_round(program)) break;
+    }
+    if (!decided_) examine_rows_alone();
+    if (!decided_) result_.reason = reason_for_giving_up();
+    return std::move(result_);
+  }
+
+ private:
+  void solve(const Program& program) {
+    double last_gap = HUGE_VAL;
+    const Observer observer = [&](const Iterate& iterate) {
+      observe(program, iterate, last_gap);
+      return decided_;
+    };
+    Candidate candidate = engine_.solve(program.cones(), limits_, observer);
+    result_.iterations += candidate.last.iteration;
+    reason_ = candidate.reason;
+    last_ = std::move(candidate.last);
+    if (decided_) return;
+    result_.point = program.point(last_);
+    examine_point(result_.point);
+    if (!decided_) examine_multipliers(program, last_);
+  }
+
+  /// Proofs cost more than a step of a small problem: they are tried when the
+  /// engine's own numbers promise one, and then again only after a good step.
+  void observe(const Program& program, const Iterate& iterate, double& last_gap) {
+    const double margin = iterate.value;
+    const double gap = std::fabs(iterate.bound - iterate.value);
+    if (margin > kNoMargin && (gap < 1e-4 * margin || margin > 0.999)) {
+      examine_point(program.point(iterate));
+      return;
+    }
+    const bool promises = iterate.bound < 0 || gap < 1e-4;
+    if (!promises || margin > kNoMargin || gap > 0.3 * last_gap) return;
+    last_gap = gap;
+    examine_multipliers(program, iterate);
+  }
+
+  void examine_point(const std::vector<double>& point) {
+    FeasibleCheck check = check_point(problem_, point);
+    if (check.result == PointResult::kOnlyWithin1e8) nearly_feasible_ = true;
+    if (check.result != PointResult::kProven) return;
+    result_.verdict = Verdict::kFeasible;
+    result_.point = std::move(check.point);
+    decided_ = true;
+  }
+
+  void examine_multipliers(const Program& program, const Iterate& iterate) {
+    for (const auto keep : {Program::Keep::kActive, Program::Keep::kAll}) {
+      examine_multipliers(program.multipliers(iterate, keep));
+      if (decided_) return;
+    }
+  }
+
+  void examine_multipliers(const std::vector<Multiplier>& multipliers) {
+    switch (disprove(problem_, multipliers)) {
+      case Disproof::kInfeasible:
+        result_.verdict = Verdict::kInfeasible;
+        result_.point.clear();
+        result_.conditions = conditions_of(multipliers);
+        decided_ = true;
+        break;
+      case Disproof::kEmptyBox:
+        empty_box_ = true;
+        break;
+      case Disproof::kBorderline:
+        borderline_ = true;
+        break;
+      case Disproof::kNone:
+        break;
+    }
+  }
+
+  /// Equations may leave a row nothing but a constant, which no engine gets to see:
+  /// x == 0 makes x > 0 false by itself.
+  void examine_rows_alone() {
+    if (selection_.equations.empty()) return;
+    for (const std::size_t b : selection_.inequalities) {
+      if (problem_.blocks[b].size != 1) continue;
+      std::vector<Multiplier> multipliers = {{b, Eigen::MatrixXd::Ones(1, 1)}};
+      append_equation_multipliers(problem_, selection_.equations, scaling_.unknown, multipliers);
+      examine_multipliers(multipliers);
+      if (decided_) return;
+    }
+  }
+
+  /// The conditions that take part in a contradiction.
+  std::vector<std::int32_t> conditions_of(const std::vector<Multiplier>& multipliers) const {
+    std::vector<std::int32_t> conditions;
+    conditions.reserve(multipliers.size());
+    for (const Multiplier& y : multipliers) {
+      conditions.push_back(problem_.blocks[y.block].condition);
+    }
+    std::sort(conditions.begin(), conditions.end());
+    conditions.erase(std::unique(conditions.begin(), conditions.end()), conditions.end());
+    return conditions;
+  }
+
+  /// Changes what the next round asks; false if nothing is left to change.
+  bool prepare_next_round(const Program& program) {
+    if (empty_box_) return false;
+    if (box_what_left() || turn_tight_rows_into_equations(program)) return true;
+    // Other sizes find no room where it is proven that there is none.
+    return !borderline_ && rescale();
+  }
+
+  bool box_what_left() {
+    bool any = false;
+    for (std::int32_t k = 0; k < problem_.unknowns; ++k) {
+      const double v = std::fabs(result_.point[static_cast<std::size_t>(k)]);
+      auto& boxed = selection_.boxed;
+      if (!(v <= problem_.big_m) && std::find(boxed.begin(), boxed.end(), k) == boxed.end()) {
+        boxed.push_back(k);
+        any = true;
+      }
+    }
+    return any;
+  }
+
+  /// Without any margin, a row that the multipliers need holds with equality at
+  /// every feasible point.
+  bool turn_tight_rows_into_equations(const Program& program) {
+    if (std::fabs(last_.value) > kNoMargin) return false;
+    bool any = false;
+    for (const Multiplier& y : program.multipliers(last_, Program::Keep::kActive)) {
+      const Block& block = problem_.blocks[y.block];
+      if (block.size != 1 || block.sense != Sense::kNonStrict) continue;
+      auto& rows = selection_.inequalities;
+      const auto found = std::find(rows.begin(), rows.end(), y.block);
+      if (found == rows.end()) continue;
+      rows.erase(found);
+      selection_.equations.push_back({y.block, std::nullopt});
+      any = true;
+    }
+    return any;
+  }
+
+  bool rescale() {
+    if (++rescalings_ > kMostRescalings) return false;
+    const auto finite = [](double v) { return std::isfinite(v); };
+    if (!std::all_of(result_.point.begin(), result_.point.end(), finite)) return false;
+    Scaling next = scale_by_point(problem_, scaling_, result_.point);
+    double change = 0;
+    for (std::size_t k = 0; k < next.unknown.size(); ++k) {
+      change = std::max(change, std::fabs(std::log(next.unknown[k] / scaling_.unknown[k])));
+    }
+    scaling_ = std::move(next);
+    return change > std::log(3.0);
+  }
+
+  std::string reason_for_giving_up() const {
+    if (empty_box_) return "no point with |v| <= BIGM";
+    if (nearly_feasible_) return "feasible only within 1e-8";
+    if (borderline_) return kNoRoomLeft;
+    if (reason_ == StopReason::kIterationLimit) return "the engine reached MAXITER iterations";
+    if (reason_ == StopReason::kTrouble) return "numerical trouble: the engine gave up";
+    return "neither a point nor a certificate could be proven";
+  }
+
+  const Problem& problem_;
+  Selection selection_;
+  Engine& engine_;
+  Limits limits_;
+  Scaling scaling_;
+  Feasibility result_;
+  Iterate last_;
+  StopReason reason_ = StopReason::kConverged;
+  int rescalings_ = 0;
+  bool decided_ = false;
+  bool empty_box_ = false;
+  bool borderline_ = false;
+  bool nearly_feasible_ = false;
+};
+
+}  // namespace
+
+Feasibility find_feasible_point(const Problem& problem, Selection selection, Engine& engine,
+                                const Limits& limits) {
+  return MarginSearch(problem, std::move(selection), engine, limits).run();
+}
+
+}  // namespace sdpsol

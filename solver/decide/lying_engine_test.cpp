@@ -1,0 +1,117 @@
+// Engines propose, the checker decides: no answer of an engine, however wrong,
+// may become a wrong verdict.
+#include <gtest/gtest.h>
+
+#include <Eigen/Eigenvalues>
+#include <map>
+
+#include "solver/check/test_known_optimum.h"
+#include "solver/decide/decide.h"
+#include "solver/decide/test_lying_engine.h"
+#include "solver/decide/test_random_problems.h"
+#include "solver/engine/csdp_engine.h"
+#include "solver/problem/test_problem.h"
+
+namespace sdpsol {
+namespace {
+
+using testing::RandomProblems;
+using Contradiction = RandomProblems::Contradiction;
+
+class LyingEngineTest : public ::testing::Test {
+ protected:
+  Outcome decided(const Problem& problem) {
+    Outcome outcome = decide(problem, liar_, {});
+    ++verdicts_[outcome.verdict];
+    return outcome;
+  }
+
+  /// A liar that is never believed would hide what this test is for.
+  void expect_some_of_each() {
+    EXPECT_GT(verdicts_[Verdict::kUndetermined], 50);
+    EXPECT_GT(verdicts_[Verdict::kFeasible] + verdicts_[Verdict::kInfeasible], 50);
+  }
+
+  std::unique_ptr<Engine> honest_ = make_csdp_engine();
+  testing::LyingEngine liar_{*honest_, 201};
+  std::map<Verdict, int> verdicts_;
+};
+
+TEST_F(LyingEngineTest, LinearProblemsAreNeverDecidedWrongly) {
+  RandomProblems random(202);
+  for (int round = 0; round < 2500; ++round) {
+    const int unknowns = random.uniform(1, 4);
+    const auto rows = random.linear_rows(unknowns);
+    const Verdict wrong =
+        testing::exactly_feasible(rows) ? Verdict::kInfeasible : Verdict::kFeasible;
+    ASSERT_NE(decided(testing::problem_of(rows, unknowns)).verdict, wrong) << "round " << round;
+  }
+  expect_some_of_each();
+}
+
+TEST_F(LyingEngineTest, PlantedPointsAreNeverDenied) {
+  RandomProblems random(203);
+  for (int round = 0; round < 500; ++round) {
+    ASSERT_NE(decided(random.with_planted_point()).verdict, Verdict::kInfeasible)
+        << "round " << round;
+  }
+  expect_some_of_each();
+}
+
+TEST_F(LyingEngineTest, PlantedCertificatesAreNeverDenied) {
+  RandomProblems random(204);
+  for (int round = 0; round < 1000; ++round) {
+    const auto kind =
+        round % 2 == 0 ? Contradiction::kNegativeConstant : Contradiction::kZeroConstant;
+    ASSERT_NE(decided(random.with_planted_certificate(kind)).verdict, Verdict::kFeasible)
+        << "round " << round;
+  }
+  expect_some_of_each();
+}
+
+TEST_F(LyingEngineTest, ObjectivesOfLinearProblemsStayWithinTheirBounds) {
+  std::mt19937 random(205);
+  int loose = 0;
+  for (int round = 0; round < 1000; ++round) {
+    const testing::KnownOptimum known = testing::random_known_optimum(random);
+    const Outcome outcome = decided(known.problem);
+    ASSERT_NE(outcome.verdict, Verdict::kInfeasible) << "round " << round;
+    if (outcome.verdict != Verdict::kFeasible) continue;
+    // The point may be the rounding of one on the border.
+    ASSERT_LE(*outcome.objective, known.value + 1e-9) << "round " << round;
+    ASSERT_GE(*outcome.bound, known.value) << "round " << round;
+    loose += *outcome.bound > known.value + 1e-3 ? 1 : 0;
+  }
+  // The rows alone lead to a point whatever the liar says; his bounds are his own.
+  EXPECT_GT(verdicts_[Verdict::kFeasible], 500);
+  EXPECT_GT(loose, 50);
+}
+
+TEST_F(LyingEngineTest, ObjectivesOfMatrixProblemsStayWithinTheirBounds) {
+  // maximise t with A - t*I > 0: the smallest eigenvalue of A
+  RandomProblems random(206);
+  for (int round = 0; round < 500; ++round) {
+    const int n = random.uniform(2, 5);
+    Eigen::MatrixXd a(n, n);
+    std::vector<testing::Form> upper;
+    for (int i = 0; i < n; ++i) {
+      for (int j = i; j < n; ++j) {
+        a(i, j) = a(j, i) = random.uniform(-9, 9);
+        upper.push_back({a(i, j), {}});
+        if (i == j) upper.back().terms.emplace_back(0, -1);
+      }
+    }
+    const double truth = Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd>(a).eigenvalues()[0];
+    const Outcome outcome =
+        decided(testing::ProblemBuilder(1).matrix(Sense::kStrict, n, upper).maximise({1}).build());
+    ASSERT_NE(outcome.verdict, Verdict::kInfeasible) << "round " << round;
+    if (outcome.verdict != Verdict::kFeasible) continue;
+    // The eigenvalues have a rounding of their own.
+    ASSERT_LE(*outcome.objective, truth + 1e-12) << "round " << round;
+    ASSERT_GE(*outcome.bound, truth - 1e-12) << "round " << round;
+  }
+  expect_some_of_each();
+}
+
+}  // namespace
+}  // namespace sdpsol

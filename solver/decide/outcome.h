@@ -1,0 +1,32 @@
+// The answer to a problem.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "solver/problem/problem.h"
+
+namespace sdpsol {
+
+enum class Verdict { kFeasible, kInfeasible, kUndetermined };
+
+struct Outcome {
+  Verdict verdict = Verdict::kUndetermined;
+  /// Why it could not be determined, or what contradiction was found.
+  std::string reason;
+  /// Conditions that the reason speaks of, by index, if it speaks of any.
+  std::vector<std::int32_t> conditions;
+  /// The unknowns: with kFeasible the reported point, with kUndetermined the
+  /// last iterate, else empty.
+  std::vector<double> point;
+  /// The point which the verdict rests on; differs from `point` if there is an objective.
+  std::vector<double> interior;
+  /// In the sense of Problem (a maximisation); only with kFeasible.
+  std::optional<double> objective;
+  std::optional<double> bound;
+  bool limited_by_box = false;
+  int iterations = 0;
+};
+
+}  // namespace sdpsol

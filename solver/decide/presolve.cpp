@@ -1,0 +1,95 @@
+#include "solver/decide/presolve.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "solver/check/null_vectors.h"
+#include "solver/problem/parallel_rows.h"
+
+namespace sdpsol {
+namespace {
+
+bool has_unknowns(const Block& block) {
+  return std::any_of(block.terms.begin(), block.terms.end(),
+                     [](const AffineTerm& t) { return t.unknown != kConstant && t.value != 0; });
+}
+
+/// The tightest row of a group that bounds the form from one side; strict rows
+/// count as tighter than non-strict ones with the same bound.
+const ParallelRow* tightest(const Problem& problem, const std::vector<ParallelRow>& group,
+                            bool positive) {
+  const ParallelRow* best = nullptr;
+  for (const ParallelRow& row : group) {
+    if ((row.scale > 0) != positive) continue;
+    if (problem.blocks[row.block].sense == Sense::kEqual) continue;
+    if (best != nullptr) {
+      const double mine = row.constant / std::fabs(row.scale);
+      const double its = best->constant / std::fabs(best->scale);
+      const bool stricter = problem.blocks[row.block].sense == Sense::kStrict &&
+                            problem.blocks[best->block].sense != Sense::kStrict;
+      if (mine > its || (mine == its && !stricter)) continue;
+    }
+    best = &row;
+  }
+  return best;
+}
+
+/// Both bounds of one form, not strict, with nothing between them.
+bool meet(const Problem& problem, const ParallelRow& lower, const ParallelRow& upper) {
+  return problem.blocks[lower.block].sense == Sense::kNonStrict &&
+         problem.blocks[upper.block].sense == Sense::kNonStrict &&
+         lower.constant * std::fabs(upper.scale) + upper.constant * std::fabs(lower.scale) == 0;
+}
+
+void select_rows(const Problem& problem, const std::vector<ParallelRow>& group,
+                 Selection& selection) {
+  for (const ParallelRow& row : group) {
+    if (problem.blocks[row.block].sense == Sense::kEqual) {
+      selection.equations.push_back({row.block, std::nullopt});
+      break;  // the others say the same, or the checker finds that they do not
+    }
+  }
+  const ParallelRow* lower = tightest(problem, group, true);
+  const ParallelRow* upper = tightest(problem, group, false);
+  if (lower != nullptr && upper != nullptr && meet(problem, *lower, *upper)) {
+    selection.equations.push_back({lower->block, upper->block});
+    return;
+  }
+  if (lower != nullptr) selection.inequalities.push_back(lower->block);
+  if (upper != nullptr) selection.inequalities.push_back(upper->block);
+}
+
+}  // namespace
+
+Selection select_conditions(const Problem& problem) {
+  Selection selection;
+  for (const auto& group : group_parallel_rows(problem)) select_rows(problem, group, selection);
+  for (std::size_t b = 0; b < problem.blocks.size(); ++b) {
+    if (problem.blocks[b].size > 1 && has_unknowns(problem.blocks[b])) {
+      selection.inequalities.push_back(b);
+    }
+  }
+  std::sort(selection.inequalities.begin(), selection.inequalities.end());
+  return selection;
+}
+
+bool has_singular_matrices(const Problem& problem) {
+  return std::any_of(problem.blocks.begin(), problem.blocks.end(), [](const Block& block) {
+    return block.sense == Sense::kNonStrict && split_null_vectors(block).found;
+  });
+}
+
+Problem reduce_singular_matrices(const Problem& problem) {
+  Problem reduced = problem;
+  for (Block& block : reduced.blocks) {
+    if (block.sense != Sense::kNonStrict) continue;
+    NullSplit split = split_null_vectors(block);
+    if (!split.found) continue;
+    // Nothing left: 0 >= 0, which a row without terms says.
+    if (split.rest.size == 0) split.rest.size = 1;
+    block = std::move(split.rest);
+  }
+  return reduced;
+}
+
+}  // namespace sdpsol

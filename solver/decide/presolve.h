@@ -1,0 +1,21 @@
+// What can be settled before an engine is asked.
+#pragma once
+
+#include "solver/decide/program.h"
+#include "solver/problem/problem.h"
+
+namespace sdpsol {
+
+/// The inequalities and equations worth an engine's time: of rows that bound the
+/// same linear form only the tightest, rows without unknowns not at all, and two
+/// non-strict bounds that meet as one equation.
+Selection select_conditions(const Problem& problem);
+
+/// The problem with every non-strict matrix inequality reduced by its exact null
+/// vectors. Blocks keep their numbers.
+Problem reduce_singular_matrices(const Problem& problem);
+
+/// True if reduce_singular_matrices() would change anything.
+bool has_singular_matrices(const Problem& problem);
+
+}  // namespace sdpsol

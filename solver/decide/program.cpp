@@ -1,0 +1,174 @@
+#include "solver/decide/program.h"
+
+#include <Eigen/Eigenvalues>
+#include <algorithm>
+#include <cmath>
+
+namespace sdpsol {
+namespace {
+
+// Eigenvalues below this share of the largest are rounding.
+constexpr double kNegligible = 1e-13;
+
+bool counts(const AffineTerm& t) {
+  return t.unknown != kConstant && t.value != 0;
+}
+
+}  // namespace
+
+Program::Program(const Problem& problem, const Selection& selection, const Scaling& scaling,
+                 Goal goal)
+    : problem_(problem), selection_(selection), scaling_(scaling), goal_(goal) {
+  number_unknowns();
+  program_.unknowns = static_cast<std::int32_t>(unknowns_.size()) + (goal == Goal::kMargin ? 1 : 0);
+  program_.objective.assign(static_cast<std::size_t>(program_.unknowns), 0.0);
+  for (const std::size_t b : selection.inequalities) add_cone(b, goal == Goal::kMargin);
+  for (const PinnedRow& row : selection.equations) add_equation(row.block);
+  for (const std::int32_t k : selection.boxed) add_box(k);
+  if (goal == Goal::kMargin) {
+    add_margin_cap();
+    program_.objective.back() = 1;
+  } else {
+    double size = 0;
+    for (const std::int32_t k : unknowns_) {
+      const auto at = static_cast<std::size_t>(k);
+      size += std::fabs(problem.objective->cost[at]) * scaling.unknown[at];
+    }
+    objective_size_ = size > 0 ? size : 1;
+    for (std::size_t p = 0; p < unknowns_.size(); ++p) {
+      const auto at = static_cast<std::size_t>(unknowns_[p]);
+      program_.objective[p] = problem.objective->cost[at] * scaling.unknown[at] / objective_size_;
+    }
+  }
+  offsets_ = multiplier_offsets(program_.cones);
+}
+
+void Program::number_unknowns() {
+  std::vector<bool> occurs(static_cast<std::size_t>(problem_.unknowns), false);
+  auto mark = [&](std::size_t block) {
+    for (const AffineTerm& t : problem_.blocks[block].terms) {
+      if (counts(t)) occurs[static_cast<std::size_t>(t.unknown)] = true;
+    }
+  };
+  for (const std::size_t b : selection_.inequalities) mark(b);
+  for (const PinnedRow& row : selection_.equations) mark(row.block);
+  if (goal_ == Goal::kObjective) {
+    for (const std::int32_t k : selection_.boxed) occurs[static_cast<std::size_t>(k)] = true;
+  }
+  place_.assign(occurs.size(), -1);
+  for (std::size_t k = 0; k < occurs.size(); ++k) {
+    if (!occurs[k]) continue;
+    place_[k] = static_cast<std::int32_t>(unknowns_.size());
+    unknowns_.push_back(static_cast<std::int32_t>(k));
+  }
+}
+
+void Program::add_cone(std::size_t block, bool with_margin) {
+  const Eigen::VectorXd scale = scaling_.diagonal[block].cwiseSqrt().cwiseInverse();
+  ConeProgram::Cone cone{problem_.blocks[block].size, {}};
+  for (const AffineTerm& t : problem_.blocks[block].terms) {
+    if (t.value == 0) continue;
+    const double value = t.value * scale[t.row] * scale[t.column];
+    if (t.unknown == kConstant) {
+      cone.coefficients.push_back({t.row, t.column, ConeProgram::kConstantTerm, value});
+    } else {
+      const auto k = static_cast<std::size_t>(t.unknown);
+      cone.coefficients.push_back({t.row, t.column, place_[k], value * scaling_.unknown[k]});
+    }
+  }
+  for (std::int32_t i = 0; with_margin && i < cone.size; ++i) {
+    cone.coefficients.push_back({i, i, program_.unknowns - 1, -1.0});
+  }
+  program_.cones.push_back(std::move(cone));
+}
+
+void Program::add_equation(std::size_t block) {
+  ConeProgram::Cone equation{1, {}};
+  const double scale = 1 / scaling_.diagonal[block][0];
+  for (const AffineTerm& t : problem_.blocks[block].terms) {
+    if (t.value == 0) continue;
+    const bool constant = t.unknown == kConstant;
+    const auto k = static_cast<std::size_t>(t.unknown);
+    equation.coefficients.push_back({0, 0, constant ? ConeProgram::kConstantTerm : place_[k],
+                                     t.value * scale * (constant ? 1 : scaling_.unknown[k])});
+  }
+  program_.equations.push_back(std::move(equation));
+}
+
+/// 1 -+ v_k / BIGM >= 0; no margin is asked of the box.
+void Program::add_box(std::int32_t unknown) {
+  const auto k = static_cast<std::size_t>(unknown);
+  if (place_[k] < 0) return;
+  const double value = scaling_.unknown[k] / problem_.big_m;
+  for (const double sign : {1.0, -1.0}) {
+    program_.cones.push_back(
+        {1, {{0, 0, ConeProgram::kConstantTerm, 1.0}, {0, 0, place_[k], sign * value}}});
+  }
+}
+
+/// 1 - t >= 0.
+void Program::add_margin_cap() {
+  program_.cones.push_back(
+      {1, {{0, 0, ConeProgram::kConstantTerm, 1.0}, {0, 0, program_.unknowns - 1, -1.0}}});
+}
+
+std::vector<double> Program::point(const Iterate& iterate) const {
+  std::vector<double> v(static_cast<std::size_t>(problem_.unknowns), 0.0);
+  for (std::size_t p = 0; p < unknowns_.size(); ++p) {
+    const auto k = static_cast<std::size_t>(unknowns_[p]);
+    v[k] = iterate.point[p] * scaling_.unknown[k];
+  }
+  return v;
+}
+
+Eigen::MatrixXd Program::slack(std::size_t cone, const Iterate& iterate) const {
+  const ConeProgram::Cone& c = program_.cones[cone];
+  Eigen::MatrixXd value = Eigen::MatrixXd::Zero(c.size, c.size);
+  for (const auto& t : c.coefficients) {
+    const double factor = t.unknown == ConeProgram::kConstantTerm
+                              ? 1.0
+                              : iterate.point[static_cast<std::size_t>(t.unknown)];
+    value(t.row, t.column) += factor * t.value;
+  }
+  value.triangularView<Eigen::StrictlyLower>() = value.transpose();
+  return value;
+}
+
+std::vector<Multiplier> Program::multipliers(const Iterate& iterate, Keep keep) const {
+  std::vector<Multiplier> result;
+  double largest = 0;
+  for (const double entry : iterate.multipliers) largest = std::max(largest, std::fabs(entry));
+  for (std::size_t i = 0; i < selection_.inequalities.size(); ++i) {
+    const std::size_t block = selection_.inequalities[i];
+    const Eigen::Index n = problem_.blocks[block].size;
+    const Eigen::Map<const Eigen::MatrixXd> scaled(&iterate.multipliers[offsets_[i]], n, n);
+    const Eigen::MatrixXd slack_here = slack(i, iterate);
+    Eigen::VectorXd values = scaled.diagonal();
+    Eigen::MatrixXd vectors = Eigen::MatrixXd::Identity(n, n);
+    if (n > 1) {
+      const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> eigen(scaled);
+      values = eigen.eigenvalues();
+      vectors = eigen.eigenvectors();
+    }
+    std::vector<Eigen::Index> kept;
+    for (Eigen::Index e = 0; e < n; ++e) {
+      const double slackness = vectors.col(e).dot(slack_here * vectors.col(e));
+      const bool meant = keep == Keep::kAll || values[e] > slackness;
+      if (values[e] > kNegligible * largest && meant) kept.push_back(e);
+    }
+    if (kept.empty()) continue;
+    Eigen::MatrixXd factor(n, static_cast<Eigen::Index>(kept.size()));
+    const Eigen::VectorXd unscale = scaling_.diagonal[block].cwiseSqrt().cwiseInverse();
+    for (std::size_t e = 0; e < kept.size(); ++e) {
+      factor.col(static_cast<Eigen::Index>(e)) = unscale.asDiagonal() * vectors.col(kept[e]) *
+                                                 std::sqrt(values[kept[e]] * objective_size_);
+    }
+    result.push_back({block, std::move(factor)});
+  }
+  // Engines that eliminate equations return no multipliers for them.
+  append_equation_multipliers(problem_, selection_.equations, scaling_.unknown, result,
+                              goal_ == Goal::kObjective);
+  return result;
+}
+
+}  // namespace sdpsol

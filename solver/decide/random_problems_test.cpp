@@ -1,0 +1,99 @@
+// Being undecided is not a way out: problems with room and problems with a
+// certificate inside its cones must be decided, and none may be decided wrongly.
+#include <gtest/gtest.h>
+
+#include "solver/check/evaluate.h"
+#include "solver/decide/decide.h"
+#include "solver/decide/test_random_problems.h"
+#include "solver/engine/csdp_engine.h"
+#include "solver/problem/noise.h"
+
+namespace sdpsol {
+namespace {
+
+using testing::RandomProblems;
+using Contradiction = RandomProblems::Contradiction;
+
+class RandomProblemsTest : public ::testing::Test {
+ protected:
+  Outcome decided(const Problem& problem) { return decide(problem, *engine_, {}); }
+
+  std::unique_ptr<Engine> engine_ = make_csdp_engine();
+};
+
+TEST_F(RandomProblemsTest, LinearOnesAsExactEliminationSays) {
+  RandomProblems random(101);
+  int feasible = 0;
+  int undetermined = 0;
+  constexpr int kCount = 5000;
+  for (int round = 0; round < kCount; ++round) {
+    const int unknowns = random.uniform(1, 4);
+    const auto rows = random.linear_rows(unknowns);
+    const bool truth = testing::exactly_feasible(rows);
+    const Outcome outcome = decided(testing::problem_of(rows, unknowns));
+    feasible += truth ? 1 : 0;
+    if (outcome.verdict == Verdict::kUndetermined) {
+      ++undetermined;
+      continue;
+    }
+    ASSERT_EQ(outcome.verdict, truth ? Verdict::kFeasible : Verdict::kInfeasible)
+        << "round " << round << ": " << outcome.reason;
+  }
+  EXPECT_GT(feasible, kCount / 4);
+  EXPECT_LT(feasible, kCount * 3 / 4);
+  EXPECT_LE(undetermined, kCount / 1000);
+}
+
+TEST_F(RandomProblemsTest, PlantedPointsAreFound) {
+  RandomProblems random(102);
+  int decided_ones = 0;
+  for (int round = 0; round < 1000; ++round) {
+    std::vector<double> point;
+    const Problem problem = random.with_planted_point(&point);
+    for (const Block& block : problem.blocks) {
+      ASSERT_GE(relative_room(evaluate(block, point)), 1e-4);
+    }
+    const Outcome outcome = decided(problem);
+    ASSERT_NE(outcome.verdict, Verdict::kInfeasible) << "round " << round;
+    decided_ones += outcome.verdict == Verdict::kFeasible ? 1 : 0;
+  }
+  EXPECT_GE(decided_ones, 999);
+}
+
+TEST_F(RandomProblemsTest, PlantedCertificatesAreFound) {
+  for (const auto kind : {Contradiction::kNegativeConstant, Contradiction::kZeroConstant}) {
+    RandomProblems random(103);
+    int decided_ones = 0;
+    for (int round = 0; round < 1000; ++round) {
+      const Outcome outcome = decided(random.with_planted_certificate(kind));
+      ASSERT_NE(outcome.verdict, Verdict::kFeasible) << "round " << round;
+      decided_ones += outcome.verdict == Verdict::kInfeasible ? 1 : 0;
+    }
+    EXPECT_GE(decided_ones, 999);
+  }
+}
+
+TEST_F(RandomProblemsTest, OtherUnitsChangeNoVerdict) {
+  RandomProblems random(104);
+  int same = 0;
+  int asked = 0;
+  for (int round = 0; round < 600; ++round) {
+    Problem problem = round % 3 == 0 ? random.with_planted_point()
+                      : round % 3 == 1
+                          ? random.with_planted_certificate(Contradiction::kNegativeConstant)
+                          : random.with_planted_certificate(Contradiction::kZeroConstant);
+    problem.big_m = 1e12;  // no unit brings a point to the box
+    const Problem scaled = testing::in_other_units(problem, random);
+    if (!noisy_conditions(scaled).empty()) continue;
+    const Verdict expected = round % 3 == 0 ? Verdict::kFeasible : Verdict::kInfeasible;
+    const Verdict verdict = decided(scaled).verdict;
+    ++asked;
+    ASSERT_TRUE(verdict == expected || verdict == Verdict::kUndetermined) << "round " << round;
+    same += verdict == expected ? 1 : 0;
+  }
+  EXPECT_GE(asked, 590);
+  EXPECT_GE(same, asked - 1);
+}
+
+}  // namespace
+}  // namespace sdpsol
