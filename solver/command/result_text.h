@@ -1,0 +1,18 @@
+// The result file.
+#pragma once
+
+#include <string>
+
+#include "solver/command/report.h"
+
+namespace sdpsol {
+
+/// The whole text of the result file: a heading for people, then the part that
+/// other programs parse. The heading holds none of that part's marker words, no
+/// names of variables and no names of files.
+std::string result_text(const Report& report);
+
+/// The shortest text that reads back as the same double; "0" for both zeros.
+std::string shortest(double value);
+
+}  // namespace sdpsol
