@@ -1,0 +1,174 @@
+// The driver's own work, each as a ratio to the floor beneath it, measured in
+// the same run: composing a definition against formatting its numbers alone,
+// parsing a result against copying the text and converting its numbers alone.
+// The counter "ratio" is what counts; goals: 2 for composing, 4 for parsing, at
+// every size from 10^4 to 10^6 entries. Beyond a few megabytes the memory of the
+// lists, fetched page by page, adds to what an entry costs.
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstring>
+#include <ctime>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "unit/sdpsol_compose.h"
+#include "unit/sdpsol_text.h"
+#include "unit/sdpsol_wrapper.h"
+
+namespace {
+
+// Time of this thread only: what else the machine does would hit the longer
+// piece of work harder than its floor.
+double thread_seconds() {
+  timespec now{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
+}
+
+template <class Work>
+double seconds(const Work& work) {
+  const double start = thread_seconds();
+  work();
+  return thread_seconds() - start;
+}
+
+double median(std::vector<double> times) {
+  const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
+  std::nth_element(times.begin(), middle, times.end());
+  return *middle;
+}
+
+// Work and floor take turns, so that a machine that slows down slows both.
+template <class Work, class Floor>
+void compare(benchmark::State& state, const Work& work, const Floor& floor) {
+  std::vector<double> work_times;
+  std::vector<double> floor_times;
+  for ([[maybe_unused]] auto iteration : state) {
+    work_times.push_back(seconds(work));
+    floor_times.push_back(seconds(floor));
+    state.SetIterationTime(work_times.back());
+  }
+  state.counters["ratio"] = median(work_times) / median(floor_times);
+}
+
+std::vector<double> random_numbers(std::size_t count) {
+  std::mt19937 random(1);
+  std::uniform_real_distribution<double> uniform(-1.0, 1.0);
+  std::vector<double> numbers(count);
+  for (double& number : numbers) number = uniform(random);
+  return numbers;
+}
+
+void compose_contacts(benchmark::State& state) {
+  const auto contacts = static_cast<std::size_t>(state.range(0));
+  const std::size_t components = 3 * contacts;
+  const std::vector<double> base = random_numbers(components * (components - 6));
+  const std::vector<int> types(contacts, 3);
+  const std::vector<double> friction = random_numbers(contacts);
+  const std::vector<double> bounds = random_numbers(2 * components);
+  // Every number that the text holds; a friction coefficient stands there three times.
+  std::vector<double> numbers = base;
+  for (int copy = 0; copy < 3; ++copy) {
+    numbers.insert(numbers.end(), friction.begin(), friction.end());
+  }
+  numbers.insert(numbers.end(), bounds.begin(), bounds.end());
+  std::string buffer(numbers.size() * 16, ' ');
+
+  compare(
+      state,
+      [&] {
+        auto composed = sdpsol_internal::compose_all({base, types, friction, bounds});
+        benchmark::DoNotOptimize(composed.definition->data());
+      },
+      [&] {
+        char* to = buffer.data();
+        for (const double number : numbers) {
+          to = std::to_chars(to, to + 16, number, std::chars_format::general, 6).ptr;
+        }
+        benchmark::DoNotOptimize(buffer.data());
+        benchmark::ClobberMemory();
+      });
+}
+
+constexpr std::string_view kHeading = "*** Objective value\nobjective = 1.5\n\n*** Variables\n";
+
+std::string shortest(double number) {
+  std::array<char, 32> digits;
+  return {digits.data(), std::to_chars(digits.data(), digits.data() + 32, number).ptr};
+}
+
+std::string scalar_result(const std::vector<double>& numbers) {
+  std::string text(kHeading);
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    sdpsol_internal::append(text, "x", i, " = ", shortest(numbers[i]), "\n\n");
+  }
+  return text;
+}
+
+std::string matrix_result(const std::vector<double>& numbers) {
+  std::string text(kHeading);
+  text += "X =\n[\n";
+  for (const double number : numbers) sdpsol_internal::append(text, "  ", shortest(number), ",\n");
+  text += "]\n\n";
+  return text;
+}
+
+void parse(benchmark::State& state, const std::vector<double>& numbers, const std::string& text) {
+  // The numbers alone, back to back: what any reader has to convert.
+  std::string digits;
+  std::vector<std::size_t> ends;
+  for (const double number : numbers) {
+    digits += shortest(number);
+    ends.push_back(digits.size());
+  }
+  std::string copy(text.size(), ' ');
+  std::vector<double> values(numbers.size());
+  sdpsol_wrapper driver("", "", "");
+  driver.resultText = text;
+
+  compare(
+      state,
+      [&] {
+        // The lists grow anew each time, as in a program that solves once.
+        driver.lastResult = {};
+        driver.parseResult();
+        benchmark::DoNotOptimize(driver.lastResult.variableValues.data());
+      },
+      [&] {
+        std::memcpy(copy.data(), text.data(), text.size());
+        benchmark::DoNotOptimize(copy.data());
+        const char* from = digits.data();
+        for (std::size_t i = 0; i < values.size(); ++i) {
+          const char* const end = digits.data() + ends[i];
+          std::from_chars(from, end, values[i]);
+          from = end;
+        }
+        benchmark::DoNotOptimize(values.data());
+        benchmark::ClobberMemory();
+      });
+  if (driver.lastResult.variableValues != numbers) state.SkipWithError("the values differ");
+}
+
+void parse_scalars(benchmark::State& state) {
+  const std::vector<double> numbers = random_numbers(static_cast<std::size_t>(state.range(0)));
+  parse(state, numbers, scalar_result(numbers));
+}
+
+void parse_matrix(benchmark::State& state) {
+  const auto order = static_cast<std::size_t>(state.range(0));
+  const std::vector<double> numbers = random_numbers(order * order);
+  parse(state, numbers, matrix_result(numbers));
+}
+
+// 37, 110 and 336 contacts have about 10^4, 10^5 and 10^6 entries of the base.
+BENCHMARK(compose_contacts)->Arg(4)->Arg(37)->Arg(110)->Arg(336)->UseManualTime();
+BENCHMARK(parse_scalars)->RangeMultiplier(10)->Range(10'000, 1'000'000)->UseManualTime();
+BENCHMARK(parse_matrix)->Arg(100)->Arg(400)->Arg(1000)->UseManualTime();
+
+}  // namespace
+
+BENCHMARK_MAIN();
