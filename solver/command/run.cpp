@@ -4,12 +4,12 @@
 #include <cstdio>
 #include <string>
 
-#include "solver/command/engine_memory.h"
 #include "solver/command/files.h"
 #include "solver/command/report.h"
 #include "solver/command/result_text.h"
 #include "solver/decide/decide.h"
 #include "solver/engine/csdp_engine.h"
+#include "solver/engine/engine_memory.h"
 #include "solver/language/limits.h"
 #include "solver/language/reader.h"
 #include "solver/problem/structure.h"

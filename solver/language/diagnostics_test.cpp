@@ -83,6 +83,23 @@ TEST(Excerpt, DoesNotCutAWideCharacterInTwo) {
   EXPECT_EQ(text.find('?'), std::string::npos) << text;
 }
 
+// Bytes with the look of UTF-8 that decode to nothing would garble a terminal.
+TEST(PrintableLength, TakesWellFormedCharactersOnly) {
+  EXPECT_EQ(printable_length("x"), 1U);
+  EXPECT_EQ(printable_length("\xC3\xA4"), 2U);
+  EXPECT_EQ(printable_length("\xE0\xA4\xB6"), 3U);
+  EXPECT_EQ(printable_length("\xED\x9F\xBF"), 3U);
+  EXPECT_EQ(printable_length("\xF0\x90\x80\x80"), 4U);
+  EXPECT_EQ(printable_length("\xF4\x8F\xBF\xBF"), 4U);
+  EXPECT_EQ(printable_length("\xC2\x85"), 0U) << "control character";
+  EXPECT_EQ(printable_length("\xC1\xBF"), 0U) << "overlong";
+  EXPECT_EQ(printable_length("\xE0\x90\xB6"), 0U) << "overlong";
+  EXPECT_EQ(printable_length("\xF0\x8F\xBF\xBF"), 0U) << "overlong";
+  EXPECT_EQ(printable_length("\xED\xA0\x80"), 0U) << "half of a pair";
+  EXPECT_EQ(printable_length("\xF4\x90\x80\x80"), 0U) << "beyond the last character";
+  EXPECT_EQ(printable_length("\xE2\x82"), 0U) << "cut off";
+}
+
 TEST(InQuotes, CutsLongTextsAndHidesControlBytes) {
   EXPECT_EQ(in_quotes("P1"), "'P1'");
   EXPECT_EQ(in_quotes(std::string(41, 'x')), "'" + std::string(40, 'x') + "...'");

@@ -34,11 +34,23 @@ std::size_t printable_length(std::string_view text) {
   if (text.empty()) return 0;
   const auto first = static_cast<unsigned char>(text[0]);
   if (first < 0x80U) return first >= 0x20U && first != 0x7FU ? 1 : 0;
+
   std::size_t length = 0;
+  // The second byte is bounded further where the first alone would allow control
+  // characters, longer forms of shorter characters, halves of pairs, or too much.
+  unsigned lowest = 0x80U;
+  unsigned highest = 0xBFU;
   if (first >= 0xC2U && first <= 0xDFU) length = 2;
   if (first >= 0xE0U && first <= 0xEFU) length = 3;
   if (first >= 0xF0U && first <= 0xF4U) length = 4;
+  if (first == 0xC2U || first == 0xE0U) lowest = 0xA0U;
+  if (first == 0xEDU) highest = 0x9FU;
+  if (first == 0xF0U) lowest = 0x90U;
+  if (first == 0xF4U) highest = 0x8FU;
   if (length == 0 || text.size() < length) return 0;
+
+  const auto second = static_cast<unsigned char>(text[1]);
+  if (second < lowest || second > highest) return 0;
   const std::string_view rest = text.substr(1, length - 1);
   return std::all_of(rest.begin(), rest.end(), is_continuation) ? length : 0;
 }

@@ -3,7 +3,7 @@
 // where it is refused. There is no call that asks for the buffer alone and none
 // that tells its size, so the room is tried out first and the smallest of
 // factorisations makes the library take it, before anything else can.
-#include "solver/command/engine_memory.h"
+#include "solver/engine/engine_memory.h"
 
 #include <csdp/declarations.h>
 #include <sys/mman.h>
