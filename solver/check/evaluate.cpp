@@ -1,8 +1,9 @@
 #include "solver/check/evaluate.h"
 
-#include <Eigen/Eigenvalues>
 #include <cmath>
 #include <limits>
+
+#include "solver/check/symmetric_eigen.h"
 
 namespace sdpsol {
 
@@ -32,10 +33,7 @@ double relative_room(const Evaluated& at) {
   const Eigen::VectorXd size = at.magnitude.diagonal();
   if (!(size.minCoeff() > 0)) return -std::numeric_limits<double>::infinity();
   const Eigen::VectorXd scale = size.cwiseSqrt().cwiseInverse();
-  const Eigen::MatrixXd scaled = scale.asDiagonal() * at.value * scale.asDiagonal();
-  return Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd>(scaled, Eigen::EigenvaluesOnly)
-      .eigenvalues()
-      .minCoeff();
+  return symmetric_eigenvalues(scale.asDiagonal() * at.value * scale.asDiagonal())[0];
 }
 
 }  // namespace sdpsol

@@ -1,6 +1,5 @@
 #include "solver/check/obvious.h"
 
-#include <Eigen/Eigenvalues>
 #include <algorithm>
 #include <cmath>
 #include <iterator>
@@ -11,6 +10,7 @@
 #include "solver/check/exact_sum.h"
 #include "solver/check/infeasible.h"
 #include "solver/check/null_vectors.h"
+#include "solver/check/symmetric_eigen.h"
 #include "solver/problem/parallel_rows.h"
 
 namespace sdpsol {
@@ -49,9 +49,9 @@ bool is_false_matrix(const Problem& problem, std::size_t number) {
   const Block& block = problem.blocks[number];
   const Evaluated at =
       evaluate(block, std::vector<double>(static_cast<std::size_t>(problem.unknowns)));
-  const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> eigen(at.value);
-  if (eigen.info() != Eigen::Success || !(eigen.eigenvalues()[0] < 0)) return false;
-  return disprove(problem, {{number, eigen.eigenvectors().col(0)}}) == Disproof::kInfeasible;
+  const SymmetricEigen eigen = symmetric_eigen(at.value);
+  if (!(eigen.values[0] < 0)) return false;
+  return disprove(problem, {{number, eigen.vectors.col(0)}}) == Disproof::kInfeasible;
 }
 
 /// What a diagonal entry that is identically 0 says about its block.

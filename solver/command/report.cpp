@@ -1,21 +1,14 @@
 #include "solver/command/report.h"
 
-#include <Eigen/Eigenvalues>
 #include <algorithm>
 #include <cmath>
 #include <limits>
 
 #include "solver/check/evaluate.h"
+#include "solver/check/symmetric_eigen.h"
 
 namespace sdpsol {
 namespace {
-
-double smallest_eigenvalue(const Eigen::MatrixXd& value) {
-  if (value.rows() == 1) return value(0, 0);
-  return Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd>(value, Eigen::EigenvaluesOnly)
-      .eigenvalues()
-      .minCoeff();
-}
 
 /// The tightest conditions at a point, by their relative room.
 std::vector<ConditionMargin> tightest(const Source& source, const Model& model,
@@ -31,7 +24,7 @@ std::vector<ConditionMargin> tightest(const Source& source, const Model& model,
     ConditionMargin& margin = margins[static_cast<std::size_t>(block.condition)];
     margin.room = std::min(margin.room, relative_room(at));
     margin.smallest_eigenvalue =
-        std::min(margin.smallest_eigenvalue, smallest_eigenvalue(at.value));
+        std::min(margin.smallest_eigenvalue, symmetric_eigenvalues(at.value)[0]);
   }
   for (std::size_t i = 0; i < margins.size(); ++i) {
     margins[i].line = source.place(model.conditions[i].where.begin).line;

@@ -1,6 +1,5 @@
 #include "solver/decide/decide.h"
 
-#include <Eigen/Eigenvalues>
 #include <algorithm>
 #include <utility>
 
@@ -8,6 +7,7 @@
 #include "solver/check/feasible.h"
 #include "solver/check/infeasible.h"
 #include "solver/check/obvious.h"
+#include "solver/check/symmetric_eigen.h"
 #include "solver/decide/feasibility.h"
 #include "solver/decide/optimum.h"
 #include "solver/decide/presolve.h"
@@ -41,9 +41,9 @@ std::optional<Outcome> decided_by_constants(const Problem& problem) {
     const Eigen::VectorXd size = at.magnitude.diagonal();
     if (!(size.minCoeff() > 0) || relative_room(at) > 2 * kRoom) continue;
     const Eigen::VectorXd scale = size.cwiseSqrt().cwiseInverse();
-    const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> eigen(scale.asDiagonal() * at.value *
-                                                               scale.asDiagonal());
-    const Eigen::MatrixXd factor = scale.asDiagonal() * eigen.eigenvectors().col(0);
+    const SymmetricEigen eigen =
+        symmetric_eigen(scale.asDiagonal() * at.value * scale.asDiagonal());
+    const Eigen::MatrixXd factor = scale.asDiagonal() * eigen.vectors.col(0);
     const Disproof disproof = disprove(problem, {{b, factor}});
     if (disproof == Disproof::kNone) continue;
     if (disproof == Disproof::kInfeasible) {

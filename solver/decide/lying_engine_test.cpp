@@ -2,9 +2,9 @@
 // may become a wrong verdict.
 #include <gtest/gtest.h>
 
-#include <Eigen/Eigenvalues>
 #include <map>
 
+#include "solver/check/symmetric_eigen.h"
 #include "solver/check/test_known_optimum.h"
 #include "solver/decide/decide.h"
 #include "solver/decide/test_lying_engine.h"
@@ -101,7 +101,7 @@ TEST_F(LyingEngineTest, ObjectivesOfMatrixProblemsStayWithinTheirBounds) {
         if (i == j) upper.back().terms.emplace_back(0, -1);
       }
     }
-    const double truth = Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd>(a).eigenvalues()[0];
+    const double truth = symmetric_eigenvalues(a)[0];
     const Outcome outcome =
         decided(testing::ProblemBuilder(1).matrix(Sense::kStrict, n, upper).maximise({1}).build());
     ASSERT_NE(outcome.verdict, Verdict::kInfeasible) << "round " << round;

@@ -1,8 +1,9 @@
 #include "solver/decide/program.h"
 
-#include <Eigen/Eigenvalues>
 #include <algorithm>
 #include <cmath>
+
+#include "solver/check/symmetric_eigen.h"
 
 namespace sdpsol {
 namespace {
@@ -143,13 +144,7 @@ std::vector<Multiplier> Program::multipliers(const Iterate& iterate, Keep keep) 
     const Eigen::Index n = problem_.blocks[block].size;
     const Eigen::Map<const Eigen::MatrixXd> scaled(&iterate.multipliers[offsets_[i]], n, n);
     const Eigen::MatrixXd slack_here = slack(i, iterate);
-    Eigen::VectorXd values = scaled.diagonal();
-    Eigen::MatrixXd vectors = Eigen::MatrixXd::Identity(n, n);
-    if (n > 1) {
-      const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> eigen(scaled);
-      values = eigen.eigenvalues();
-      vectors = eigen.eigenvectors();
-    }
+    const auto [values, vectors] = symmetric_eigen(scaled);
     std::vector<Eigen::Index> kept;
     for (Eigen::Index e = 0; e < n; ++e) {
       const double slackness = vectors.col(e).dot(slack_here * vectors.col(e));

@@ -3,8 +3,6 @@
 #pragma once
 
 #include <Eigen/Core>
-#include <Eigen/Eigenvalues>
-#include <Eigen/SVD>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -13,6 +11,7 @@
 #include <vector>
 
 #include "solver/check/evaluate.h"
+#include "solver/check/symmetric_eigen.h"
 #include "solver/check/test_linear_truth.h"
 #include "solver/problem/problem.h"
 
@@ -80,8 +79,7 @@ class RandomProblems {
       for (const Block& block : problem.blocks) {
         weights.push_back(inside_cone(block.size));
         packed += block.size * (block.size + 1) / 2;
-        room = std::min(
-            room, Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd>(weights.back()).eigenvalues()[0]);
+        room = std::min(room, symmetric_eigenvalues(weights.back())[0]);
       }
       const bool zero = kind == Contradiction::kZeroConstant;
       if (packed < problem.unknowns + 2) continue;
@@ -218,8 +216,9 @@ class RandomProblems {
     }
     const bool constant_counts = with_constant && !rows.row(0).isZero(0);
     const Eigen::Index count = problem.unknowns + (constant_counts ? 1 : 0);
-    const Eigen::JacobiSVD<Eigen::MatrixXd> svd(rows.bottomRows(count));
-    const double smallest = svd.singularValues().minCoeff();
+    const Eigen::MatrixXd counted = rows.bottomRows(count);
+    const double smallest =
+        std::sqrt(std::max(0.0, symmetric_eigenvalues(counted * counted.transpose())[0]));
     return smallest > 1e-3 ? sums.tail(count).norm() / smallest : HUGE_VAL;
   }
 

@@ -1,6 +1,7 @@
 #include "tests/verdicts/random_grasp.h"
 
-#include <Eigen/Dense>
+#include <Eigen/Geometry>
+#include <Eigen/QR>
 #include <cmath>
 
 namespace sdpsol::testing {
@@ -54,11 +55,11 @@ MatrixXd grasp_map(std::mt19937& random, const std::vector<Contact>& contacts, d
 
 /// Orthonormal; entries at rounding level are zeros, as any careful tool makes them.
 MatrixXd nullspace(const MatrixXd& map) {
-  const Eigen::JacobiSVD<MatrixXd> svd(map, Eigen::ComputeFullV);
-  const double tolerance = 1e-9 * svd.singularValues()[0];
-  Eigen::Index rank = 0;
-  while (rank < svd.singularValues().size() && svd.singularValues()[rank] > tolerance) ++rank;
-  const MatrixXd base = svd.matrixV().rightCols(map.cols() - rank);
+  // The last columns of Q in map' = Q R P' are orthogonal to every row of the map.
+  Eigen::ColPivHouseholderQR<MatrixXd> qr(map.transpose());
+  qr.setThreshold(1e-9);
+  const MatrixXd q = qr.householderQ();
+  const MatrixXd base = q.rightCols(map.cols() - qr.rank());
   return (base.array().abs() < 1e-12).select(0.0, base);
 }
 

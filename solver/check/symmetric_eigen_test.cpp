@@ -1,0 +1,38 @@
+#include "solver/check/symmetric_eigen.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace sdpsol {
+namespace {
+
+TEST(SymmetricEigen, GivesValuesInAscendingOrderWithTheirVectors) {
+  Eigen::MatrixXd matrix(2, 2);
+  matrix << 1, 2, 2, -2;  // 2 along (2,1), -3 along (1,-2)
+  const SymmetricEigen eigen = symmetric_eigen(matrix);
+  ASSERT_EQ(eigen.values.size(), 2);
+  EXPECT_NEAR(eigen.values[0], -3, 1e-14);
+  EXPECT_NEAR(eigen.values[1], 2, 1e-14);
+  EXPECT_NEAR(eigen.vectors(1, 0) / eigen.vectors(0, 0), -2, 1e-14);
+  EXPECT_NEAR(eigen.vectors.col(1).norm(), 1, 1e-14);
+  EXPECT_TRUE(symmetric_eigenvalues(matrix).isApprox(eigen.values, 1e-14));
+}
+
+TEST(SymmetricEigen, OfOneNumberIsTheNumber) {
+  const SymmetricEigen eigen = symmetric_eigen(Eigen::MatrixXd::Constant(1, 1, -7));
+  EXPECT_EQ(eigen.values[0], -7);
+  EXPECT_EQ(eigen.vectors(0, 0), 1);
+}
+
+// A caller that asks "is it below 0?" must not be told so by leftovers.
+TEST(SymmetricEigen, IsNotANumberWhereTheEntriesAreNot) {
+  Eigen::MatrixXd matrix = Eigen::MatrixXd::Identity(3, 3);
+  matrix(1, 0) = matrix(0, 1) = std::numeric_limits<double>::quiet_NaN();
+  EXPECT_TRUE(std::isnan(symmetric_eigen(matrix).values[0]));
+  EXPECT_TRUE(std::isnan(symmetric_eigenvalues(matrix)[2]));
+}
+
+}  // namespace
+}  // namespace sdpsol
