@@ -1,7 +1,6 @@
 #include "solver/check/balance.h"
 
 #include <Eigen/Cholesky>
-#include <Eigen/QR>
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -9,6 +8,8 @@
 #include "solver/check/dependence.h"
 #include "solver/check/evaluate.h"
 #include "solver/check/positive.h"
+#include "solver/dense/least_squares.h"
+#include "solver/dense/subspaces.h"
 
 namespace sdpsol {
 namespace {
@@ -146,14 +147,9 @@ bool Balance::settle(const std::vector<Eigen::Index>& rows) {
 /// Settles as many rows as provably stand on their own; the others are settled
 /// only where they depend on these exactly, coefficient by coefficient.
 void Balance::settle_independent_rows() {
-  Eigen::ColPivHouseholderQR<Eigen::MatrixXd> qr(system_.matrix.transpose());
-  qr.setThreshold(kIndependent);
-  const Eigen::Index rank = qr.rank();
-  std::vector<Eigen::Index> independent;
-  std::vector<Eigen::Index> dependent;
-  for (Eigen::Index i = 0; i < system_.matrix.rows(); ++i) {
-    (i < rank ? independent : dependent).push_back(qr.colsPermutation().indices()[i]);
-  }
+  const auto [rank, order] = order_columns(system_.matrix.transpose(), kIndependent);
+  const std::vector<Eigen::Index> independent(order.begin(), order.begin() + rank);
+  const std::vector<Eigen::Index> dependent(order.begin() + rank, order.end());
   if (independent.empty() || !settle(independent)) {
     leave_all_unsettled();
     return;
@@ -167,7 +163,7 @@ void Balance::settle_independent_rows() {
     columns.col(i) =
         system_.matrix.row(independent[static_cast<std::size_t>(i)]).transpose() * row.scale;
   }
-  const Eigen::HouseholderQR<Eigen::MatrixXd> solver(columns);
+  const LeastSquares solver(columns);
   for (const Eigen::Index r : dependent) {
     const BalanceRows::Row& row = system_.rows[static_cast<std::size_t>(r)];
     const Eigen::VectorXd combination = solver.solve(system_.matrix.row(r).transpose() * row.scale);

@@ -1,6 +1,5 @@
 #include "solver/check/equations.h"
 
-#include <Eigen/QR>
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -9,6 +8,8 @@
 #include "solver/check/evaluate.h"
 #include "solver/check/exact_sum.h"
 #include "solver/check/positive.h"
+#include "solver/dense/least_squares.h"
+#include "solver/dense/subspaces.h"
 
 namespace sdpsol {
 namespace {
@@ -94,7 +95,7 @@ void move_onto(const Problem& problem, const std::vector<std::size_t>& equations
                std::vector<double>& point) {
   if (problem.unknowns == 0) return;
   const ScaledEquations scaled = scale_equations(problem, equations);
-  const Eigen::CompleteOrthogonalDecomposition<Eigen::MatrixXd> solver(scaled.matrix);
+  const LeastSquares solver(scaled.matrix);
   for (int pass = 0; pass < 3; ++pass) {
     Eigen::VectorXd residual(scaled.matrix.rows());
     for (Eigen::Index e = 0; e < residual.size(); ++e) {
@@ -114,10 +115,7 @@ std::optional<std::vector<double>> distance_to_solution(const Problem& problem,
                                                         const std::vector<std::size_t>& equations,
                                                         const std::vector<double>& point) {
   const ScaledEquations scaled = scale_equations(problem, equations);
-  Eigen::ColPivHouseholderQR<Eigen::MatrixXd> qr;
-  qr.setThreshold(kIndependent);
-  if (problem.unknowns > 0) qr.compute(scaled.matrix.transpose());
-  const Eigen::Index rank = problem.unknowns > 0 ? qr.rank() : 0;
+  const auto [rank, order] = order_columns(scaled.matrix.transpose(), kIndependent);
 
   bool all_exact = true;
   Eigen::VectorXd residual(scaled.matrix.rows());
@@ -135,18 +133,18 @@ std::optional<std::vector<double>> distance_to_solution(const Problem& problem,
   Eigen::MatrixXd chosen(rank, scaled.matrix.cols());
   double largest = 0;
   for (Eigen::Index i = 0; i < rank; ++i) {
-    const Eigen::Index e = qr.colsPermutation().indices()[i];
+    const Eigen::Index e = order[static_cast<std::size_t>(i)];
     basis.push_back(equations[static_cast<std::size_t>(e)]);
     chosen.row(i) = scaled.matrix.row(e);
     largest = std::max(largest, residual[e]);
   }
   Eigen::MatrixXd unscaled = chosen;
   for (Eigen::Index i = 0; i < rank; ++i) {
-    unscaled.row(i) /= scaled.row_scale[qr.colsPermutation().indices()[i]];
+    unscaled.row(i) /= scaled.row_scale[order[static_cast<std::size_t>(i)]];
   }
-  const Eigen::HouseholderQR<Eigen::MatrixXd> combine(unscaled.transpose());
+  const LeastSquares combine(unscaled.transpose());
   for (Eigen::Index i = rank; i < scaled.matrix.rows(); ++i) {
-    const Eigen::Index e = qr.colsPermutation().indices()[i];
+    const Eigen::Index e = order[static_cast<std::size_t>(i)];
     const Eigen::VectorXd row = scaled.matrix.row(e).transpose() / scaled.row_scale[e];
     const Eigen::VectorXd combination = combine.solve(row);
     if (!combination.allFinite() ||

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <limits>
 
-#include "solver/check/symmetric_eigen.h"
+#include "solver/dense/symmetric_eigen.h"
 
 namespace sdpsol {
 

@@ -10,7 +10,7 @@
 #include "solver/check/exact_sum.h"
 #include "solver/check/infeasible.h"
 #include "solver/check/null_vectors.h"
-#include "solver/check/symmetric_eigen.h"
+#include "solver/dense/symmetric_eigen.h"
 #include "solver/problem/parallel_rows.h"
 
 namespace sdpsol {

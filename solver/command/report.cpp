@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "solver/check/evaluate.h"
-#include "solver/check/symmetric_eigen.h"
+#include "solver/dense/symmetric_eigen.h"
 
 namespace sdpsol {
 namespace {

@@ -7,10 +7,10 @@
 #include "solver/check/feasible.h"
 #include "solver/check/infeasible.h"
 #include "solver/check/obvious.h"
-#include "solver/check/symmetric_eigen.h"
 #include "solver/decide/feasibility.h"
 #include "solver/decide/optimum.h"
 #include "solver/decide/presolve.h"
+#include "solver/dense/symmetric_eigen.h"
 #include "solver/problem/noise.h"
 
 namespace sdpsol {
@@ -126,6 +126,7 @@ Outcome decide_as_written(const Problem& written, Engine& engine, const Limits& 
   }
   Outcome outcome;
   outcome.reason = std::move(found.reason);
+  outcome.conditions = std::move(found.conditions);
   outcome.point = std::move(found.point);
   outcome.iterations = iterations;
   return outcome;

@@ -68,6 +68,27 @@ TEST(Decide, EquationImpliedByThreeRowsIsFound) {
   EXPECT_GT(outcome.point[2], 0);
 }
 
+TEST(Decide, NamesTheConditionsThatLeaveNoRoom) {
+  // y > 0, x > 1, x < 1.000001, y < 5
+  const Outcome outcome = decided(ProblemBuilder(2)
+                                      .row(kStrict, {0, {{1, 1}}})
+                                      .row(kStrict, {-1, {{0, 1}}})
+                                      .row(kStrict, {1.000001, {{0, -1}}})
+                                      .row(kStrict, {5, {{1, -1}}}));
+  EXPECT_EQ(outcome.reason, "borderline: no point has more room than 4.4e-6");
+  EXPECT_EQ(outcome.conditions, (std::vector<std::int32_t>{1, 2}));
+}
+
+TEST(Decide, NamesTheConditionsThatLeaveNothingInTheBox) {
+  // y > 0, x > 20000, y < 5
+  const Outcome outcome = decided(ProblemBuilder(2)
+                                      .row(kStrict, {0, {{1, 1}}})
+                                      .row(kStrict, {-20000, {{0, 1}}})
+                                      .row(kStrict, {5, {{1, -1}}}));
+  EXPECT_EQ(outcome.reason, "no point with |v| <= BIGM");
+  EXPECT_EQ(outcome.conditions, std::vector<std::int32_t>{1});
+}
+
 TEST(Decide, GapBelowSixDigitsIsBorderline) {
   const Outcome outcome =
       decided(ProblemBuilder(1).row(kStrict, {-1, {{0, 1}}}).row(kStrict, {1.000001, {{0, -1}}}));

@@ -1,8 +1,9 @@
 #include "solver/decide/equation_multipliers.h"
 
-#include <Eigen/QR>
 #include <cmath>
 #include <utility>
+
+#include "solver/dense/least_squares.h"
 
 namespace sdpsol {
 namespace {
@@ -82,8 +83,7 @@ void append_equation_multipliers(const Problem& problem, const std::vector<Pinne
     rest[static_cast<Eigen::Index>(k)] += problem.objective->cost[k] * sizes[k];
   }
   const Eigen::MatrixXd matrix = columns_of(problem, rows, sizes).matrix;
-  const Eigen::VectorXd weights =
-      matrix.completeOrthogonalDecomposition().solve(Eigen::VectorXd(-rest));
+  const Eigen::VectorXd weights = LeastSquares(matrix).solve(-rest);
   // An equation that only rounding would weigh must not take part: dependences
   // among the others are exact, with it they are not.
   const Eigen::VectorXd effects = matrix.colwise().norm().transpose().cwiseProduct(weights);
@@ -102,8 +102,7 @@ std::vector<Multiplier> contradiction_among(const Problem& problem,
   // weights it cancels all unknowns, and its product with c is its own square.
   const Columns columns = columns_of(problem, rows, sizes);
   const Eigen::MatrixXd transposed = columns.matrix.transpose();
-  const Eigen::VectorXd solution =
-      transposed.completeOrthogonalDecomposition().solve(columns.constants);
+  const Eigen::VectorXd solution = LeastSquares(transposed).solve(columns.constants);
   const Eigen::VectorXd left = columns.constants - transposed * solution;
   std::vector<Multiplier> multipliers;
   for (std::size_t e = 0; e < rows.size(); ++e) {

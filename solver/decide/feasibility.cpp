@@ -38,7 +38,7 @@ class MarginSearch {
       if (decided_ || !prepare_next_round(program)) break;
     }
     if (!decided_) examine_rows_alone();
-    if (!decided_) result_.reason = reason_for_giving_up();
+    if (!decided_) give_up();
     return std::move(result_);
   }
 
@@ -99,10 +99,10 @@ class MarginSearch {
         decided_ = true;
         break;
       case Disproof::kEmptyBox:
-        empty_box_ = true;
+        keep_fewest(empty_box_, conditions_of(multipliers));
         break;
       case Disproof::kBorderline:
-        borderline_ = true;
+        keep_fewest(borderline_, conditions_of(multipliers));
         break;
       case Disproof::kNone:
         break;
@@ -122,7 +122,12 @@ class MarginSearch {
     }
   }
 
-  /// The conditions that take part in a contradiction.
+  /// Of two proofs of one claim the one that a person has less to read of.
+  static void keep_fewest(std::vector<std::int32_t>& kept, std::vector<std::int32_t> found) {
+    if (kept.empty() || found.size() < kept.size()) kept = std::move(found);
+  }
+
+  /// The conditions that take part in a contradiction, never none.
   std::vector<std::int32_t> conditions_of(const std::vector<Multiplier>& multipliers) const {
     std::vector<std::int32_t> conditions;
     conditions.reserve(multipliers.size());
@@ -136,10 +141,10 @@ class MarginSearch {
 
   /// Changes what the next round asks; false if nothing is left to change.
   bool prepare_next_round(const Program& program) {
-    if (empty_box_) return false;
+    if (!empty_box_.empty()) return false;
     if (box_what_left() || turn_tight_rows_into_equations(program)) return true;
     // Other sizes find no room where it is proven that there is none.
-    return !borderline_ && rescale();
+    return borderline_.empty() && rescale();
   }
 
   bool box_what_left() {
@@ -186,13 +191,22 @@ class MarginSearch {
     return change > std::log(3.0);
   }
 
-  std::string reason_for_giving_up() const {
-    if (empty_box_) return "no point with |v| <= BIGM";
-    if (nearly_feasible_) return "feasible only within 1e-8";
-    if (borderline_) return kNoRoomLeft;
-    if (reason_ == StopReason::kIterationLimit) return "the engine reached MAXITER iterations";
-    if (reason_ == StopReason::kTrouble) return "numerical trouble: the engine gave up";
-    return "neither a point nor a certificate could be proven";
+  void give_up() {
+    if (!empty_box_.empty()) {
+      result_.reason = "no point with |v| <= BIGM";
+      result_.conditions = empty_box_;
+    } else if (nearly_feasible_) {
+      result_.reason = "feasible only within 1e-8";
+    } else if (!borderline_.empty()) {
+      result_.reason = kNoRoomLeft;
+      result_.conditions = borderline_;
+    } else if (reason_ == StopReason::kIterationLimit) {
+      result_.reason = "the engine reached MAXITER iterations";
+    } else if (reason_ == StopReason::kTrouble) {
+      result_.reason = "numerical trouble: the engine gave up";
+    } else {
+      result_.reason = "neither a point nor a certificate could be proven";
+    }
   }
 
   const Problem& problem_;
@@ -205,8 +219,10 @@ class MarginSearch {
   StopReason reason_ = StopReason::kConverged;
   int rescalings_ = 0;
   bool decided_ = false;
-  bool empty_box_ = false;
-  bool borderline_ = false;
+  // The conditions of a proof that the box holds no point, or that no point has
+  // room; empty if there is no such proof.
+  std::vector<std::int32_t> empty_box_;
+  std::vector<std::int32_t> borderline_;
   bool nearly_feasible_ = false;
 };
 

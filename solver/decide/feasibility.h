@@ -15,9 +15,11 @@ inline constexpr const char* kNoRoomLeft = "borderline: no point has more room t
 
 struct Feasibility {
   Verdict verdict = Verdict::kUndetermined;
-  std::string reason;                    ///< with kUndetermined
-  std::vector<std::int32_t> conditions;  ///< kInfeasible: those that contradict each other
-  std::vector<double> point;             ///< kFeasible: proven; otherwise the last iterate
+  std::string reason;  ///< with kUndetermined
+  /// kInfeasible: those that contradict each other; kUndetermined: those that leave
+  /// nothing in the box, or no room, if that is the reason.
+  std::vector<std::int32_t> conditions;
+  std::vector<double> point;  ///< kFeasible: proven; otherwise the last iterate
   int iterations = 0;
 };
 

@@ -4,11 +4,11 @@
 
 #include <map>
 
-#include "solver/check/symmetric_eigen.h"
 #include "solver/check/test_known_optimum.h"
 #include "solver/decide/decide.h"
 #include "solver/decide/test_lying_engine.h"
 #include "solver/decide/test_random_problems.h"
+#include "solver/dense/symmetric_eigen.h"
 #include "solver/engine/csdp_engine.h"
 #include "solver/problem/test_problem.h"
 

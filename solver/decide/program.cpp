@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "solver/check/symmetric_eigen.h"
+#include "solver/dense/symmetric_eigen.h"
 
 namespace sdpsol {
 namespace {

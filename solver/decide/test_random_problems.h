@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "solver/check/evaluate.h"
-#include "solver/check/symmetric_eigen.h"
 #include "solver/check/test_linear_truth.h"
+#include "solver/dense/symmetric_eigen.h"
 #include "solver/problem/problem.h"
 
 namespace sdpsol::testing {

@@ -1,10 +1,12 @@
 #include "solver/engine/eliminate.h"
 
-#include <Eigen/QR>
 #include <algorithm>
 #include <cmath>
 #include <map>
 #include <tuple>
+
+#include "solver/dense/least_squares.h"
+#include "solver/dense/subspaces.h"
 
 namespace sdpsol {
 namespace {
@@ -55,14 +57,10 @@ Elimination::Elimination(const ConeProgram& program) {
       }
     }
   }
-  // Columns of the transpose: the row space first, then its complement.
-  const Eigen::ColPivHouseholderQR<Eigen::MatrixXd> qr(matrix.transpose());
-  const Eigen::Index rank = qr.rank();
-  const Eigen::MatrixXd q = qr.householderQ() * Eigen::MatrixXd::Identity(unknowns, unknowns);
-  directions_ = q.rightCols(unknowns - rank);
-  base_ = matrix.completeOrthogonalDecomposition().solve(right);
+  directions_ = nullspace_base(matrix);
+  base_ = LeastSquares(matrix).solve(right);
 
-  reduced_.unknowns = static_cast<std::int32_t>(unknowns - rank);
+  reduced_.unknowns = static_cast<std::int32_t>(directions_.cols());
   const Eigen::Map<const Eigen::VectorXd> objective(program.objective.data(), unknowns);
   const Eigen::VectorXd reduced_objective = directions_.transpose() * objective;
   reduced_.objective.assign(reduced_objective.data(),

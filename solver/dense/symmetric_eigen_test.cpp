@@ -1,4 +1,4 @@
-#include "solver/check/symmetric_eigen.h"
+#include "solver/dense/symmetric_eigen.h"
 
 #include <gtest/gtest.h>
 
