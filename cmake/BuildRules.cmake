@@ -29,6 +29,8 @@ function(add_project_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBRARIES")
   add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
   target_link_libraries(${name} PRIVATE project_rules ${arg_LIBRARIES} GTest::gtest GTest::gtest_main)
+  # What is tested is built as ever; a test itself runs once after it is compiled.
+  target_compile_options(${name} PRIVATE -O0)
   target_compile_definitions(${name} PRIVATE
     SDPSOL_BIN_DIR="${CMAKE_BINARY_DIR}/bin" SDPSOL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
