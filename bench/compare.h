@@ -5,17 +5,22 @@
 
 #include <algorithm>
 #include <chrono>
+#include <ctime>
 #include <vector>
 
 namespace bench {
 
-/// Seconds that one call takes.
-template <class Work>
-double seconds(const Work& work) {
-  using Clock = std::chrono::steady_clock;
-  const auto start = Clock::now();
-  work();
-  return std::chrono::duration<double>(Clock::now() - start).count();
+/// Time that passes: for work that other processes do.
+inline double wall_seconds() {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+/// Time of this thread only: what else the machine does would hit the longer
+/// piece of work harder than its floor.
+inline double thread_seconds() {
+  timespec now{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
 }
 
 /// @param times at least one.
@@ -28,8 +33,14 @@ inline double median(std::vector<double> times) {
 /// Work and floor take turns, so that a machine that slows down slows both.
 /// Counters: ratio = median of the work / median of the floor, and the floor's
 /// median in seconds. The benchmark must use manual time, which is the work's.
+/// @param clock one of those above.
 template <class Work, class Floor>
-void compare(benchmark::State& state, const Work& work, const Floor& floor) {
+void compare(benchmark::State& state, double (*clock)(), const Work& work, const Floor& floor) {
+  const auto seconds = [clock](const auto& call) {
+    const double start = clock();
+    call();
+    return clock() - start;
+  };
   std::vector<double> work_times;
   std::vector<double> floor_times;
   for ([[maybe_unused]] auto iteration : state) {

@@ -60,7 +60,7 @@ struct Case {
 
 void solve(benchmark::State& state, Case& run) {
   bench::compare(
-      state, [&] { run.failed = run.solver.run() != 0 || run.failed; },
+      state, bench::wall_seconds, [&] { run.failed = run.solver.run() != 0 || run.failed; },
       [&] { run.failed = std::system(EMPTY_PROCESS) != 0 || run.failed; });
   state.counters["goal"] = run.goal;
 }

@@ -6,54 +6,19 @@
 // lists, fetched page by page, adds to what an entry costs.
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstring>
-#include <ctime>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "bench/compare.h"
 #include "unit/sdpsol_compose.h"
 #include "unit/sdpsol_text.h"
 #include "unit/sdpsol_wrapper.h"
 
 namespace {
-
-// Time of this thread only: what else the machine does would hit the longer
-// piece of work harder than its floor.
-double thread_seconds() {
-  timespec now{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
-
-template <class Work>
-double seconds(const Work& work) {
-  const double start = thread_seconds();
-  work();
-  return thread_seconds() - start;
-}
-
-double median(std::vector<double> times) {
-  const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
-  std::nth_element(times.begin(), middle, times.end());
-  return *middle;
-}
-
-// Work and floor take turns, so that a machine that slows down slows both.
-template <class Work, class Floor>
-void compare(benchmark::State& state, const Work& work, const Floor& floor) {
-  std::vector<double> work_times;
-  std::vector<double> floor_times;
-  for ([[maybe_unused]] auto iteration : state) {
-    work_times.push_back(seconds(work));
-    floor_times.push_back(seconds(floor));
-    state.SetIterationTime(work_times.back());
-  }
-  state.counters["ratio"] = median(work_times) / median(floor_times);
-}
 
 std::vector<double> random_numbers(std::size_t count) {
   std::mt19937 random(1);
@@ -78,8 +43,8 @@ void compose_contacts(benchmark::State& state) {
   numbers.insert(numbers.end(), bounds.begin(), bounds.end());
   std::string buffer(numbers.size() * 16, ' ');
 
-  compare(
-      state,
+  bench::compare(
+      state, bench::thread_seconds,
       [&] {
         auto composed = sdpsol_internal::compose_all({base, types, friction, bounds});
         benchmark::DoNotOptimize(composed.definition->data());
@@ -130,8 +95,8 @@ void parse(benchmark::State& state, const std::vector<double>& numbers, const st
   sdpsol_wrapper driver("", "", "");
   driver.resultText = text;
 
-  compare(
-      state,
+  bench::compare(
+      state, bench::thread_seconds,
       [&] {
         // The lists grow anew each time, as in a program that solves once.
         driver.lastResult = {};
