@@ -11,6 +11,10 @@ namespace sdpsol {
 /// carry six significant digits.
 inline constexpr double kRoom = 4.4e-6;
 
+/// Numbers are read with a relative error of 2^-53; a contradiction must exceed
+/// that by a good factor before it counts.
+inline constexpr double kReading = 0x1p-48;
+
 /// Covers the rounding of a sum of `count` products: (count + 8) * 2^-52, twice
 /// what the standard bound asks.
 inline double sum_rounding(std::size_t count) {

@@ -101,8 +101,8 @@ std::vector<std::size_t> tight_rows(const Problem& problem, const std::vector<do
   return tight;
 }
 
-/// The tightest of the rows only ever grow: a row that was an equation stays one
-/// although the point that was moved onto it may seem to leave room again.
+/// Equations only ever join: a row that was one stays one, although the point that
+/// was moved onto it may seem to leave room again.
 std::vector<std::size_t> settle_equations(const Problem& problem, std::vector<double>& point,
                                           double share) {
   std::vector<std::size_t> equations;

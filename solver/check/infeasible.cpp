@@ -10,9 +10,6 @@
 namespace sdpsol {
 namespace {
 
-// Numbers are read with a relative error of 2^-53; a contradiction must exceed
-// that by a good factor before it counts.
-constexpr double kReading = 0x1p-48;
 constexpr double kBoxShare = 1e-6;
 
 double box_charge(const Problem& problem, const Balance& balance) {

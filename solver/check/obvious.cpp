@@ -16,13 +16,6 @@
 namespace sdpsol {
 namespace {
 
-constexpr double kReading = 0x1p-48;
-
-bool has_unknowns(const Block& block) {
-  return std::any_of(block.terms.begin(), block.terms.end(),
-                     [](const AffineTerm& t) { return t.unknown != kConstant && t.value != 0; });
-}
-
 /// A row without unknowns: constant > 0, >= 0 or == 0.
 bool is_false_row(const Block& block) {
   double value = 0;
@@ -67,7 +60,7 @@ std::optional<std::string> diagonal_contradiction(const Block& block) {
   // An off-diagonal entry beside a zero on the diagonal must be 0 as well.
   std::set<std::pair<std::int32_t, std::int32_t>> varying;
   for (const AffineTerm& t : block.terms) {
-    if (t.unknown != kConstant && t.value != 0) varying.emplace(t.row, t.column);
+    if (varies(t)) varying.emplace(t.row, t.column);
   }
   for (const AffineTerm& t : block.terms) {
     if (t.unknown != kConstant) break;

@@ -1,6 +1,5 @@
 #include "solver/decide/decide.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "solver/check/evaluate.h"
@@ -15,11 +14,6 @@
 
 namespace sdpsol {
 namespace {
-
-bool is_constant(const Block& block) {
-  return std::none_of(block.terms.begin(), block.terms.end(),
-                      [](const AffineTerm& t) { return t.unknown != kConstant && t.value != 0; });
-}
 
 Outcome infeasible(std::string reason, std::vector<std::int32_t> conditions, int iterations) {
   Outcome outcome;
@@ -36,7 +30,7 @@ std::optional<Outcome> decided_by_constants(const Problem& problem) {
   const std::vector<double> origin(static_cast<std::size_t>(problem.unknowns), 0.0);
   for (std::size_t b = 0; b < problem.blocks.size(); ++b) {
     const Block& block = problem.blocks[b];
-    if (block.sense != Sense::kStrict || !is_constant(block)) continue;
+    if (block.sense != Sense::kStrict || has_unknowns(block)) continue;
     const Evaluated at = evaluate(block, origin);
     const Eigen::VectorXd size = at.magnitude.diagonal();
     if (!(size.minCoeff() > 0) || relative_room(at) > 2 * kRoom) continue;

@@ -35,7 +35,7 @@ Columns columns_of(const Problem& problem, const std::vector<PinnedRow>& rows,
 /// The first coefficient that is not 0.
 double leading_coefficient(const Block& row) {
   for (const AffineTerm& t : row.terms) {
-    if (t.unknown != kConstant && t.value != 0) return t.value;
+    if (varies(t)) return t.value;
   }
   return 1;
 }

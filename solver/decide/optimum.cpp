@@ -27,8 +27,7 @@ void box_free_unknowns(const Problem& problem, Selection& selection) {
   std::vector<bool> bounded(static_cast<std::size_t>(problem.unknowns), false);
   auto mark = [&](std::size_t block) {
     for (const AffineTerm& t : problem.blocks[block].terms) {
-      if (t.unknown != kConstant && t.value != 0)
-        bounded[static_cast<std::size_t>(t.unknown)] = true;
+      if (varies(t)) bounded[static_cast<std::size_t>(t.unknown)] = true;
     }
   };
   for (const std::size_t b : selection.inequalities) mark(b);

@@ -9,11 +9,6 @@
 namespace sdpsol {
 namespace {
 
-bool has_unknowns(const Block& block) {
-  return std::any_of(block.terms.begin(), block.terms.end(),
-                     [](const AffineTerm& t) { return t.unknown != kConstant && t.value != 0; });
-}
-
 /// The tightest row of a group that bounds the form from one side; strict rows
 /// count as tighter than non-strict ones with the same bound.
 const ParallelRow* tightest(const Problem& problem, const std::vector<ParallelRow>& group,

@@ -11,10 +11,6 @@ namespace {
 // Eigenvalues below this share of the largest are rounding.
 constexpr double kNegligible = 1e-13;
 
-bool counts(const AffineTerm& t) {
-  return t.unknown != kConstant && t.value != 0;
-}
-
 }  // namespace
 
 Program::Program(const Problem& problem, const Selection& selection, const Scaling& scaling,
@@ -48,7 +44,7 @@ void Program::number_unknowns() {
   std::vector<bool> occurs(static_cast<std::size_t>(problem_.unknowns), false);
   auto mark = [&](std::size_t block) {
     for (const AffineTerm& t : problem_.blocks[block].terms) {
-      if (counts(t)) occurs[static_cast<std::size_t>(t.unknown)] = true;
+      if (varies(t)) occurs[static_cast<std::size_t>(t.unknown)] = true;
     }
   };
   for (const std::size_t b : selection_.inequalities) mark(b);

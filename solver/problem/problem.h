@@ -4,6 +4,7 @@
 // each block came from.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -41,6 +42,15 @@ struct Problem {
   std::optional<LinearObjective> objective;
   double big_m = 15000;  ///< every unknown obeys |v_k| <= big_m
 };
+
+/// True for a coefficient through which an unknown makes a difference.
+inline bool varies(const AffineTerm& term) {
+  return term.unknown != kConstant && term.value != 0;
+}
+
+inline bool has_unknowns(const Block& block) {
+  return std::any_of(block.terms.begin(), block.terms.end(), varies);
+}
 
 /// Calls visit(first, last) for every run of terms of one unknown (kConstant first).
 template <typename Visitor>
