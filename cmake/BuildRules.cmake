@@ -15,6 +15,12 @@ if(SDPSOL_SANITIZE)
   target_link_options(project_rules INTERFACE -fsanitize=address,undefined)
 endif()
 
+# The version of this project, as a header.
+add_library(project_version INTERFACE)
+configure_file("${CMAKE_CURRENT_LIST_DIR}/version.h.in" "${CMAKE_BINARY_DIR}/generated/version.h"
+               @ONLY)
+target_include_directories(project_version INTERFACE "${CMAKE_BINARY_DIR}/generated")
+
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")

@@ -5,7 +5,7 @@
 # What the two commands of the README need to be built.
 # shellcheck disable=SC2034  # read by the scripts that source this file
 BUILD_PACKAGES=(g++ cmake ninja-build libsdp-dev libopenblas-serial-dev libeigen3-dev
-  libcli11-dev)
+  libcli11-dev nlohmann-json3-dev)
 
 # What only the tests need.
 # shellcheck disable=SC2034

@@ -2,7 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "solver/command/version.h"
+#include "version.h"
 
 namespace sdpsol {
 
@@ -21,7 +21,7 @@ ParsedCommandLine parse_command_line(int argc, const char* const* argv) {
   app.add_option("DEFINITION", options.definition, "Definition file, \"-\" for standard input")
       ->required()
       ->type_name("");
-  app.set_version_flag("--version", std::string("sdpsol ") + kVersion);
+  app.set_version_flag("--version", std::string("sdpsol ") + project::kVersion);
   app.footer(
       "Exit status: 0 a verdict was written, 1 error in the definition, 2 wrong usage,\n"
       "3 a file could not be read or written, 4 out of memory or an internal error.");

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "solver/command/version.h"
+#include "version.h"
 
 namespace sdpsol {
 namespace {
@@ -120,7 +120,7 @@ std::string shortest(double value) {
 }
 
 std::string result_text(const Report& report) {
-  std::string text = std::string("sdpsol ") + kVersion + "\n";
+  std::string text = std::string("sdpsol ") + project::kVersion + "\n";
   append_sizes(report, text);
   append_evidence(report, text);
 

@@ -1,0 +1,15 @@
+// zelrun list: what a plug-in brings, as text for people.
+#pragma once
+
+#include <iosfwd>
+
+#include "host/plugin.h"
+
+namespace zelrun {
+
+/// Creates one instance of each icon, with the dialog as it comes up, and prints
+/// its tree.
+/// @throws zelhost::CreationError; whatever the plug-in throws.
+void list_plugin(const zelhost::Plugin& plugin, std::ostream& out);
+
+}  // namespace zelrun

@@ -1,0 +1,66 @@
+#include <filesystem>
+#include <iostream>
+#include <new>
+#include <system_error>
+
+#include "host/command/list.h"
+#include "host/command/options.h"
+#include "host/command/run.h"
+#include "host/error.h"
+#include "host/plugin.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Beside the folders that the user names: where the plug-ins stand that were
+// built or installed together with this program.
+zelrun::Folders plugin_folders(const zelrun::Options& options) {
+  zelrun::Folders folders = options.plugin_folders;
+  std::error_code unknown;
+  const fs::path program = fs::read_symlink("/proc/self/exe", unknown);
+  if (unknown) return folders;
+  const fs::path libraries = program.parent_path().parent_path() / "lib";
+  folders.push_back(libraries);
+  folders.push_back(libraries / "zel");
+  return folders;
+}
+
+zelhost::Plugin load(const std::string& name, const zelrun::Folders& folders) {
+  return zelhost::load_plugin(zelhost::find_plugin(name, fs::current_path(), folders));
+}
+
+int carry_out(const zelrun::Options& options) {
+  const zelrun::Folders folders = plugin_folders(options);
+  if (const auto* const list = std::get_if<zelrun::ListOptions>(&options.what)) {
+    zelrun::list_plugin(load(list->plugin, folders), std::cout);
+    return zelrun::kExitDone;
+  }
+  if (const auto* const run = std::get_if<zelrun::RunOptions>(&options.what))
+    return zelrun::run_network(*run, folders, std::cout, std::cerr);
+  return zelrun::kExitDone;
+}
+
+int fail(zelrun::ExitStatus status, const std::string& what) {
+  std::cerr << "zelrun: " << what << "\n";
+  return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    const zelrun::ParsedCommandLine parsed = zelrun::parse_command_line(argc, argv);
+    std::cout << parsed.output;
+    std::cerr << parsed.error;
+    return parsed.options ? carry_out(*parsed.options) : parsed.status;
+  } catch (const zelhost::HostError& error) {
+    return fail(zelrun::kExitFailed, std::string("error: ") + error.what());
+  } catch (const std::system_error& error) {
+    return fail(zelrun::kExitFile, std::string("error: ") + error.what());
+  } catch (const std::bad_alloc&) {
+    return fail(zelrun::kExitInternal, "out of memory");
+  } catch (const std::exception& error) {
+    return fail(zelrun::kExitInternal, std::string("internal error: ") + error.what());
+  }
+}

@@ -1,0 +1,34 @@
+// A line on the terminal that says which method is running, and for how long.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <string>
+#include <thread>
+
+namespace zelrun {
+
+/// While it lives, and after the first second, a line on the terminal counts the
+/// seconds; it is gone afterwards. Does nothing where standard error is no terminal.
+class Progress {
+ public:
+  explicit Progress(std::string what);
+  ~Progress();
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+  Progress(Progress&&) = delete;
+  Progress& operator=(Progress&&) = delete;
+
+ private:
+  void count();
+
+  std::string what_;
+  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+  std::mutex mutex_;
+  std::condition_variable ended_;
+  bool has_ended_ = false;
+  std::thread thread_;
+};
+
+}  // namespace zelrun

@@ -1,0 +1,169 @@
+#include "host/command/run.h"
+
+#include <array>
+#include <charconv>
+#include <chrono>
+#include <ostream>
+#include <string>
+
+#include "host/command/progress.h"
+#include "host/command/standard_output.h"
+#include "host/host.h"
+#include "host/literal.h"
+#include "host/network.h"
+
+namespace zelrun {
+namespace {
+
+using zelhost::Json;
+using zelhost::Step;
+
+// A table shows the first of many elements, JSON shows all.
+constexpr std::size_t kShownElements = 12;
+constexpr std::size_t kLabelWidth = 40;
+
+std::string port_text(const Step& step, std::size_t output) {
+  const auto text = step.method.text.outputs.find(static_cast<int>(output));
+  return text == step.method.text.outputs.end() ? "output " + std::to_string(output) : text->second;
+}
+
+// In milliseconds, with one decimal.
+std::string in_milliseconds(double seconds) {
+  std::array<char, 32> digits;
+  char* const end =
+      std::to_chars(digits.data(), digits.data() + 32, seconds * 1e3, std::chars_format::fixed, 1)
+          .ptr;
+  return {digits.data(), end};
+}
+
+std::string in_column(const std::string& text, std::size_t width) {
+  return text + std::string(text.size() < width ? width - text.size() : 1, ' ');
+}
+
+std::string shown(const Json& value) {
+  if (value.is_string()) return value.get<std::string>();
+  if (!value.is_array()) return value.dump();
+  std::string text = "[" + std::to_string(value.size()) + "]";
+  for (std::size_t i = 0; i < value.size() && i < kShownElements; ++i)
+    text += " " + shown(value[i]);
+  return value.size() > kShownElements ? text + " ..." : text;
+}
+
+// Prints each firing as it ends.
+class Table {
+ public:
+  explicit Table(std::ostream& out) : out_(out) {}
+
+  void title(const std::string& title) {
+    if (!title.empty()) out_ << title << "\n";
+    out_.flush();
+  }
+
+  void firing(const Step& step, double seconds) {
+    out_ << "\n"
+         << in_column(step.instance + "  " + step.method.name, kLabelWidth + 2)
+         << in_milliseconds(seconds) << " ms\n";
+    const auto& outputs = step.method.unit->outputs();
+    for (std::size_t i = 0; i < outputs.size(); ++i) {
+      out_ << "  " << in_column(port_text(step, i), kLabelWidth)
+           << shown(to_json(outputs[i].value(), outputs[i].type())) << "\n";
+    }
+    // What the next method prints stands behind it.
+    out_.flush();
+    if (!out_) throw std::system_error(errno, std::generic_category(), "standard output");
+  }
+
+  void error(const std::string&) {}
+  void end() {}
+
+ private:
+  std::ostream& out_;
+};
+
+// Collects everything for one document.
+class Document {
+ public:
+  void title(const std::string& title) {
+    if (!title.empty()) document_["title"] = title;
+    document_["firings"] = Json::array();
+  }
+
+  void firing(const Step& step, double seconds) {
+    Json outputs = Json::array();
+    const auto& ports = step.method.unit->outputs();
+    for (std::size_t i = 0; i < ports.size(); ++i) {
+      outputs.push_back({{"port", i},
+                         {"text", port_text(step, i)},
+                         {"value", to_json(ports[i].value(), ports[i].type())}});
+    }
+    document_["firings"].push_back({{"instance", step.instance},
+                                    {"method", step.method.name},
+                                    {"seconds", seconds},
+                                    {"outputs", outputs}});
+  }
+
+  void error(const std::string& what) { document_["error"] = what; }
+  void end() {
+    output_.write(document_.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+  }
+
+ private:
+  ReservedOutput output_;
+  Json document_;
+};
+
+void say_reports(zelhost::Host& host, std::ostream& err) {
+  for (const auto& report : host.take_reports()) {
+    err << (report.kind == zelhost::Report::Kind::kError ? "zelrun: error reported by "
+                                                         : "zelrun: warning: plug-in misuses ")
+        << report.text << "\n";
+  }
+  err.flush();
+}
+
+template <class Printer>
+ExitStatus run_with(Printer& printer, const RunOptions& options, const Folders& plugin_folders,
+                    std::ostream& err) {
+  const zelhost::NetworkFile file = zelhost::read_network(options.network);
+  zelhost::Host host;
+  zelhost::Network network(host, file, plugin_folders);
+  say_reports(host, err);
+
+  printer.title(file.title);
+  ExitStatus status = kExitDone;
+  for (std::size_t i = 0; i < network.steps().size() && status == kExitDone; ++i) {
+    const Step& step = network.steps()[i];
+    const auto start = std::chrono::steady_clock::now();
+    try {
+      const Progress progress("[" + std::to_string(i + 1) + "/" +
+                              std::to_string(network.steps().size()) + "] " + step.instance + "  " +
+                              step.method.name);
+      network.fire(step);
+    } catch (const zelhost::MethodError& error) {
+      const std::string what =
+          options.network.string() + ": /order/" + std::to_string(i) + ": " + error.what();
+      err << "zelrun: error: " << what << "\n";
+      printer.error(what);
+      status = kExitFailed;
+    }
+    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
+    say_reports(host, err);
+    if (status == kExitDone) printer.firing(step, time.count());
+  }
+  printer.end();
+  return status;
+}
+
+}  // namespace
+
+ExitStatus run_network(const RunOptions& options, const Folders& plugin_folders, std::ostream& out,
+                       std::ostream& err) {
+  if (options.json) {
+    Document document;
+    return run_with(document, options, plugin_folders, err);
+  }
+  Table table(out);
+  return run_with(table, options, plugin_folders, err);
+}
+
+}  // namespace zelrun

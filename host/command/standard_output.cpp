@@ -1,0 +1,45 @@
+#include "host/command/standard_output.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <iostream>
+#include <string_view>
+#include <system_error>
+
+namespace zelrun {
+namespace {
+
+[[noreturn]] void fail() {
+  throw std::system_error(errno, std::generic_category(), "standard output");
+}
+
+}  // namespace
+
+ReservedOutput::ReservedOutput() {
+  std::cout.flush();
+  // Programs that plug-ins start must not inherit it.
+  reserved_ = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0);
+  if (reserved_ < 0) fail();
+  if (dup2(STDERR_FILENO, STDOUT_FILENO) < 0) fail();
+}
+
+ReservedOutput::~ReservedOutput() {
+  std::cout.flush();
+  std::fflush(stdout);
+  dup2(reserved_, STDOUT_FILENO);
+  close(reserved_);
+}
+
+void ReservedOutput::write(std::string_view text) const {
+  while (!text.empty()) {
+    const ssize_t written = ::write(reserved_, text.data(), text.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) fail();
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+}  // namespace zelrun

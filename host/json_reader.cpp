@@ -1,0 +1,172 @@
+#include "host/json_reader.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <system_error>
+#include <vector>
+
+namespace zelhost {
+namespace {
+
+std::string escaped(const std::string& key) {
+  std::string text;
+  for (const char c : key) {
+    if (c == '~')
+      text += "~0";
+    else if (c == '/')
+      text += "~1";
+    else
+      text += c;
+  }
+  return text;
+}
+
+// Follows the parser to find keys that stand twice; the document keeps only one.
+class DuplicateKeys {
+ public:
+  void see(Json::parse_event_t event, const Json& parsed) {
+    switch (event) {
+      case Json::parse_event_t::object_start:
+        levels_.push_back({false, 0, {}, {}});
+        break;
+      case Json::parse_event_t::array_start:
+        levels_.push_back({true, 0, {}, {}});
+        break;
+      case Json::parse_event_t::key:
+        see_key(parsed.get<std::string>());
+        break;
+      case Json::parse_event_t::object_end:
+      case Json::parse_event_t::array_end:
+        levels_.pop_back();
+        count_element();
+        break;
+      case Json::parse_event_t::value:
+        count_element();
+        break;
+    }
+  }
+
+  [[nodiscard]] const std::string& found() const { return found_; }
+
+ private:
+  struct Level {
+    bool is_array;
+    std::size_t index;
+    std::string key;
+    std::set<std::string> keys;
+  };
+
+  void see_key(const std::string& key) {
+    Level& level = levels_.back();
+    level.key = key;
+    if (level.keys.insert(key).second || !found_.empty()) return;
+    for (const Level& each : levels_) {
+      found_ += "/" + (each.is_array ? std::to_string(each.index) : escaped(each.key));
+    }
+  }
+
+  void count_element() {
+    if (!levels_.empty() && levels_.back().is_array) ++levels_.back().index;
+  }
+
+  std::vector<Level> levels_;
+  std::string found_;
+};
+
+// "FILE:LINE:COLUMN: WHAT" from the library's message and the place it names.
+std::string syntax_error(const std::string& file, std::string_view text,
+                         const Json::parse_error& error) {
+  const std::size_t at = std::min(error.byte == 0 ? 0 : error.byte - 1, text.size());
+  const std::string_view before = text.substr(0, at);
+  const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+  const std::size_t line_start = before.rfind('\n') + 1;  // npos + 1 is 0
+  std::string what = error.what();
+  const std::size_t reason = what.find("syntax error");
+  if (reason != std::string::npos) what.erase(0, reason);
+  return file + ":" + std::to_string(line) + ":" + std::to_string(at - line_start + 1) + ": " +
+         what;
+}
+
+std::string listed(std::initializer_list<std::string_view> first,
+                   std::initializer_list<std::string_view> second) {
+  std::string list;
+  for (const auto& keys : {first, second}) {
+    for (const std::string_view key : keys) {
+      list += (list.empty() ? "\"" : ", \"") + std::string(key) + "\"";
+    }
+  }
+  return list;
+}
+
+}  // namespace
+
+void JsonNode::fail(const std::string& what) const {
+  throw JsonError(file_ + ": " + (pointer_.empty() ? "/" : pointer_) + ": " + what);
+}
+
+void JsonNode::expect_keys(std::initializer_list<std::string_view> required,
+                           std::initializer_list<std::string_view> optional) const {
+  for (const auto& [key, node] : members("an object")) {
+    const auto is_key = [&name = key](std::string_view known) { return known == name; };
+    if (std::none_of(required.begin(), required.end(), is_key) &&
+        std::none_of(optional.begin(), optional.end(), is_key)) {
+      fail("unknown key \"" + key + "\"; the keys are " + listed(required, optional));
+    }
+  }
+  for (const std::string_view key : required) {
+    if (!has(key)) fail("the key \"" + std::string(key) + "\" is missing");
+  }
+}
+
+JsonNode JsonNode::member(const std::string& key) const {
+  return {value_->at(key), file_, pointer_ + "/" + escaped(key)};
+}
+
+std::vector<JsonNode> JsonNode::elements(std::string_view what) const {
+  if (!value_->is_array()) fail("this takes " + std::string(what) + ", in [ ]");
+  std::vector<JsonNode> nodes;
+  for (const Json& element : *value_) {
+    nodes.emplace_back(element, file_, pointer_ + "/" + std::to_string(nodes.size()));
+  }
+  return nodes;
+}
+
+std::vector<std::pair<std::string, JsonNode>> JsonNode::members(std::string_view what) const {
+  if (!value_->is_object()) fail("this takes " + std::string(what) + ", in { }");
+  std::vector<std::pair<std::string, JsonNode>> nodes;
+  for (const auto& [key, value] : value_->items()) nodes.emplace_back(key, member(key));
+  return nodes;
+}
+
+std::string JsonNode::text(std::string_view what) const {
+  if (!value_->is_string()) fail("this takes " + std::string(what) + ", as a text in quotes");
+  return value_->get<std::string>();
+}
+
+Json read_json(const std::filesystem::path& file) {
+  // A directory opens as a file does, and has no text.
+  if (std::filesystem::is_directory(file))
+    throw std::system_error(EISDIR, std::generic_category(), file.string());
+  std::ifstream in(file, std::ios::binary);
+  if (!in) throw std::system_error(errno, std::generic_category(), file.string());
+  const std::string text{std::istreambuf_iterator<char>(in), {}};
+  DuplicateKeys duplicates;
+  try {
+    Json document = Json::parse(text, [&](int, Json::parse_event_t event, Json& parsed) {
+      duplicates.see(event, parsed);
+      return true;
+    });
+    if (!duplicates.found().empty())
+      throw JsonError(file.string() + ": " + duplicates.found() + ": this key stands here twice");
+    return document;
+  } catch (const Json::parse_error& error) {
+    throw JsonError(syntax_error(file.string(), text, error));
+  } catch (const Json::exception& error) {
+    throw JsonError(file.string() + ": " + error.what());
+  }
+}
+
+}  // namespace zelhost

@@ -1,0 +1,21 @@
+// Values of ports as JSON, in both directions.
+#pragma once
+
+#include "host/json_reader.h"
+#include "host/port.h"
+
+namespace zelhost {
+
+/// A value for a port from JSON. Floats: numbers, or "nan", "inf", "-inf"; for
+/// more than one a list, or lists of equally long lists (rows), read row after row.
+/// A port of one float takes a number without a list too. Text: a text, or a list
+/// of lines, each of which gets a line break.
+/// @throws JsonError that names the element and what would be right.
+PortValue read_value(const JsonNode& node, PortType type);
+
+/// The value as JSON: a number for a port of one float, a list for more, a text,
+/// null for none. Numbers are the shortest that read back as the same float;
+/// "nan", "inf" and "-inf" stand for those that JSON has not.
+Json to_json(const PortValue& value, PortType type);
+
+}  // namespace zelhost

@@ -1,0 +1,166 @@
+#include "host/network.h"
+
+#include <algorithm>
+#include <charconv>
+#include <exception>
+#include <functional>
+#include <optional>
+
+#include "host/literal.h"
+#include "host/text.h"
+
+namespace zelhost {
+namespace {
+
+// "a, b, c" of the names of things.
+template <class Things, class Name>
+std::string listed(const Things& things, const Name& name) {
+  std::string list;
+  for (const auto& thing : things)
+    list += (list.empty() ? "\"" : ", \"") + std::string(name(thing)) + "\"";
+  return list.empty() ? "none" : list;
+}
+
+std::optional<std::size_t> as_number(const std::string& text) {
+  std::size_t number = 0;
+  const char* const end = text.data() + text.size();
+  const auto read = std::from_chars(text.data(), end, number);
+  if (read.ec != std::errc() || read.ptr != end) return {};
+  return number;
+}
+
+// The place of a port among a method's inputs or outputs, by its text or number.
+std::size_t find_port(const JsonNode& at, const std::string& port, std::size_t count,
+                      const std::map<int, std::string>& texts, const Method& method,
+                      const std::string& direction) {
+  const auto has_text = [&port](const auto& entry) {
+    return trimmed(entry.second) == trimmed(port);
+  };
+  const auto by_text = std::count_if(texts.begin(), texts.end(), has_text);
+  if (by_text > 1)
+    at.fail(method.name + " has several " + direction + "s \"" + port + "\"; take its number");
+  if (by_text == 1) {
+    const int number = std::find_if(texts.begin(), texts.end(), has_text)->first;
+    if (static_cast<std::size_t>(number) < count) return static_cast<std::size_t>(number);
+  }
+  const auto number = as_number(port);
+  if (!number || *number >= count)
+    at.fail(method.name + " has no " + direction + " \"" + port + "\"; it has " +
+            std::to_string(count) + ": " +
+            listed(texts, [](const auto& each) { return each.second; }));
+  return *number;
+}
+
+std::vector<std::string> fill_in(const NetworkFile::Instance& instance, const Icon& icon) {
+  std::vector<std::string> texts = icon.presets();
+  for (const auto& entry : instance.dialog) {
+    const auto field =
+        std::find_if(icon.fields.begin(), icon.fields.end(),
+                     [&entry](const DialogField& each) { return each.label == entry.field; });
+    if (field == icon.fields.end())
+      entry.at.fail("the dialog of " + icon.name + " has no field \"" + entry.field +
+                    "\"; its fields are " +
+                    listed(icon.fields, [](const DialogField& each) { return each.label; }));
+    texts[static_cast<std::size_t>(field - icon.fields.begin())] = entry.text;
+  }
+  return texts;
+}
+
+}  // namespace
+
+Network::Network(Host& host, const NetworkFile& file,
+                 const std::vector<std::filesystem::path>& plugin_folders)
+    : host_(host) {
+  create_instances(file, plugin_folders);
+  set_inputs(file);
+  lay_wires(file);
+  for (const auto& entry : file.order)
+    steps_.push_back({entry.instance, find_method(entry.at, entry.instance, entry.method)});
+}
+
+void Network::fire(const Step& step) {
+  Unit& unit = *step.method.unit;
+  const auto [first, last] = wires_.equal_range(&unit);
+  std::for_each(first, last,
+                [](const auto& wire) { wire.second.to->set(wire.second.from->value()); });
+  int status = 0;
+  try {
+    status = host_.fire(unit);
+  } catch (const std::exception& error) {
+    throw MethodError(step.instance + ", " + step.method.name +
+                      ": the method threw: " + error.what());
+  } catch (...) {
+    throw MethodError(step.instance + ", " + step.method.name + ": the method threw");
+  }
+  if (status != 0)
+    throw MethodError(step.instance + ", " + step.method.name + ": the method returned " +
+                      std::to_string(status));
+}
+
+void Network::create_instances(const NetworkFile& file,
+                               const std::vector<std::filesystem::path>& folders) {
+  const auto base = file.path.parent_path();
+  std::vector<std::filesystem::path> places = {base.empty() ? "." : base};
+  places.insert(places.end(), folders.begin(), folders.end());
+  for (const auto& entry : file.instances) {
+    const auto path = std::filesystem::weakly_canonical(find_plugin(entry.plugin, base, places));
+    auto plugin = plugins_.find(path);
+    if (plugin == plugins_.end()) plugin = plugins_.emplace(path, load_plugin(path)).first;
+    const Icon* const icon = plugin->second.find(entry.icon);
+    if (icon == nullptr)
+      entry.at.fail("the plug-in has no icon \"" + entry.icon + "\"; its icons are " +
+                    listed(plugin->second.icons, [](const Icon& each) { return each.name; }));
+    instances_.emplace(entry.name, host_.create(*icon, fill_in(entry, *icon)));
+  }
+}
+
+void Network::set_inputs(const NetworkFile& file) {
+  for (const auto& input : file.inputs) {
+    const Method& method = find_method(input.at, input.instance, input.method);
+    auto& ports = method.unit->inputs();
+    Port& port =
+        ports[find_port(input.at, input.port, ports.size(), method.text.inputs, method, "input")];
+    claim(input.at, &port);
+    port.set(read_value(input.at, port.type()));
+  }
+}
+
+void Network::lay_wires(const NetworkFile& file) {
+  for (const auto& wire : file.wires) {
+    const Method& source =
+        find_method(wire.from.method.at, wire.from.method.instance, wire.from.method.method);
+    const Method& target =
+        find_method(wire.to.method.at, wire.to.method.instance, wire.to.method.method);
+    const auto& outputs = source.unit->outputs();
+    auto& inputs = target.unit->inputs();
+    const Port& from = outputs[find_port(wire.from.at, wire.from.port, outputs.size(),
+                                         source.text.outputs, source, "output")];
+    Port& to = inputs[find_port(wire.to.at, wire.to.port, inputs.size(), target.text.inputs, target,
+                                "input")];
+    if (from.type() != to.type())
+      wire.to.at.fail("this input takes " + to_string(to.type()) + ", the output gives " +
+                      to_string(from.type()));
+    claim(wire.to.at, &to);
+    wires_.emplace(target.unit, Wire{&from, &to});
+  }
+}
+
+const Method& Network::find_method(const JsonNode& at, const std::string& instance,
+                                   const std::string& method) const {
+  const auto found = instances_.find(instance);
+  if (found == instances_.end())
+    at.fail("there is no instance \"" + instance + "\"; there are " +
+            listed(instances_, [](const auto& each) { return each.first; }));
+  const Method* const wanted = found->second.find(method);
+  if (wanted == nullptr)
+    at.fail("\"" + instance + "\" has no method \"" + method + "\"; it has " +
+            listed(found->second.methods(), [](const Method& each) { return each.name; }));
+  return *wanted;
+}
+
+void Network::claim(const JsonNode& at, const Port* port) {
+  const auto [entry, is_new] = filled_by_.emplace(port, at.pointer());
+  if (!is_new) at.fail("this input is filled already, at " + entry->second);
+}
+
+}  // namespace zelhost

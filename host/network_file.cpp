@@ -1,0 +1,91 @@
+#include "host/network_file.h"
+
+#include <memory>
+
+namespace zelhost {
+namespace {
+
+// A port is named by its number or by its text.
+std::string read_port(const JsonNode& node) {
+  if (node.value().is_number_unsigned()) return std::to_string(node.value().get<std::uint64_t>());
+  return node.text("a port, by its text or its number");
+}
+
+NetworkFile::MethodAddress read_method(const JsonNode& node, const std::vector<JsonNode>& parts) {
+  return {node, parts[0].text("the name of an instance"), parts[1].text("the name of a method")};
+}
+
+NetworkFile::MethodAddress read_firing(const JsonNode& node) {
+  const auto parts = node.elements("an instance and a method");
+  if (parts.size() != 2) node.fail("this takes two texts: an instance and a method");
+  return read_method(node, parts);
+}
+
+NetworkFile::PortAddress read_port_address(const JsonNode& node) {
+  const auto parts = node.elements("an instance, a method and a port");
+  if (parts.size() != 3) node.fail("this takes three things: an instance, a method and a port");
+  return {read_method(node, parts), parts[2], read_port(parts[2])};
+}
+
+NetworkFile::Instance read_instance(const std::string& name, const JsonNode& node) {
+  node.expect_keys({"plugin", "icon"}, {"dialog"});
+  NetworkFile::Instance instance{node,
+                                 name,
+                                 node.member("plugin").text("the name of a plug-in"),
+                                 node.member("icon").text("the name of an icon"),
+                                 {}};
+  if (node.has("dialog")) {
+    for (const auto& [field, text] : node.member("dialog").members("the fields of the dialog"))
+      instance.dialog.push_back({text, field, text.text("the text of a field")});
+  }
+  return instance;
+}
+
+// One value serves several methods that take the same input.
+void read_inputs(const JsonNode& node, std::vector<NetworkFile::Input>& inputs) {
+  node.expect_keys({"instance", "methods", "values"});
+  const std::string instance = node.member("instance").text("the name of an instance");
+  const auto methods = node.member("methods").elements("the names of methods");
+  const auto values = node.member("values").members("values by the port they are for");
+  for (const JsonNode& method : methods) {
+    const std::string name = method.text("the name of a method");
+    for (const auto& [port, value] : values) inputs.push_back({value, instance, name, port});
+  }
+}
+
+}  // namespace
+
+NetworkFile read_network(const std::filesystem::path& file) {
+  NetworkFile network;
+  network.path = file;
+  network.document = std::make_shared<const Json>(read_json(file));
+  const JsonNode top(*network.document, file.string(), "");
+  top.expect_keys({"instances", "order"}, {"title", "notes", "inputs", "wires"});
+
+  if (top.has("title")) network.title = top.member("title").text("a title");
+  if (top.has("notes")) {
+    for (const JsonNode& line : top.member("notes").elements("lines of text"))
+      network.notes.push_back(line.text("a line"));
+  }
+  for (const auto& [name, node] : top.member("instances").members("instances by their names"))
+    network.instances.push_back(read_instance(name, node));
+  if (top.has("inputs")) {
+    for (const JsonNode& node : top.member("inputs").elements("inputs"))
+      read_inputs(node, network.inputs);
+  }
+  if (top.has("wires")) {
+    for (const JsonNode& node : top.member("wires").elements("wires")) {
+      node.expect_keys({"from", "to"});
+      network.wires.push_back(
+          {read_port_address(node.member("from")), read_port_address(node.member("to"))});
+    }
+  }
+  const JsonNode order = top.member("order");
+  for (const JsonNode& node : order.elements("what to fire")) {
+    network.order.push_back(read_firing(node));
+  }
+  if (network.order.empty()) order.fail("nothing is fired; name a method at least");
+  return network;
+}
+
+}  // namespace zelhost
