@@ -74,8 +74,7 @@ Network::Network(Host& host, const NetworkFile& file,
   create_instances(file, plugin_folders);
   set_inputs(file);
   lay_wires(file);
-  for (const auto& entry : file.order)
-    steps_.push_back({entry.instance, find_method(entry.at, entry.instance, entry.method)});
+  for (const auto& entry : file.order) steps_.push_back({entry.instance, find_method(entry)});
 }
 
 void Network::fire(const Step& step) {
@@ -116,21 +115,19 @@ void Network::create_instances(const NetworkFile& file,
 
 void Network::set_inputs(const NetworkFile& file) {
   for (const auto& input : file.inputs) {
-    const Method& method = find_method(input.at, input.instance, input.method);
+    const Method& method = find_method(input.method);
     auto& ports = method.unit->inputs();
-    Port& port =
-        ports[find_port(input.at, input.port, ports.size(), method.text.inputs, method, "input")];
-    claim(input.at, &port);
-    port.set(read_value(input.at, port.type()));
+    Port& port = ports[find_port(input.value, input.port, ports.size(), method.text.inputs, method,
+                                 "input")];
+    claim(input.value, &port);
+    port.set(read_value(input.value, port.type()));
   }
 }
 
 void Network::lay_wires(const NetworkFile& file) {
   for (const auto& wire : file.wires) {
-    const Method& source =
-        find_method(wire.from.method.at, wire.from.method.instance, wire.from.method.method);
-    const Method& target =
-        find_method(wire.to.method.at, wire.to.method.instance, wire.to.method.method);
+    const Method& source = find_method(wire.from.method);
+    const Method& target = find_method(wire.to.method);
     const auto& outputs = source.unit->outputs();
     auto& inputs = target.unit->inputs();
     const Port& from = outputs[find_port(wire.from.at, wire.from.port, outputs.size(),
@@ -145,17 +142,17 @@ void Network::lay_wires(const NetworkFile& file) {
   }
 }
 
-const Method& Network::find_method(const JsonNode& at, const std::string& instance,
-                                   const std::string& method) const {
-  const auto found = instances_.find(instance);
+const Method& Network::find_method(const NetworkFile::MethodAddress& address) const {
+  const auto found = instances_.find(address.instance);
   if (found == instances_.end())
-    at.fail("there is no instance \"" + instance + "\"; there are " +
-            listed(instances_, [](const auto& each) { return each.first; }));
-  const Method* const wanted = found->second.find(method);
-  if (wanted == nullptr)
-    at.fail("\"" + instance + "\" has no method \"" + method + "\"; it has " +
-            listed(found->second.methods(), [](const Method& each) { return each.name; }));
-  return *wanted;
+    address.at.fail("there is no instance \"" + address.instance + "\"; there are " +
+                    listed(instances_, [](const auto& each) { return each.first; }));
+  const Method* const method = found->second.find(address.method);
+  if (method == nullptr)
+    address.at.fail("\"" + address.instance + "\" has no method \"" + address.method +
+                    "\"; it has " +
+                    listed(found->second.methods(), [](const Method& each) { return each.name; }));
+  return *method;
 }
 
 void Network::claim(const JsonNode& at, const Port* port) {

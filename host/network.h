@@ -50,8 +50,7 @@ class Network {
   void create_instances(const NetworkFile& file, const std::vector<std::filesystem::path>& folders);
   void set_inputs(const NetworkFile& file);
   void lay_wires(const NetworkFile& file);
-  [[nodiscard]] const Method& find_method(const JsonNode& at, const std::string& instance,
-                                          const std::string& method) const;
+  [[nodiscard]] const Method& find_method(const NetworkFile::MethodAddress& address) const;
   // Notes who fills a port, and refuses a second one.
   void claim(const JsonNode& at, const Port* port);
 

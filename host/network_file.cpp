@@ -48,8 +48,8 @@ void read_inputs(const JsonNode& node, std::vector<NetworkFile::Input>& inputs) 
   const auto methods = node.member("methods").elements("the names of methods");
   const auto values = node.member("values").members("values by the port they are for");
   for (const JsonNode& method : methods) {
-    const std::string name = method.text("the name of a method");
-    for (const auto& [port, value] : values) inputs.push_back({value, instance, name, port});
+    const NetworkFile::MethodAddress address{method, instance, method.text("the name of a method")};
+    for (const auto& [port, value] : values) inputs.push_back({address, value, port});
   }
 }
 

@@ -25,17 +25,16 @@ struct NetworkFile {
     std::string icon;
     std::vector<DialogText> dialog;
   };
-  /// A value for an input, which stays for the whole run.
-  struct Input {
-    JsonNode at;  ///< of the value
-    std::string instance;
-    std::string method;
-    std::string port;
-  };
   struct MethodAddress {
     JsonNode at;
     std::string instance;
     std::string method;
+  };
+  /// A value for an input, which stays for the whole run.
+  struct Input {
+    MethodAddress method;
+    JsonNode value;
+    std::string port;
   };
   struct PortAddress {
     MethodAddress method;

@@ -1,10 +1,14 @@
 #include "host/command/run.h"
 
+#include <algorithm>
 #include <array>
+#include <cerrno>
 #include <charconv>
 #include <chrono>
 #include <ostream>
 #include <string>
+#include <string_view>
+#include <system_error>
 
 #include "host/command/progress.h"
 #include "host/command/standard_output.h"
@@ -20,7 +24,11 @@ using zelhost::Step;
 
 // A table shows the first of many elements, JSON shows all.
 constexpr std::size_t kShownElements = 12;
-constexpr std::size_t kLabelWidth = 40;
+constexpr std::string_view kIndent = "  ";
+
+std::string heading(const Step& step) {
+  return step.instance + "  " + step.method.name;
+}
 
 std::string port_text(const Step& step, std::size_t output) {
   const auto text = step.method.text.outputs.find(static_cast<int>(output));
@@ -37,11 +45,26 @@ std::string in_milliseconds(double seconds) {
 }
 
 std::string in_column(const std::string& text, std::size_t width) {
-  return text + std::string(text.size() < width ? width - text.size() : 1, ' ');
+  return text + std::string(text.size() < width ? width - text.size() : 0, ' ') + "  ";
+}
+
+std::size_t widest_label(const std::vector<Step>& steps) {
+  std::size_t width = 0;
+  for (const Step& step : steps) {
+    width = std::max(width, heading(step).size());
+    for (std::size_t i = 0; i < step.method.unit->outputs().size(); ++i)
+      width = std::max(width, kIndent.size() + port_text(step, i).size());
+  }
+  return width;
 }
 
 std::string shown(const Json& value) {
   if (value.is_string()) return value.get<std::string>();
+  if (value.is_number_float()) {
+    std::array<char, 32> digits;
+    return {digits.data(),
+            std::to_chars(digits.data(), digits.data() + 32, value.get<double>()).ptr};
+  }
   if (!value.is_array()) return value.dump();
   std::string text = "[" + std::to_string(value.size()) + "]";
   for (std::size_t i = 0; i < value.size() && i < kShownElements; ++i)
@@ -54,18 +77,17 @@ class Table {
  public:
   explicit Table(std::ostream& out) : out_(out) {}
 
-  void title(const std::string& title) {
+  void begin(const std::string& title, const std::vector<Step>& steps) {
     if (!title.empty()) out_ << title << "\n";
     out_.flush();
+    label_width_ = widest_label(steps);
   }
 
   void firing(const Step& step, double seconds) {
-    out_ << "\n"
-         << in_column(step.instance + "  " + step.method.name, kLabelWidth + 2)
-         << in_milliseconds(seconds) << " ms\n";
+    out_ << "\n" << in_column(heading(step), label_width_) << in_milliseconds(seconds) << " ms\n";
     const auto& outputs = step.method.unit->outputs();
     for (std::size_t i = 0; i < outputs.size(); ++i) {
-      out_ << "  " << in_column(port_text(step, i), kLabelWidth)
+      out_ << in_column(std::string(kIndent) + port_text(step, i), label_width_)
            << shown(to_json(outputs[i].value(), outputs[i].type())) << "\n";
     }
     // What the next method prints stands behind it.
@@ -78,12 +100,13 @@ class Table {
 
  private:
   std::ostream& out_;
+  std::size_t label_width_ = 0;
 };
 
 // Collects everything for one document.
 class Document {
  public:
-  void title(const std::string& title) {
+  void begin(const std::string& title, const std::vector<Step>&) {
     if (!title.empty()) document_["title"] = title;
     document_["firings"] = Json::array();
   }
@@ -129,15 +152,14 @@ ExitStatus run_with(Printer& printer, const RunOptions& options, const Folders& 
   zelhost::Network network(host, file, plugin_folders);
   say_reports(host, err);
 
-  printer.title(file.title);
+  printer.begin(file.title, network.steps());
   ExitStatus status = kExitDone;
   for (std::size_t i = 0; i < network.steps().size() && status == kExitDone; ++i) {
     const Step& step = network.steps()[i];
     const auto start = std::chrono::steady_clock::now();
     try {
       const Progress progress("[" + std::to_string(i + 1) + "/" +
-                              std::to_string(network.steps().size()) + "] " + step.instance + "  " +
-                              step.method.name);
+                              std::to_string(network.steps().size()) + "] " + heading(step));
       network.fire(step);
     } catch (const zelhost::MethodError& error) {
       const std::string what =
