@@ -3,6 +3,7 @@
 #include <new>
 #include <system_error>
 
+#include "host/command/check.h"
 #include "host/command/list.h"
 #include "host/command/options.h"
 #include "host/command/run.h"
@@ -26,19 +27,20 @@ zelrun::Folders plugin_folders(const zelrun::Options& options) {
   return folders;
 }
 
-zelhost::Plugin load(const std::string& name, const zelrun::Folders& folders) {
-  return zelhost::load_plugin(zelhost::find_plugin(name, fs::current_path(), folders));
+fs::path find(const std::string& name, const zelrun::Folders& folders) {
+  return zelhost::find_plugin(name, fs::current_path(), folders);
 }
 
 int carry_out(const zelrun::Options& options) {
   const zelrun::Folders folders = plugin_folders(options);
   if (const auto* const list = std::get_if<zelrun::ListOptions>(&options.what)) {
-    zelrun::list_plugin(load(list->plugin, folders), std::cout);
+    zelrun::list_plugin(zelhost::load_plugin(find(list->plugin, folders)), std::cout);
     return zelrun::kExitDone;
   }
   if (const auto* const run = std::get_if<zelrun::RunOptions>(&options.what))
     return zelrun::run_network(*run, folders, std::cout, std::cerr);
-  return zelrun::kExitDone;
+  const auto& check = std::get<zelrun::CheckOptions>(options.what);
+  return zelrun::check_plugin(find(check.plugin, folders), check.time_limit, std::cout);
 }
 
 int fail(zelrun::ExitStatus status, const std::string& what) {

@@ -1,0 +1,279 @@
+// The child leads a process group, which is killed as a whole when the child has
+// ended or has taken too long: a plug-in starts shells, and they start others. The
+// parent waits for the child itself and not for the ends of its pipes, since a
+// process that was left behind may hold those.
+#include "host/check/child.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/signalfd.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <sstream>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "host/check/captured_text.h"
+
+namespace zelcheck {
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void fail(const char* what) {
+  throw std::system_error(errno, std::generic_category(), what);
+}
+
+class Descriptor {
+ public:
+  explicit Descriptor(int descriptor = -1) : descriptor_(descriptor) {}
+  ~Descriptor() {
+    if (descriptor_ >= 0) close(descriptor_);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  Descriptor(Descriptor&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    std::swap(descriptor_, other.descriptor_);
+    return *this;
+  }
+
+  [[nodiscard]] int get() const { return descriptor_; }
+
+ private:
+  int descriptor_;
+};
+
+// Programs that the child starts do not inherit it.
+class Pipe {
+ public:
+  Pipe() {
+    std::array<int, 2> ends = {};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) fail("pipe");
+    read_ = Descriptor(ends[0]);
+    write_ = Descriptor(ends[1]);
+    fcntl(read_.get(), F_SETFL, O_NONBLOCK);
+  }
+
+  [[nodiscard]] int writing_end() const { return write_.get(); }
+  void close_writing_end() { write_ = Descriptor(); }
+
+  // Of no descriptor at all once there is nothing more to come, as it would be
+  // ready for ever then.
+  [[nodiscard]] pollfd awaited() const { return {read_.get(), POLLIN, 0}; }
+
+  // Reads what there is, but not for ever from a writer that does not stop.
+  template <class Taker>
+  void drain(const Taker& take) {
+    std::array<char, 65536> buffer;
+    for (int i = 0; i < 16 && read_.get() >= 0; ++i) {
+      const ssize_t size = read(read_.get(), buffer.data(), buffer.size());
+      if (size < 0 && errno == EINTR) continue;
+      if (size < 0) return;
+      if (size == 0) read_ = Descriptor();
+      take(std::string_view(buffer.data(), static_cast<std::size_t>(size)));
+    }
+  }
+
+ private:
+  Descriptor read_;
+  Descriptor write_;
+};
+
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    std::string name = (fs::temp_directory_path() / "zelrun_check_XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr) fail("a temporary folder");
+    path_ = name;
+  }
+  ~TemporaryFolder() {
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  TemporaryFolder(TemporaryFolder&&) = delete;
+  TemporaryFolder& operator=(TemporaryFolder&&) = delete;
+
+  [[nodiscard]] const fs::path& path() const { return path_; }
+
+ private:
+  fs::path path_;
+};
+
+// Holds back the signals that would end this process and leave the child behind.
+// They are pending until the object goes, and do their work then.
+class HeldSignals {
+ public:
+  HeldSignals() {
+    sigset_t held;
+    sigemptyset(&held);
+    for (const int each : {SIGINT, SIGTERM, SIGHUP}) {
+      struct sigaction action = {};
+      sigaction(each, nullptr, &action);
+      // What is ignored does not end this process.
+      if (action.sa_handler != SIG_IGN) sigaddset(&held, each);
+    }
+    if (sigprocmask(SIG_BLOCK, &held, &before_) != 0) fail("sigprocmask");
+    arrival_ = Descriptor(signalfd(-1, &held, SFD_CLOEXEC));
+  }
+  ~HeldSignals() { release(); }
+  HeldSignals(const HeldSignals&) = delete;
+  HeldSignals& operator=(const HeldSignals&) = delete;
+  HeldSignals(HeldSignals&&) = delete;
+  HeldSignals& operator=(HeldSignals&&) = delete;
+
+  // Readable when one has come.
+  [[nodiscard]] int arrival() const { return arrival_.get(); }
+
+  void release() const { sigprocmask(SIG_SETMASK, &before_, nullptr); }
+
+ private:
+  sigset_t before_{};
+  Descriptor arrival_;
+};
+
+void set_up_child(const fs::path& folder, const Pipe& output) {
+  setpgid(0, 0);
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
+  // A crash is a result like any other, and leaves no core file.
+  const rlimit none = {0, 0};
+  setrlimit(RLIMIT_CORE, &none);
+  const Descriptor nothing(open("/dev/null", O_RDONLY | O_CLOEXEC));
+  dup2(nothing.get(), STDIN_FILENO);
+  dup2(output.writing_end(), STDOUT_FILENO);
+  dup2(output.writing_end(), STDERR_FILENO);
+  fs::current_path(folder);
+}
+
+[[noreturn]] void be_child(const std::function<void(const Notes&)>& work, const fs::path& folder,
+                           const Pipe& output, const Notes& notes) {
+  try {
+    set_up_child(folder, output);
+    work(notes);
+  } catch (const std::exception& error) {
+    notes.complain(std::string("threw: ") + error.what());
+  } catch (...) {
+    notes.complain("threw what is no std::exception");
+  }
+  std::cout.flush();
+  std::fflush(nullptr);
+  notes.done();
+  // Without the destructors of static objects: they are the parent's.
+  _exit(0);
+}
+
+// A process that runs, as something that can be waited for together with others.
+Descriptor handle_of(pid_t child) {
+  const long handle = syscall(SYS_pidfd_open, child, 0);
+  if (handle >= 0) return Descriptor(static_cast<int>(handle));
+  const int why = errno;
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
+  errno = why;
+  fail("pidfd_open");
+}
+
+// Waits for the child's end, or until it is to be ended, and reads meanwhile what
+// it has to say. @return whether it is over time.
+template <class Reader>
+bool wait_for(const Descriptor& child, const HeldSignals& signals, const Pipe& notes,
+              const Pipe& output, double time_limit, const Reader& read_all) {
+  const auto start = std::chrono::steady_clock::now();
+  for (;;) {
+    const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - start;
+    const double left = time_limit - spent.count();
+    if (!(left > 0)) return true;
+    std::array<pollfd, 4> events = {{{child.get(), POLLIN, 0},
+                                     {signals.arrival(), POLLIN, 0},
+                                     notes.awaited(),
+                                     output.awaited()}};
+    constexpr double kLongest = 1000;
+    poll(events.data(), events.size(), static_cast<int>(std::min(left, kLongest) * 1e3) + 1);
+    if (events[0].revents != 0 || events[1].revents != 0) return false;
+    read_all();
+  }
+}
+
+std::string how_it_ended(int status) {
+  if (WIFSIGNALED(status)) {
+    const int number = WTERMSIG(status);
+    const char* const name = sigdescr_np(number);
+    return "killed by signal " + std::to_string(number) + " (" +
+           (name == nullptr ? "unknown" : name) + ")";
+  }
+  return "the process ended with status " + std::to_string(WEXITSTATUS(status));
+}
+
+std::string in_seconds(double seconds) {
+  std::ostringstream text;
+  text << seconds << " s";
+  return text.str();
+}
+
+}  // namespace
+
+ChildEnd run_in_child(const std::function<void(const Notes&)>& work, double time_limit) {
+  const HeldSignals signals;
+  const TemporaryFolder folder;
+  Pipe notes;
+  Pipe output;
+  // Or both processes would print what is still in the buffers.
+  std::cout.flush();
+  std::fflush(nullptr);
+
+  const pid_t child = fork();
+  if (child < 0) fail("fork");
+  if (child == 0) {
+    signals.release();
+    be_child(work, folder.path(), output, Notes(notes.writing_end()));
+  }
+  // Both do it, since neither knows who comes first.
+  setpgid(child, child);
+  notes.close_writing_end();
+  output.close_writing_end();
+  const Descriptor handle = handle_of(child);
+
+  NotesReader reader;
+  CapturedText printed;
+  const auto read_all = [&] {
+    notes.drain([&reader](std::string_view bytes) { reader.take(bytes); });
+    output.drain([&printed](std::string_view bytes) { printed.append(bytes); });
+  };
+  const bool hung = wait_for(handle, signals, notes, output, time_limit, read_all);
+  // Before the child is reaped, while no other group can have its number.
+  kill(-child, SIGKILL);
+  int status = 0;
+  while (waitpid(child, &status, 0) < 0 && errno == EINTR) continue;
+  read_all();
+
+  ChildEnd end;
+  end.complaints = reader.complaints();
+  end.facts = reader.facts();
+  end.output = printed.text();
+  end.hung = hung;
+  if (hung)
+    end.complaints.push_back(reader.staged("did not end within " + in_seconds(time_limit)));
+  else if (!reader.is_done())
+    end.complaints.push_back(reader.staged(how_it_ended(status)));
+  return end;
+}
+
+}  // namespace zelcheck

@@ -1,0 +1,149 @@
+#include "host/check/firing_checks.h"
+
+#include <dlfcn.h>
+
+#include <filesystem>
+#include <iterator>
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "host/check/instances.h"
+#include "host/host.h"
+#include "host/literal.h"
+
+namespace zelcheck {
+namespace {
+
+using zelhost::Host;
+using zelhost::Icon;
+using zelhost::Json;
+using zelhost::Port;
+using zelhost::Unit;
+
+// As JSON, where NaN is the same as NaN.
+Json values_of(const std::deque<Port>& ports) {
+  Json values = Json::array();
+  for (const Port& port : ports) values.push_back(to_json(port.value(), port.type()));
+  return values;
+}
+
+// An array that is a variable of some library is none from new[]: the host will
+// free it, and that is where it would show without a hint at the reason.
+void expect_allocated(const std::deque<Port>& outputs, const Notes& notes) {
+  for (std::size_t i = 0; i < outputs.size(); ++i) {
+    Dl_info library{};
+    if (outputs[i].array() == nullptr || dladdr(outputs[i].array(), &library) == 0) continue;
+    notes.complain("output " + std::to_string(i) +
+                   ": the array is not from new[] but a variable of " +
+                   std::filesystem::path(library.dli_fname).filename().string());
+  }
+}
+
+void fire(Host& host, Unit& method, const Notes& notes) {
+  const Json before = values_of(method.inputs());
+  const int status = host.fire(method);
+  if (status != 0) notes.complain("returned " + std::to_string(status));
+  complain_of_misuse(host, notes);
+  expect_allocated(method.outputs(), notes);
+  values_of(method.outputs());
+  if (values_of(method.inputs()) != before) notes.complain("it changed its inputs");
+}
+
+void fire_filled(Host& host, Unit& method, const Notes& notes) {
+  fill(method, Inputs::kSmall);
+  fire(host, method, notes);
+}
+
+}  // namespace
+
+void state_firings(const Unit& root, const Notes& notes) {
+  std::size_t number = 0;
+  for (const Unit* const method : methods_below(root)) {
+    for (const Inputs inputs : kAllInputs) {
+      if (!concern(inputs, *method)) continue;
+      notes.fact(std::to_string(number) + " " + std::to_string(static_cast<int>(inputs)) + " " +
+                 described(*method) + " with " + std::string(name_of(inputs)));
+    }
+    ++number;
+  }
+}
+
+Firing read_firing(const std::string& fact) {
+  std::istringstream words(fact);
+  Firing firing;
+  int inputs = 0;
+  words >> firing.method >> inputs;
+  firing.inputs = static_cast<Inputs>(inputs);
+  words.get();
+  firing.name.assign(std::istreambuf_iterator<char>(words), {});
+  return firing;
+}
+
+void check_method(const Icon& icon, std::size_t method, Inputs inputs, const Notes& notes) {
+  Host host;
+  const Unit* const root = create(host, icon, notes);
+  if (root == nullptr) return;
+  host.take_reports();
+  const std::vector<Unit*> methods = methods_below(*root);
+  if (method >= methods.size()) return notes.complain("this instance has fewer methods");
+  fill(*methods[method], inputs);
+  fire(host, *methods[method], notes);
+  // The host frees the arrays of the first time.
+  notes.at("the second time");
+  fire(host, *methods[method], notes);
+  notes.at("when the host frees the instance");
+}
+
+void check_forwards(const Icon& icon, const Notes& notes) {
+  Host host;
+  const Unit* const root = create(host, icon, notes);
+  if (root == nullptr) return;
+  host.take_reports();
+  for (Unit* const method : methods_below(*root)) {
+    notes.at(described(*method));
+    fire_filled(host, *method, notes);
+  }
+}
+
+void check_backwards(const Icon& icon, const Notes& notes) {
+  Host host;
+  const Unit* const root = create(host, icon, notes);
+  if (root == nullptr) return;
+  host.take_reports();
+  std::vector<Unit*> methods = methods_below(*root);
+  for (; !methods.empty(); methods.pop_back()) {
+    notes.at(described(*methods.back()));
+    fire_filled(host, *methods.back(), notes);
+    notes.at(described(*methods.back()) + ", the second time");
+    fire(host, *methods.back(), notes);
+  }
+}
+
+void check_hundred_instances(const Icon& icon, const Notes& notes) {
+  constexpr int kInstances = 100;
+  Host host;
+  std::map<const void*, int> users;
+  std::vector<const Unit*> roots;
+  for (int number = 1; number <= kInstances; ++number) {
+    notes.at("instance " + std::to_string(number));
+    roots.push_back(create(host, icon, notes));
+    if (roots.back() == nullptr) return;
+    const auto [user, is_new] = users.emplace(roots.back()->record()->user, number);
+    if (!is_new) {
+      notes.complain("it has the user pointer of instance " + std::to_string(user->second));
+      return;
+    }
+  }
+  host.take_reports();
+  for (const int number : {1, kInstances}) {
+    for (Unit* const method : methods_below(*roots[static_cast<std::size_t>(number) - 1])) {
+      notes.at("instance " + std::to_string(number) + ", " + described(*method));
+      fire_filled(host, *method, notes);
+    }
+  }
+  notes.at("when the host frees the instances");
+}
+
+}  // namespace zelcheck

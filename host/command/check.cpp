@@ -1,0 +1,73 @@
+#include "host/command/check.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <map>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "host/check/check_plugin.h"
+
+namespace zelrun {
+namespace {
+
+using zelcheck::Result;
+using zelcheck::Verdict;
+
+std::string_view word(Verdict verdict) {
+  switch (verdict) {
+    case Verdict::kPassed:
+      return "passed   ";
+    case Verdict::kFailed:
+      return "FAILED   ";
+    case Verdict::kSkipped:
+      return "skipped  ";
+  }
+  return {};
+}
+
+// On one line, and without what would do something to a terminal: it is the plug-in's.
+std::string on_one_line(std::string_view text) {
+  constexpr std::size_t kLongest = 1000;
+  std::string line(text.substr(0, kLongest));
+  for (char& c : line)
+    if (static_cast<unsigned char>(c) < ' ' || c == '\x7f') c = c == '\n' ? ' ' : '?';
+  return text.size() > kLongest ? line + "..." : line;
+}
+
+void print_output(std::string_view output, std::ostream& out) {
+  while (!output.empty()) {
+    const std::string_view line = output.substr(0, output.find('\n'));
+    out << "           " << on_one_line(line) << "\n";
+    output.remove_prefix(std::min(output.size(), line.size() + 1));
+  }
+}
+
+void print(const Result& result, std::ostream& out) {
+  out << word(result.verdict) << on_one_line(result.check);
+  if (!result.reason.empty()) out << ": " << on_one_line(result.reason);
+  out << "\n";
+  if (result.verdict == Verdict::kFailed) print_output(result.output, out);
+  // A user sees which check it is that takes its time.
+  out.flush();
+  if (!out) throw std::system_error(errno, std::generic_category(), "standard output");
+}
+
+}  // namespace
+
+ExitStatus check_plugin(const std::filesystem::path& plugin, double time_limit, std::ostream& out) {
+  int checks = 0;
+  std::map<Verdict, int> counts;
+  zelcheck::check_plugin(plugin, time_limit, [&](const Result& result) {
+    print(result, out);
+    ++checks;
+    ++counts[result.verdict];
+  });
+  out << checks << " checks, " << counts[Verdict::kPassed] << " passed, "
+      << counts[Verdict::kFailed] << " failed, " << counts[Verdict::kSkipped] << " skipped\n";
+  return counts[Verdict::kPassed] == checks ? kExitDone : kExitFailed;
+}
+
+}  // namespace zelrun
