@@ -1,14 +1,20 @@
 #include "host/plugin.h"
 
 #include <dlfcn.h>
+#include <link.h>
 
 #include <algorithm>
 
 namespace zelhost {
 namespace {
 
-// An icon array without an end would be read past its end; no folder has this many.
-constexpr int kMostIcons = 1000;
+// How many bytes a record has: the library's table of symbols says it.
+std::size_t size_of(const void* record) {
+  Dl_info library{};
+  void* symbol = nullptr;
+  if (dladdr1(record, &library, &symbol, RTLD_DL_SYMENT) == 0 || symbol == nullptr) return 0;
+  return static_cast<const ElfW(Sym)*>(symbol)->st_size;
+}
 
 // Reads the records of one library.
 class Records {
@@ -28,9 +34,9 @@ class Records {
     plugin.version = text(version.plugin, "Kem_V_of_" + name);
     text(version.host, "Kem_V_of_" + name);
     plugin.folder = text(folder.name, "gsFolder_" + name);
-    int index = 0;
-    for (const zel_icon_entry* entry = icons; !is_end(*entry, name); ++entry) {
-      if (++index > kMostIcons) fail("gasIconsOfFolder_" + name + " has no end");
+    const zel_icon_entry* const last = icons + size_of(icons) / sizeof *icons;
+    for (const zel_icon_entry* entry = icons; entry == last || !is_end(*entry, name); ++entry) {
+      if (entry == last) fail("gasIconsOfFolder_" + name + " has no end (an entry of empty texts)");
       plugin.icons.push_back(icon(*entry, plugin.folder, name));
     }
     if (plugin.icons.empty()) fail("gasIconsOfFolder_" + name + " has no icon");
@@ -48,6 +54,10 @@ class Records {
     if (found == nullptr) {
       fail("there is no record " + name +
            " (a plug-in's records end in the name of its file, and are exported)");
+    }
+    if (size_of(found) < sizeof(Record)) {
+      fail("the record " + name + " has " + std::to_string(size_of(found)) + " bytes instead of " +
+           std::to_string(sizeof(Record)));
     }
     return *static_cast<const Record*>(found);
   }
