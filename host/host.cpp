@@ -1,5 +1,6 @@
 #include "host/host.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "host/platform.h"
@@ -100,6 +101,8 @@ void Host::name_unit(const char* name, def_unittype* unit) {
   Unit* const named = expect_unit("zel_name_unit", unit);
   if (named == nullptr) return;
   if (name == nullptr || *name == '\0') return misuse("zel_name_unit", "the name is empty");
+  // The unit under which instances are created has no siblings.
+  if (named->parent() == nullptr) return misuse("zel_name_unit", "the unit is the host's own");
   for (const Unit* const sibling : named->parent()->children()) {
     if (sibling != named && sibling->name == name)
       return misuse("zel_name_unit", "a sibling is named " + quoted(name) + " already");
@@ -198,7 +201,7 @@ bool Host::replace_array(const def_unittype* unit, int output, int reserved, int
   if (length < 0) why = "the length is " + std::to_string(length);
   if (array == nullptr && length > 0)
     why = "the array is null and the length " + std::to_string(length);
-  if (array != nullptr && owned_arrays_.count(array) != 0) why = "the array is the host's already";
+  if (array != nullptr && is_owned(array, *find(unit))) why = "the array is the host's already";
   if (!why.empty()) {
     misuse("zel_reassign",
            find(unit)->qualified_name() + ", output " + std::to_string(output) + ": " + why);
@@ -244,6 +247,14 @@ Port* Host::expect_array(const char* operation, const def_unittype* unit, Direct
     return nullptr;
   }
   return &wanted;
+}
+
+bool Host::is_owned(const void* array, const Unit& unit) const {
+  // A method sees no other inputs than those of its unit.
+  const auto& inputs = unit.inputs();
+  return owned_arrays_.count(array) != 0 ||
+         std::any_of(inputs.begin(), inputs.end(),
+                     [array](const Port& input) { return input.array() == array; });
 }
 
 bool Host::expect_creation(const char* operation) {

@@ -121,6 +121,8 @@ class Host {
   Unit* expect_unit(const char* operation, const def_unittype* unit);
   Port* expect_array(const char* operation, const def_unittype* unit, Direction direction,
                      int port);
+  // Whether an array that the unit's method hands over is the host's already.
+  [[nodiscard]] bool is_owned(const void* array, const Unit& unit) const;
   // Whether an icon's create runs; reports if not.
   bool expect_creation(const char* operation);
   void tell_observer(const char* operation, const Unit* unit);
