@@ -20,6 +20,7 @@ using zelhost::Host;
 using zelhost::Icon;
 using zelhost::Json;
 using zelhost::Port;
+using zelhost::Report;
 using zelhost::Unit;
 
 // As JSON, where NaN is the same as NaN.
@@ -31,29 +32,36 @@ Json values_of(const std::deque<Port>& ports) {
 
 // An array that is a variable of some library is none from new[]: the host will
 // free it, and that is where it would show without a hint at the reason.
-void expect_allocated(const std::deque<Port>& outputs, const Notes& notes) {
+void find_variables(const std::deque<Port>& outputs, std::vector<std::string>& complaints) {
   for (std::size_t i = 0; i < outputs.size(); ++i) {
     Dl_info library{};
     if (outputs[i].array() == nullptr || dladdr(outputs[i].array(), &library) == 0) continue;
-    notes.complain("output " + std::to_string(i) +
-                   ": the array is not from new[] but a variable of " +
-                   std::filesystem::path(library.dli_fname).filename().string());
+    complaints.push_back("output " + std::to_string(i) +
+                         ": the array is not from new[] but a variable of " +
+                         std::filesystem::path(library.dli_fname).filename().string());
   }
 }
 
-void fire(Host& host, Unit& method, const Notes& notes) {
+// @return whether there was nothing to complain of.
+bool fire(Host& host, Unit& method, const Notes& notes) {
+  std::vector<std::string> complaints;
   const Json before = values_of(method.inputs());
   const int status = host.fire(method);
-  if (status != 0) notes.complain("returned " + std::to_string(status));
-  complain_of_misuse(host, notes);
-  expect_allocated(method.outputs(), notes);
+  if (status != 0) complaints.push_back("returned " + std::to_string(status));
+  for (const Report& report : host.take_reports())
+    if (report.kind == Report::Kind::kMisuse) complaints.push_back(report.text);
+  find_variables(method.outputs(), complaints);
+  for (const std::string& complaint : complaints) notes.complain(complaint);
+  // All of it is read: what the plug-in handed over may be no memory of its own.
   values_of(method.outputs());
-  if (values_of(method.inputs()) != before) notes.complain("it changed its inputs");
+  if (values_of(method.inputs()) == before) return complaints.empty();
+  notes.complain("it changed its inputs");
+  return false;
 }
 
-void fire_filled(Host& host, Unit& method, const Notes& notes) {
-  fill(method, Inputs::kSmall);
-  fire(host, method, notes);
+bool fire_ordinarily(Host& host, Unit& method, const Notes& notes) {
+  fill(method, Inputs::kOrdinary);
+  return fire(host, method, notes);
 }
 
 }  // namespace
@@ -63,8 +71,9 @@ void state_firings(const Unit& root, const Notes& notes) {
   for (const Unit* const method : methods_below(root)) {
     for (const Inputs inputs : kAllInputs) {
       if (!concern(inputs, *method)) continue;
+      const std::string with = " with " + std::string(name_of(inputs));
       notes.fact(std::to_string(number) + " " + std::to_string(static_cast<int>(inputs)) + " " +
-                 described(*method) + " with " + std::string(name_of(inputs)));
+                 described(*method) + (method->inputs().empty() ? ", which has no inputs" : with));
     }
     ++number;
   }
@@ -89,10 +98,11 @@ void check_method(const Icon& icon, std::size_t method, Inputs inputs, const Not
   const std::vector<Unit*> methods = methods_below(*root);
   if (method >= methods.size()) return notes.complain("this instance has fewer methods");
   fill(*methods[method], inputs);
-  fire(host, *methods[method], notes);
-  // The host frees the arrays of the first time.
-  notes.at("the second time");
-  fire(host, *methods[method], notes);
+  if (fire(host, *methods[method], notes)) {
+    // The host frees the arrays of the first time.
+    notes.at("the second time");
+    fire(host, *methods[method], notes);
+  }
   notes.at("when the host frees the instance");
 }
 
@@ -103,7 +113,7 @@ void check_forwards(const Icon& icon, const Notes& notes) {
   host.take_reports();
   for (Unit* const method : methods_below(*root)) {
     notes.at(described(*method));
-    fire_filled(host, *method, notes);
+    fire_ordinarily(host, *method, notes);
   }
 }
 
@@ -115,7 +125,7 @@ void check_backwards(const Icon& icon, const Notes& notes) {
   std::vector<Unit*> methods = methods_below(*root);
   for (; !methods.empty(); methods.pop_back()) {
     notes.at(described(*methods.back()));
-    fire_filled(host, *methods.back(), notes);
+    if (!fire_ordinarily(host, *methods.back(), notes)) return;
     notes.at(described(*methods.back()) + ", the second time");
     fire(host, *methods.back(), notes);
   }
@@ -140,7 +150,7 @@ void check_hundred_instances(const Icon& icon, const Notes& notes) {
   for (const int number : {1, kInstances}) {
     for (Unit* const method : methods_below(*roots[static_cast<std::size_t>(number) - 1])) {
       notes.at("instance " + std::to_string(number) + ", " + described(*method));
-      fire_filled(host, *method, notes);
+      fire_ordinarily(host, *method, notes);
     }
   }
   notes.at("when the host frees the instances");

@@ -34,7 +34,7 @@ float float_value(Inputs inputs, std::size_t index) {
     case Inputs::kInfinite:
       return sign * Limits::infinity();
     case Inputs::kUnset:
-    case Inputs::kSmall:
+    case Inputs::kOrdinary:
     case Inputs::kUneven:
     case Inputs::kLong:
     case Inputs::kEmptyText:
@@ -55,7 +55,7 @@ std::int32_t integer_value(Inputs inputs, std::size_t index) {
     case Inputs::kNegative:
       return index % 2 == 0 ? -1 : Limits::min();
     case Inputs::kUnset:
-    case Inputs::kSmall:
+    case Inputs::kOrdinary:
     case Inputs::kUneven:
     case Inputs::kLong:
     case Inputs::kNan:
@@ -81,7 +81,7 @@ std::string text_value(Inputs inputs) {
       return "\xff\xfe\x80 \xc3( \x01\x1b[m\t%n%s%d";
     case Inputs::kUnset:
     case Inputs::kZero:
-    case Inputs::kSmall:
+    case Inputs::kOrdinary:
     case Inputs::kUneven:
     case Inputs::kLong:
     case Inputs::kHuge:
@@ -130,8 +130,8 @@ std::string_view name_of(Inputs inputs) {
       return "inputs never set";
     case Inputs::kZero:
       return "zeros";
-    case Inputs::kSmall:
-      return "small numbers";
+    case Inputs::kOrdinary:
+      return "ordinary inputs";
     case Inputs::kUneven:
       return "arrays of different lengths";
     case Inputs::kLong:
@@ -161,9 +161,10 @@ bool concern(Inputs inputs, const Unit& unit) {
   };
   switch (inputs) {
     case Inputs::kUnset:
+      return !ports.empty();
+    case Inputs::kOrdinary:
       return true;
     case Inputs::kZero:
-    case Inputs::kSmall:
     case Inputs::kHuge:
     case Inputs::kNegative:
       return !std::all_of(ports.begin(), ports.end(), is_text);

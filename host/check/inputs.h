@@ -11,7 +11,7 @@ namespace zelcheck {
 enum class Inputs {
   kUnset,
   kZero,
-  kSmall,
+  kOrdinary,
   kUneven,
   kLong,
   kHuge,
@@ -24,14 +24,15 @@ enum class Inputs {
 };
 
 inline constexpr std::array kAllInputs = {
-    Inputs::kUnset,    Inputs::kZero,      Inputs::kSmall,    Inputs::kUneven,
+    Inputs::kUnset,    Inputs::kZero,      Inputs::kOrdinary, Inputs::kUneven,
     Inputs::kLong,     Inputs::kHuge,      Inputs::kNegative, Inputs::kNan,
     Inputs::kInfinite, Inputs::kEmptyText, Inputs::kLongText, Inputs::kStrangeText};
 
 /// "NaN inputs": behind "METHOD with".
 std::string_view name_of(Inputs inputs);
 
-/// Whether the unit has an input for which these differ from others.
+/// Whether the unit is to be fired with these: each is with ordinary ones, also if
+/// it has no inputs; with others where they differ from those.
 bool concern(Inputs inputs, const zelhost::Unit& unit);
 
 /// Fills all inputs of the unit. Arrays are short, except for kLong, so that a

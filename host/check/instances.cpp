@@ -1,7 +1,7 @@
 #include "host/check/instances.h"
 
 #include <algorithm>
-#include <iterator>
+#include <string_view>
 
 namespace zelcheck {
 
@@ -9,20 +9,29 @@ using zelhost::Host;
 using zelhost::Report;
 using zelhost::Unit;
 
+namespace {
+
+std::string why_no_unit(const std::vector<Report>& reports) {
+  // The host's own word for what create returned.
+  constexpr std::string_view kCreate = "create: it ";
+  std::string why = "create returned null";
+  std::string said;
+  for (const Report& report : reports) {
+    if (report.text.rfind(kCreate, 0) == 0)
+      why = "create " + report.text.substr(kCreate.size());
+    else
+      said += "; " + report.text;
+  }
+  return why + said;
+}
+
+}  // namespace
+
 Unit* create(Host& host, const zelhost::Icon& icon, const Notes& notes,
              zelhost::MethodTexts* texts) {
   Unit* const root = host.create_root(icon, icon.presets(), host.environment().record(), texts);
-  if (root == nullptr) {
-    std::string why = "create returned no unit";
-    for (const Report& report : host.take_reports()) why += "; " + report.text;
-    notes.complain(why);
-  }
+  if (root == nullptr) notes.complain(why_no_unit(host.take_reports()));
   return root;
-}
-
-void complain_of_misuse(Host& host, const Notes& notes) {
-  for (const Report& report : host.take_reports())
-    if (report.kind == Report::Kind::kMisuse) notes.complain(report.text);
 }
 
 std::vector<Unit*> units_below(const Unit& root) {

@@ -15,9 +15,6 @@ namespace zelcheck {
 zelhost::Unit* create(zelhost::Host& host, const zelhost::Icon& icon, const Notes& notes,
                       zelhost::MethodTexts* texts = nullptr);
 
-/// Complains of each operation that the plug-in has misused since the last call.
-void complain_of_misuse(zelhost::Host& host, const Notes& notes);
-
 /// All units below this one, each before those below it, in the order in which
 /// they were made.
 std::vector<zelhost::Unit*> units_below(const zelhost::Unit& root);

@@ -22,8 +22,9 @@ bool has_ports(const Unit& unit) {
 
 // Of the root and of groups.
 void expect_group(const Unit& unit, const Notes& notes) {
-  if (has_ports(unit)) notes.complain(described(unit) + " has ports but no method function");
-  if (!unit.exports)
+  if (has_ports(unit))
+    notes.complain(described(unit) + " has ports but no method function");
+  else if (!unit.exports)
     notes.complain(described(unit) +
                    " does not export its methods (zel_indicate_export_of_methods)");
 }
@@ -98,6 +99,8 @@ void check_texts(const Icon& icon, const Notes& notes) {
   const Unit* const root = create(host, icon, notes, &texts);
   if (root == nullptr) return;
   for (const Unit* const method : methods_below(*root)) {
+    // One without a name is another check's.
+    if (method->name.empty()) continue;
     const MethodText text = texts[method->qualified_name()];
     if (is_blank(text.help))
       notes.complain("the method " + described(*method) + " has no help text");
