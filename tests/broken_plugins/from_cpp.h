@@ -2,10 +2,11 @@
 #ifndef TESTS_BROKEN_PLUGINS_FROM_CPP_H
 #define TESTS_BROKEN_PLUGINS_FROM_CPP_H
 
-#include <stdint.h>
-
 #ifdef __cplusplus
+#include <cstdint>
 extern "C" {
+#else
+#include <stdint.h>
 #endif
 
 /* All 0, from new[]. */
