@@ -6,10 +6,12 @@
 #include <functional>
 #include <system_error>
 
-#include "host/test_folder.h"
+#include "tests/support/test_folder.h"
 
 namespace zelhost {
 namespace {
+
+using test_support::TestFolder;
 
 std::string error_of(const std::function<void()>& call) {
   try {
@@ -23,9 +25,8 @@ std::string error_of(const std::function<void()>& call) {
 class ReadJson : public testing::Test {
  protected:
   std::string error(std::string_view text) {
-    const auto file = folder_.write("a.json", text);
-    std::string what = error_of([&] { read_json(file); });
-    const std::string path = file.string();
+    const std::string path = folder_.file("a.json", text);
+    std::string what = error_of([&] { read_json(path); });
     if (what.rfind(path, 0) == 0) what.replace(0, path.size(), "a.json");
     return what;
   }
@@ -34,7 +35,7 @@ class ReadJson : public testing::Test {
 };
 
 TEST_F(ReadJson, KeepsTheOrderOfTheFile) {
-  const Json json = read_json(folder_.write("a.json", R"({"b": 1, "a": [2.5, "x"]})"));
+  const Json json = read_json(folder_.file("a.json", R"({"b": 1, "a": [2.5, "x"]})"));
   EXPECT_EQ(json.dump(), R"({"b":1,"a":[2.5,"x"]})");
 }
 
@@ -52,7 +53,7 @@ TEST_F(ReadJson, FindsKeysThatStandTwice) {
 }
 
 TEST_F(ReadJson, SaysWhichFileCannotBeRead) {
-  EXPECT_THROW(read_json(folder_.path() / "nothing"), std::system_error);
+  EXPECT_THROW(read_json(folder_.path("nothing")), std::system_error);
   EXPECT_THROW(read_json(folder_.path()), std::system_error);
 }
 

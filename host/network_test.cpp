@@ -3,10 +3,12 @@
 
 #include <gtest/gtest.h>
 
-#include "host/test_folder.h"
+#include "tests/support/test_folder.h"
 
 namespace zelhost {
 namespace {
+
+using test_support::TestFolder;
 
 using Floats = std::vector<float>;
 
@@ -16,18 +18,18 @@ class NetworkTest : public testing::Test {
   // text of the file "answer", and of the given further members.
   [[nodiscard]] NetworkFile file(const std::string& members) const {
     const auto instance = [this](const std::string& name) {
-      const std::string path = folder_.path().string() + "/";
+      const std::string path = folder_.path() + "/";
       return "\"" + name + R"(": {"plugin": "sdpsol", "icon": "sdpsol", "dialog": {)" +
              R"("sdpsol command": "sh )" + path + R"(answer.sh", "definition file": ")" + path +
              name + R"(.in", "result file": ")" + path + name + R"(.out"}})";
     };
-    folder_.write("answer.sh", "cp " + folder_.path().string() + "/answer \"$3\"\n");
-    return read_network(folder_.write("network.json", R"({"instances": {)" + instance("a") + ", " +
-                                                          instance("b") + "}, " + members + "}"));
+    folder_.file("answer.sh", "cp " + folder_.path() + "/answer \"$3\"\n");
+    return read_network(folder_.file("network.json", R"({"instances": {)" + instance("a") + ", " +
+                                                         instance("b") + "}, " + members + "}"));
   }
 
   void answer(const std::string& variables) const {
-    folder_.write("answer", "*** Objective value\nobjective = 0.5\n\n*** Variables\n" + variables);
+    folder_.file("answer", "*** Objective value\nobjective = 0.5\n\n*** Variables\n" + variables);
   }
 
   [[nodiscard]] Network network(const std::string& members) {
@@ -46,7 +48,7 @@ class NetworkTest : public testing::Test {
     try {
       const Network unused = network(members);
     } catch (const JsonError& error) {
-      return std::string(error.what()).substr(folder_.path().string().size() + 1);
+      return std::string(error.what()).substr(folder_.path().size() + 1);
     }
     return "no error";
   }
@@ -111,7 +113,7 @@ TEST_F(NetworkTest, CarriesWhatAnOutputHoldsAtTheTimeOfFiring) {
 }
 
 TEST_F(NetworkTest, NamesTheMethodThatThrew) {
-  folder_.write("answer", "");
+  folder_.file("answer", "");
   Network net = network(R"("order": [["a", "General:Run_Sdpsol"]])");
   try {
     net.fire(net.steps()[0]);
@@ -166,9 +168,9 @@ TEST_F(NetworkTest, TakesTheTextsOfTheDialog) {
   Network net = network(R"("order": [["b", "General:Run_Sdpsol"]])");
   answer("x = 1\n\n");
   fire_all(net);
-  EXPECT_TRUE(std::filesystem::exists(folder_.path() / "b.in"));
-  EXPECT_TRUE(std::filesystem::exists(folder_.path() / "b.out"));
-  EXPECT_FALSE(std::filesystem::exists(folder_.path() / "a.in"));
+  EXPECT_TRUE(std::filesystem::exists(folder_.path("b.in")));
+  EXPECT_TRUE(std::filesystem::exists(folder_.path("b.out")));
+  EXPECT_FALSE(std::filesystem::exists(folder_.path("a.in")));
 }
 
 }  // namespace

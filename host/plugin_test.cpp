@@ -5,10 +5,12 @@
 
 #include <functional>
 
-#include "host/test_folder.h"
+#include "tests/support/test_folder.h"
 
 namespace zelhost {
 namespace {
+
+using test_support::TestFolder;
 
 namespace fs = std::filesystem;
 
@@ -39,19 +41,19 @@ TEST(LoadPlugin, ReadsTheRecords) {
 
 TEST(LoadPlugin, SaysWhatIsNoLibrary) {
   const TestFolder folder;
-  const auto text = folder.write("text.so", "not a library");
-  EXPECT_EQ(error_of([&] { load_plugin(text); }), text.string() + ": file too short");
-  const auto nothing = folder.path() / "nothing.so";
+  const auto text = folder.file("text.so", "not a library");
+  EXPECT_EQ(error_of([&] { load_plugin(text); }), text + ": file too short");
+  const auto nothing = folder.path("nothing.so");
   EXPECT_EQ(error_of([&] { load_plugin(nothing); }),
-            nothing.string() + ": cannot open shared object file: No such file or directory");
+            nothing + ": cannot open shared object file: No such file or directory");
 }
 
 TEST(LoadPlugin, SaysWhichRecordIsMissing) {
   const TestFolder folder;
   // A plug-in under another name looks like one without records.
-  fs::copy_file(kLibraries / "sdpsol.so", folder.path() / "other.so");
-  EXPECT_EQ(error_of([&] { load_plugin(folder.path() / "other.so"); }),
-            (folder.path() / "other.so").string() +
+  fs::copy_file(kLibraries / "sdpsol.so", folder.path("other.so"));
+  EXPECT_EQ(error_of([&] { load_plugin(folder.path("other.so")); }),
+            folder.path("other.so") +
                 ": there is no record Kem_V_of_other (a plug-in's records end in the name of its "
                 "file, and are exported)");
 }
@@ -60,18 +62,17 @@ class FindPlugin : public testing::Test {
  protected:
   FindPlugin() {
     for (const auto& name : {"a/one.so", "b/one.so", "b/two.so"}) {
-      fs::create_directories((folder_.path() / name).parent_path());
-      folder_.write(name, "");
+      fs::create_directories(fs::path(folder_.path(name)).parent_path());
+      folder_.file(name, "");
     }
   }
 
   fs::path find(const std::string& name) const {
-    return fs::relative(find_plugin(name, folder_.path(), {folder_.path() / "a", b_}),
-                        folder_.path());
+    return fs::relative(find_plugin(name, folder_.path(), {folder_.path("a"), b_}), folder_.path());
   }
 
   TestFolder folder_;
-  fs::path b_ = folder_.path() / "b";
+  fs::path b_ = folder_.path("b");
 };
 
 TEST_F(FindPlugin, LooksThroughTheFoldersInTheirOrder) {
@@ -88,8 +89,8 @@ TEST_F(FindPlugin, TakesANameWithASlashAsAPath) {
 
 TEST_F(FindPlugin, SaysWhereItHasLooked) {
   EXPECT_EQ(error_of([&] { find("three"); }),
-            "no plug-in three.so in " + folder_.path().string() + "/a, " + b_.string());
-  EXPECT_EQ(error_of([&] { find("c/one"); }), folder_.path().string() + "/c/one.so: no such file");
+            "no plug-in three.so in " + folder_.path() + "/a, " + b_.string());
+  EXPECT_EQ(error_of([&] { find("c/one"); }), folder_.path() + "/c/one.so: no such file");
 }
 
 }  // namespace

@@ -11,13 +11,13 @@
 #include <string_view>
 #include <vector>
 
-namespace sdpsol {
+namespace test_support {
 
 /// An empty folder that vanishes with the object. Its path holds no blank.
 class TestFolder {
  public:
   TestFolder() {
-    std::string name = "/tmp/sdpsol_command_XXXXXX";
+    std::string name = "/tmp/sdpsol_test_XXXXXX";
     if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("mkdtemp failed");
     path_ = name;
   }
@@ -59,4 +59,4 @@ inline std::string content_of(const std::string& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-}  // namespace sdpsol
+}  // namespace test_support
