@@ -26,7 +26,9 @@ zelrun::Folders plugin_folders(const zelrun::Options& options) {
   return folders;
 }
 
-zelhost::Plugin load(const std::string& name, const zelrun::Folders& folders) {
+// A plug-in that the command line names.
+zelhost::Plugin load(const std::string& name, zelrun::Folders folders) {
+  folders.insert(folders.begin(), fs::current_path());
   return zelhost::load_plugin(zelhost::find_plugin(name, fs::current_path(), folders));
 }
 
