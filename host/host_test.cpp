@@ -136,16 +136,14 @@ TEST_F(HostTest, RefusesDescriptorsThatAreNone) {
     EXPECT_EQ(primitive_unit(TAG_OUT, TAG_DYN, static_cast<const char*>(nullptr), TAG_END, root),
               nullptr);
   });
+  const std::string no_element =
+      "misuse: primitive_unit: TAG_DYN with an element type that is neither \"F\" nor \"I\"";
   EXPECT_EQ(said(),
             (Texts{"misuse: primitive_unit: neither TAG_INP, TAG_OUT nor TAG_END: 5",
                    "misuse: primitive_unit: neither TAG_INP, TAG_OUT nor TAG_END: -99999994",
                    "misuse: primitive_unit: no port kind: -99999998",
                    "misuse: primitive_unit: TAG_FLOAT with count 0",
-                   "misuse: primitive_unit: TAG_STRING with count 2",
-                   "misuse: primitive_unit: TAG_DYN with an element type that is neither \"F\" "
-                   "nor \"I\"",
-                   "misuse: primitive_unit: TAG_DYN with an element type that is neither \"F\" "
-                   "nor \"I\""}));
+                   "misuse: primitive_unit: TAG_STRING with count 2", no_element, no_element}));
 }
 
 TEST_F(HostTest, KnowsItsOwnUnits) {
