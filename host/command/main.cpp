@@ -1,3 +1,4 @@
+#include <csignal>
 #include <filesystem>
 #include <iostream>
 #include <new>
@@ -51,6 +52,8 @@ int fail(zelrun::ExitStatus status, const std::string& what) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // Beyond the largest size of files a write fails, and is no end of the host.
+  std::signal(SIGXFSZ, SIG_IGN);
   try {
     const zelrun::ParsedCommandLine parsed = zelrun::parse_command_line(argc, argv);
     std::cout << parsed.output;

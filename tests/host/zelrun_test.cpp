@@ -4,66 +4,19 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstdlib>
-#include <nlohmann/json.hpp>
 #include <regex>
+#include <stdexcept>
 #include <string>
 
-#include "tests/support/test_folder.h"
+#include "tests/host/run_zelrun.h"
 
 namespace {
 
-using test_support::content_of;
-using test_support::TestFolder;
-using Json = nlohmann::json;
-
-const std::string kZelrun = SDPSOL_BIN_DIR "/zelrun";
-
-struct Ended {
-  int status = -1;
-  std::string output;
-  std::string error;
-};
-
-// A network of one instance whose solver is a shell script.
-class Zelrun : public testing::Test {
- protected:
-  // Runs a shell line in the folder, where $Z is the command.
-  [[nodiscard]] Ended run_line(const std::string& line) const {
-    const TestFolder caught;
-    const std::string script =
-        caught.file("script", "Z=" + kZelrun + "\ncd " + folder_.path() + "\n" + line + "\n");
-    const int status = std::system(
-        ("sh " + script + " </dev/null >" + caught.path("output") + " 2>" + caught.path("error"))
-            .c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, content_of(caught.path("output")),
-            content_of(caught.path("error"))};
-  }
-
-  // Writes "network.json", which fires the given methods of an instance "a".
-  void network(const std::string& order, const std::string& command = "sh solver.sh") const {
-    const Json instance = {
-        {"plugin", "sdpsol"}, {"icon", "sdpsol"}, {"dialog", {{"sdpsol command", command}}}};
-    Json methods = Json::array();
-    for (const Json& name : Json::parse(order)) methods.push_back({"a", name});
-    folder_.file(
-        "network.json",
-        Json{{"title", "a test"}, {"instances", {{"a", instance}}}, {"order", methods}}.dump());
-  }
-
-  void solver(const std::string& script) const { folder_.file("solver.sh", script); }
-
-  void answer(const std::string& result) const {
-    folder_.file("answer", result);
-    solver("cp answer \"$3\"\n");
-  }
-
-  static constexpr const char* kResult =
-      "*** Objective value\nobjective = 0.5\n\n*** Variables\nx = 1.5\n\n";
-
-  TestFolder folder_;
-};
+using zelrun_test::Ended;
+using zelrun_test::Json;
+using zelrun_test::kResult;
+using zelrun_test::kZelrun;
+using zelrun_test::Zelrun;
 
 // Times differ from run to run.
 std::string without_times(const std::string& text) {

@@ -39,6 +39,8 @@ class TestFolder {
     return path(name);
   }
 
+  bool exists(std::string_view name) const { return std::filesystem::exists(path_ / name); }
+
   /// The names of all that is in it, sorted; links are not followed.
   std::vector<std::string> names() const {
     std::vector<std::string> found;
