@@ -1,7 +1,6 @@
 // What breaks on the road from the network to the solver and back, what the
 // plug-in says of it afterwards, and that the host survives.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <string>
 
@@ -80,8 +79,8 @@ TEST_F(Faults, ResultFileNotThere) {
 }
 
 TEST_F(Faults, ResultFileNotReadable) {
-  if (geteuid() == 0) GTEST_SKIP() << "root may read everything";
-  solver("echo >\"$3\"; chmod 0 \"$3\"\n");
+  // A link to itself: not even root can read it.
+  solver("ln -s \"$3\" \"$3\"\n");
   EXPECT_EQ(code_after("sh solver.sh"), 3);
 }
 
