@@ -78,9 +78,9 @@ TEST_F(Faults, ASolverKilledByASignalIsTwo) {
 
 TEST_F(Faults, AHangingSolverThatIsKilledIsTwo) {
   const std::string pid_file = dir_.path("pid");
-  const def_unittype* const root =
-      instance(script(dir_, "echo $$ > " + pid_file + ".new\nmv " + pid_file + ".new " + pid_file +
-                                "\n" + "exec sleep 60\n"));
+  const std::string hang =
+      "echo $$ > " + pid_file + ".new\nmv " + pid_file + ".new " + pid_file + "\nexec sleep 60\n";
+  const def_unittype* const root = instance("exec " + script(dir_, hang));
   pid_t killed = 0;
   std::thread killer([&] {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(50);
