@@ -121,14 +121,10 @@ TEST(Symbols, WantedAreTheHostsOperationsAndTheStandardLibrarysAlone) {
   std::set<std::string> unknown;
   for (const auto& [name, type] : dynamic_symbols("--undefined-only")) {
     const std::string version = name.substr(std::min(name.find('@'), name.size()));
-    if (version.empty() && type == 'U') {
-      of_the_host.insert(name);
-    } else if (version.empty()) {
-      unknown.insert(name);
-    } else if (!version.starts_with("@GLIBC_") && !version.starts_with("@GLIBCXX_") &&
-               !version.starts_with("@CXXABI_") && !version.starts_with("@GCC_")) {
-      unknown.insert(name);
-    }
+    const bool standard = version.starts_with("@GLIBC_") || version.starts_with("@GLIBCXX_") ||
+                          version.starts_with("@CXXABI_") || version.starts_with("@GCC_");
+    if (standard) continue;
+    (version.empty() && type == 'U' ? of_the_host : unknown).insert(name);
   }
   const std::set<std::string> operations{
       "INFO_FOR_INP",   "INFO_FOR_OUT", "SET_INFO_FOR_METHOD",     "TVAL",

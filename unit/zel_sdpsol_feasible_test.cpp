@@ -95,9 +95,9 @@ TEST_F(IsFeasible, WantsAtLeastAsManyValuesAsTheNumberBeforeItIsTruncated) {
 
 TEST_F(IsFeasible, ComposesWhatTheDriverComposesOfTheSameMatrices) {
   const Floats values{0.1F, -0.0F, 1e-30F, kInfinity, -kInfinity, kNan, 16777216, 1e30F};
+  const std::vector<double> d(values.begin(), values.end());
   sdpsol_wrapper twin("true", dir_.path("twin.in"), dir_.path("answer"));
-  twin.isFeasible({{{0.1F, -0.0}, {1e-30F, kInfinity}}, {{-kInfinity, kNan}, {16777216, 1e30F}}},
-                  true);
+  twin.isFeasible({{{d[0], d[1]}, {d[2], d[3]}}, {{d[4], d[5]}, {d[6], d[7]}}}, true);
   EXPECT_EQ(ask(2, values), twin.definition);
 }
 
