@@ -115,6 +115,8 @@ TEST_F(IsFeasible, IsStrictUnlessAskedNotToBe) {
 TEST_F(IsFeasible, RefusesANumberOfMatricesThatIsNotPositive) {
   for (const float count : {0.0F, -0.0F, -1.0F, -0.5F, -1e30F, -kInfinity, kNan}) {
     expect_refused(count, {1, 2, 3});
+    fire_anyhow(unit_);
+    EXPECT_EQ(calls_, "zel_reassign(Is_Feasible, 1, 0, 0, array)\n") << "the length was asked for";
   }
 }
 
