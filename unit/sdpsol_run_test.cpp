@@ -16,6 +16,7 @@
 namespace {
 
 using unit_test::CapturedOutput;
+using unit_test::NotRoot;
 using unit_test::TempDir;
 using namespace std::string_literals;
 
@@ -29,22 +30,6 @@ RunOutcome run(sdpsol_wrapper& driver) {
   const int code = driver.run();
   return {code, output.text()};
 }
-
-// While it lives, root acts as an ordinary user, whom permissions stop.
-class NotRoot {
- public:
-  NotRoot() : was_root_(geteuid() == 0) {
-    if (was_root_ && seteuid(65534) != 0) was_root_ = false;
-  }
-  NotRoot(const NotRoot&) = delete;
-  NotRoot& operator=(const NotRoot&) = delete;
-  ~NotRoot() {
-    if (was_root_ && seteuid(0) != 0) std::abort();
-  }
-
- private:
-  bool was_root_;
-};
 
 // A record full of an earlier run, to see that a run clears it.
 void fill_result(sdpsol_wrapper& driver) {

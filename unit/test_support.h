@@ -1,6 +1,8 @@
 // What the tests of the driver share: a directory of their own, standard output
-// as a text, and commands that stand in for the solver.
+// as a text, an ordinary user, and commands that stand in for the solver.
 #pragma once
+
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -62,6 +64,40 @@ class CapturedOutput {
  private:
   std::ostringstream captured_;
   std::streambuf* before_;
+};
+
+/// While it lives, root acts as an ordinary user, whom permissions stop.
+class NotRoot {
+ public:
+  NotRoot() : was_root_(geteuid() == 0) {
+    if (was_root_ && seteuid(65534) != 0) was_root_ = false;
+  }
+  NotRoot(const NotRoot&) = delete;
+  NotRoot& operator=(const NotRoot&) = delete;
+  ~NotRoot() {
+    if (was_root_ && seteuid(0) != 0) std::abort();
+  }
+
+ private:
+  bool was_root_;
+};
+
+/// While it lives, relative names are in another directory.
+class WorkingDirectory {
+ public:
+  explicit WorkingDirectory(const std::filesystem::path& path)
+      : before_(std::filesystem::current_path()) {
+    std::filesystem::current_path(path);
+  }
+  WorkingDirectory(const WorkingDirectory&) = delete;
+  WorkingDirectory& operator=(const WorkingDirectory&) = delete;
+  ~WorkingDirectory() {
+    std::error_code ignored;
+    std::filesystem::current_path(before_, ignored);
+  }
+
+ private:
+  std::filesystem::path before_;
 };
 
 /// A shell script that stands in for the solver: $3 is the result file, $4 the
