@@ -110,7 +110,7 @@ class PluginTest : public ::testing::Test {
   }
 
   RecordingHost host_;
-  TempDir dir_;
+  TestFolder dir_;
   std::string said_;
   std::string calls_;
   Packets packets_;

@@ -113,7 +113,7 @@ TEST_F(Faults, AResultThatWasNotWrittenIsThree) {
 TEST_F(Faults, AResultThatMayNotBeReadIsThree) {
   const NotRoot not_root;
   if (geteuid() == 0) GTEST_SKIP() << "root may read everything";
-  const TempDir dir;
+  const TestFolder dir;
   write_file(dir.path("out"), kFeasible);
   ASSERT_EQ(chmod(dir.path("out").c_str(), 0), 0);
   host_.dialog = {"true", dir.path("in"), dir.path("out")};
@@ -181,7 +181,7 @@ TEST_F(Faults, ADefinitionFileInNoDirectoryIsOne) {
 TEST_F(Faults, AWorkingDirectoryThatMayNotBeWrittenIsOne) {
   const NotRoot not_root;
   if (geteuid() == 0) GTEST_SKIP() << "root may write everywhere";
-  const TempDir dir;
+  const TestFolder dir;
   ASSERT_EQ(mkdir(dir.path("closed").c_str(), 0555), 0);
   const WorkingDirectory closed(dir.path("closed"));
   const def_unittype* const root = icon().create(0, 0, &icon(), host_.parent());
@@ -238,7 +238,7 @@ TEST_F(Faults, AResultCutAnywhereIsWhatTheParserMakesOfIt) {
       "variable x, Q(2,2) symmetric;\nx > 1; x < 2;\nQ > x*eye(2);\ntrace(Q) < 5;\n"
       "minimize o = x;\n";
   fire(find(solved, "General:Run_Sdpsol"));
-  const std::string whole = read_file(dir_.path("whole.out"));
+  const std::string whole = content_of(dir_.path("whole.out"));
   ASSERT_EQ(get_result(solved).values.size(), 5U);
 
   const def_unittype* const root = instance("true");

@@ -70,7 +70,7 @@ constexpr std::string_view kTwoOfThree =
 
 TEST_F(IsFeasible, CutsTheArrayMatrixAfterMatrixRowAfterRow) {
   EXPECT_EQ(ask(2, counting(18)), kTwoOfThree);
-  EXPECT_EQ(read_file(dir_.path("sdpsol.in")), kTwoOfThree);
+  EXPECT_EQ(content_of(dir_.path("sdpsol.in")), kTwoOfThree);
 }
 
 TEST_F(IsFeasible, LeavesOutWhatIsTooMuchForWholeMatrices) {

@@ -154,7 +154,7 @@ TEST_F(General, RunAsksTheCommandAndShowsItsCode) {
   define("variable x;\n");
   EXPECT_EQ(run(), 0.0F);
   EXPECT_EQ(calls_, "");
-  EXPECT_EQ(read_file(dir_.path("sdpsol.in")), "variable x;\n");
+  EXPECT_EQ(content_of(dir_.path("sdpsol.in")), "variable x;\n");
   EXPECT_EQ(driver_of(root_).definition, "variable x;\n");
   sdpsol_wrapper twin("true", dir_.path("twin.in"), dir_.path("answer"));
   twin.run();

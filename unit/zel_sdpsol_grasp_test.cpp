@@ -12,7 +12,7 @@ TEST_P(AnyMethod, AsksWhatTheDriverIsAskedDirectly) {
   expect_as_directly(kGrasp313);
   EXPECT_EQ(driver_of(unit_).definition.substr(0, 8),
             GetParam().has_epsilons ? "variable" : "BIGM=300");
-  EXPECT_EQ(read_file(dir_.path("sdpsol.in")), driver_of(unit_).definition);
+  EXPECT_EQ(content_of(dir_.path("sdpsol.in")), driver_of(unit_).definition);
 }
 
 TEST_P(AnyMethod, WidensEveryNumber) {

@@ -80,7 +80,7 @@ TEST_F(Road, WithTheDialogsDefaultsFindsTheSolverByItsName) {
   EXPECT_EQ(run(root), 0.0F);
   setenv("PATH", before.c_str(), 1);
   EXPECT_EQ(get_result(root).feasible, 1.0F);
-  EXPECT_EQ(read_file(dir_.path("sdpsol.in")), "variable x;\nx > 1;\n");
+  EXPECT_EQ(content_of(dir_.path("sdpsol.in")), "variable x;\nx > 1;\n");
   EXPECT_TRUE(std::filesystem::exists(dir_.path("sdpsol.out")));
 }
 
@@ -117,7 +117,7 @@ TEST_F(Road, KeepsTwoInstancesApart) {
   EXPECT_EQ(of_first.values.size(), 1U);
   EXPECT_NEAR(of_second.objective, 8.0F, 1e-5F);
   EXPECT_EQ(of_second.values.size(), 2U);
-  EXPECT_EQ(read_file(dir_.path("first.in")), "variable a;\na > 1;\na < 2;\nmaximize o = a;\n");
+  EXPECT_EQ(content_of(dir_.path("first.in")), "variable a;\na > 1;\na < 2;\nmaximize o = a;\n");
 
   // A refusal by one leaves the other's result.
   fire_anyhow(find(first, "IntForce:Exists"));

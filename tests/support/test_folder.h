@@ -13,6 +13,18 @@
 
 namespace test_support {
 
+inline void write_file(const std::string& path, std::string_view text) {
+  std::ofstream file(path, std::ios::binary);
+  file.write(text.data(), static_cast<std::streamsize>(text.size()));
+  if (!file.flush()) throw std::runtime_error("cannot write " + path);
+}
+
+inline std::string content_of(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) throw std::runtime_error("cannot read " + path);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
 /// An empty folder that vanishes with the object. Its path holds no blank.
 class TestFolder {
  public:
@@ -33,9 +45,7 @@ class TestFolder {
 
   /// Writes a file and returns its path.
   std::string file(std::string_view name, std::string_view text) const {
-    std::ofstream out(path(name), std::ios::binary);
-    out.write(text.data(), static_cast<std::streamsize>(text.size()));
-    if (!out.flush()) throw std::runtime_error("cannot write " + path(name));
+    write_file(path(name), text);
     return path(name);
   }
 
@@ -54,11 +64,5 @@ class TestFolder {
  private:
   std::filesystem::path path_;
 };
-
-inline std::string content_of(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) throw std::runtime_error("cannot read " + path);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 }  // namespace test_support
