@@ -95,12 +95,14 @@ PortValue read_value(const JsonNode& node, PortType type) {
   const auto numbers = read_list(node, type);
   if (type.kind == PortKind::kIntegerArray) {
     std::vector<std::int32_t> integers;
+    integers.reserve(numbers.size());
     for (const JsonNode& number : numbers) integers.push_back(read_integer(number));
     return integers;
   }
   if (type.kind == PortKind::kFloats && numbers.size() != static_cast<std::size_t>(type.count))
     node.fail("the port takes " + to_string(type) + ", here are " + std::to_string(numbers.size()));
   std::vector<float> floats;
+  floats.reserve(numbers.size());
   for (const JsonNode& number : numbers) floats.push_back(read_float(number));
   return floats;
 }

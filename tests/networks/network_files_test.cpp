@@ -1,5 +1,6 @@
-// Networks with one error each, as data: zelrun refuses every file of
-// tests/networks/bad with exactly the text in its .expected, and status 1.
+// Networks as data: zelrun runs every file of tests/networks/good, and refuses
+// every file of bad/, each with one error, with exactly the text in its .expected
+// and status 1.
 //
 // UPDATE_GOLDEN=1 rewrites the .expected files; such a run fails, so that it is
 // never taken for a passing one.
@@ -19,11 +20,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path kFolder = SDPSOL_SOURCE_DIR "/tests/networks/bad";
+fs::path folder(const std::string& kind) {
+  return fs::path(SDPSOL_SOURCE_DIR) / "tests" / "networks" / kind;
+}
 
-std::vector<std::string> networks() {
+std::vector<std::string> networks(const std::string& kind) {
   std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(kFolder)) {
+  for (const auto& entry : fs::directory_iterator(folder(kind))) {
     if (entry.path().extension() == ".json") names.push_back(entry.path().stem());
   }
   std::sort(names.begin(), names.end());
@@ -46,16 +49,28 @@ std::string with_placeholders(std::string text) {
   return text;
 }
 
+class GoodNetwork : public testing::TestWithParam<std::string> {};
 class BadNetwork : public testing::TestWithParam<std::string> {};
 
+TEST_P(GoodNetwork, IsRun) {
+  const sdpsol::TestFolder working_folder;
+  const std::string file = folder("good") / (GetParam() + ".json");
+  const sdpsol::Ended ended =
+      sdpsol::run_line(working_folder, "PATH=" SDPSOL_BIN_DIR ":$PATH\nzelrun run --json " + file);
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_EQ(ended.error, "");
+  EXPECT_EQ(ended.output.front(), '{');
+}
+
 TEST_P(BadNetwork, IsRefusedAsExpected) {
-  const sdpsol::TestFolder folder;
+  const sdpsol::TestFolder working_folder;
   const sdpsol::Ended ended = sdpsol::run_line(
-      folder, "cd " + kFolder.string() + "\n" SDPSOL_BIN_DIR "/zelrun run " + GetParam() + ".json");
+      working_folder,
+      "cd " + folder("bad").string() + "\n" SDPSOL_BIN_DIR "/zelrun run " + GetParam() + ".json");
   EXPECT_EQ(ended.status, 1);
   EXPECT_EQ(ended.output, "");
   const std::string error = with_placeholders(ended.error);
-  const fs::path expected = kFolder / (GetParam() + ".expected");
+  const fs::path expected = folder("bad") / (GetParam() + ".expected");
   if (std::getenv("UPDATE_GOLDEN") != nullptr) {
     std::ofstream(expected, std::ios::binary) << error;
     FAIL() << "rewritten: " << expected;
@@ -68,6 +83,7 @@ std::string name_of(const testing::TestParamInfo<std::string>& info) {
   return info.param;
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, BadNetwork, testing::ValuesIn(networks()), name_of);
+INSTANTIATE_TEST_SUITE_P(Files, GoodNetwork, testing::ValuesIn(networks("good")), name_of);
+INSTANTIATE_TEST_SUITE_P(Files, BadNetwork, testing::ValuesIn(networks("bad")), name_of);
 
 }  // namespace
