@@ -40,7 +40,9 @@ function(add_project_test name)
   target_compile_definitions(${name} PRIVATE
     SDPSOL_BIN_DIR="${CMAKE_BINARY_DIR}/bin" SDPSOL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+  # Also for the commands that a test starts.
+  set(leaks "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/leaks.supp:print_suppressions=0")
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300 ENVIRONMENT "${leaks}")
 endfunction()
 if(SDPSOL_TESTS)
   include(GoogleTest)
