@@ -42,6 +42,7 @@ function(add_project_test name)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
   set(properties TIMEOUT 300)
   if(SDPSOL_SANITIZE)
+    # Also for the commands that a test starts.
     list(APPEND properties ENVIRONMENT
       "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0")
   endif()
