@@ -31,11 +31,14 @@ inline double median(std::vector<double> times) {
 }
 
 /// Work and floor take turns, so that a machine that slows down slows both.
-/// Counters: ratio = median of the work / median of the floor, and the floor's
-/// median in seconds. The benchmark must use manual time, which is the work's.
+/// Counters: ratio = median of the work / median of the floor, the floor's median
+/// and what the work takes beyond it, in seconds. The benchmark must use manual
+/// time, which is the work's.
 /// @param clock one of those above.
-template <class Work, class Floor>
-void compare(benchmark::State& state, double (*clock)(), const Work& work, const Floor& floor) {
+/// @param prepare runs before each next round, outside of all times.
+template <class Work, class Floor, class Prepare>
+void compare(benchmark::State& state, double (*clock)(), const Work& work, const Floor& floor,
+             const Prepare& prepare) {
   const auto seconds = [clock](const auto& call) {
     const double start = clock();
     call();
@@ -47,9 +50,16 @@ void compare(benchmark::State& state, double (*clock)(), const Work& work, const
     work_times.push_back(seconds(work));
     floor_times.push_back(seconds(floor));
     state.SetIterationTime(work_times.back());
+    prepare();
   }
   state.counters["ratio"] = median(work_times) / median(floor_times);
   state.counters["floor"] = median(floor_times);
+  state.counters["beyond"] = median(work_times) - median(floor_times);
+}
+
+template <class Work, class Floor>
+void compare(benchmark::State& state, double (*clock)(), const Work& work, const Floor& floor) {
+  compare(state, clock, work, floor, [] {});
 }
 
 }  // namespace bench

@@ -5,57 +5,27 @@
 // Each goal for "ratio" stands beside it.
 #include <benchmark/benchmark.h>
 
-#include <Eigen/Geometry>
-#include <Eigen/QR>
 #include <cstdlib>
+#include <functional>
 #include <iostream>
-#include <string>
-#include <vector>
 
 #include "bench/compare.h"
-#include "examples/questions.h"
+#include "bench/four_contacts.h"
+#include "tests/support/test_folder.h"
+#include "unit/sdpsol_wrapper.h"
 
 namespace {
 
-// Four fingertips on a ball of 6 cm, at no two equal angles, so that no
-// coefficient of the orthonormal base is 0, as in a measured grasp. Lengths in
-// metres, forces in newton.
-examples::Grasp four_contacts() {
-  const std::vector<Eigen::Vector3d> directions = {
-      {0.9, 0.2, 0.35}, {-0.5, 0.85, 0.1}, {-0.35, -0.9, 0.25}, {0.1, -0.05, -1.0}};
-  Eigen::Matrix<double, 6, 12> map;
-  examples::Grasp grasp;
-  for (std::size_t i = 0; i < directions.size(); ++i) {
-    const Eigen::Vector3d normal = -directions[i].normalized();
-    const Eigen::Vector3d point = -0.03 * normal;
-    const Eigen::Vector3d tangential_1 = normal.unitOrthogonal();
-    const auto column = 3 * static_cast<Eigen::Index>(i);
-    Eigen::Matrix3d frame;
-    frame << tangential_1, normal.cross(tangential_1), normal;
-    map.block<3, 3>(0, column) = frame;
-    for (Eigen::Index k = 0; k < 3; ++k) map.block<3, 1>(3, column + k) = point.cross(frame.col(k));
-    grasp.types.push_back(3);
-    grasp.friction.push_back(0.5);
-    for (const double bound : {-20.0, 20.0, -20.0, 20.0, 0.0, 20.0}) grasp.bounds.push_back(bound);
-  }
-  // The last columns of Q in map' = Q R are orthogonal to every row of the map.
-  const Eigen::HouseholderQR<Eigen::Matrix<double, 12, 6>> qr(map.transpose());
-  const Eigen::Matrix<double, 12, 12> q = qr.householderQ();
-  for (Eigen::Index row = 0; row < 12; ++row)
-    for (Eigen::Index column = 6; column < 12; ++column) grasp.base.push_back(q(row, column));
-  grasp.individual = {0, 1, 2, 3};
-  grasp.point = 0;
-  return grasp;
-}
+using bench::Grasp;
 
 // One question with its driver, whose definition every round runs again.
 struct Case {
   const char* name;
   double goal;
-  examples::Question question;
+  std::function<void(sdpsol_wrapper&, const Grasp&)> ask;
   bool failed = false;
-  examples::WorkingFolder folder = {};
-  sdpsol_wrapper solver = folder.solver(SDPSOL_COMMAND);
+  test_support::TestFolder folder = {};
+  sdpsol_wrapper solver = {SDPSOL_COMMAND, folder.path("definition"), folder.path("result")};
 };
 
 void solve(benchmark::State& state, Case& run) {
@@ -68,16 +38,32 @@ void solve(benchmark::State& state, Case& run) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  using examples::Question;
-  Case cases[] = {{"exists", 3, Question::kExists},
-                  {"individual", 4.5, Question::kIndividual},
-                  {"friction", 4.5, Question::kFriction},
-                  {"all", 4.5, Question::kAll},
-                  {"point", 4.5, Question::kPoint}};
+  Case cases[] = {
+      {"exists", 3,
+       [](sdpsol_wrapper& solver, const Grasp& g) {
+         solver.internalForceExists(g.base, g.types, g.friction, g.bounds);
+       }},
+      {"individual", 4.5,
+       [](sdpsol_wrapper& solver, const Grasp& g) {
+         solver.internalForceMaximizeIndividual(g.base, g.types, g.friction, g.bounds,
+                                                {0, 1, 2, 3});
+       }},
+      {"friction", 4.5,
+       [](sdpsol_wrapper& solver, const Grasp& g) {
+         solver.internalForceMaximizeFrictionContacts(g.base, g.types, g.friction, g.bounds,
+                                                      nullptr);
+       }},
+      {"all", 4.5,
+       [](sdpsol_wrapper& solver, const Grasp& g) {
+         solver.internalForceMaximizeAll(g.base, g.types, g.friction, g.bounds, nullptr);
+       }},
+      {"point", 4.5, [](sdpsol_wrapper& solver, const Grasp& g) {
+         solver.internalForceMaximizePointContact(g.base, g.types, g.friction, g.bounds, 0);
+       }}};
   for (Case& run : cases) {
     // Composes the definition; a time for a grasp without forces would mean nothing.
-    run.failed = examples::ask(run.solver, four_contacts(), run.question).verdict !=
-                 examples::Verdict::kFeasible;
+    run.ask(run.solver, bench::four_contacts());
+    run.failed = run.solver.lastResult.errorCode != 0 || !run.solver.lastResult.feasible;
     if (run.failed) continue;
     benchmark::RegisterBenchmark(run.name, [&run](benchmark::State& state) { solve(state, run); })
         ->UseManualTime()

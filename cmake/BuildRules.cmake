@@ -40,7 +40,13 @@ function(add_project_test name)
   target_compile_definitions(${name} PRIVATE
     SDPSOL_BIN_DIR="${CMAKE_BINARY_DIR}/bin" SDPSOL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+  set(properties TIMEOUT 300)
+  if(SDPSOL_SANITIZE)
+    # Also for the commands that a test starts.
+    list(APPEND properties ENVIRONMENT
+      "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0")
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES ${properties})
 endfunction()
 if(SDPSOL_TESTS)
   include(GoogleTest)

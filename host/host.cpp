@@ -1,6 +1,7 @@
 #include "host/host.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "host/platform.h"
@@ -24,6 +25,13 @@ std::string error_text(int code) {
 }
 
 }  // namespace
+
+struct Host::Creation {
+  std::vector<std::string> dialog;
+  MethodTexts texts;
+  std::optional<std::string> selected;
+  Unit* root = nullptr;
+};
 
 Host::Host() {
   if (current_host() != nullptr) throw std::logic_error("a process has one host at a time");
@@ -61,7 +69,8 @@ Unit* Host::create_root(const Icon& icon, std::vector<std::string> dialog, def_u
     Host& host_;
   };
   const Scope scope(*this);
-  creation_.emplace().dialog = std::move(dialog);
+  creation_ = std::make_unique<Creation>();
+  creation_->dialog = std::move(dialog);
 
   def_unittype* const root = icon.definition->create(0, 0, icon.definition, parent);
   if (texts != nullptr) *texts = std::move(creation_->texts);
@@ -259,7 +268,7 @@ bool Host::is_owned(const void* array, const Unit& unit) const {
 
 bool Host::expect_creation(const char* operation) {
   if (!creation_) misuse(operation, "called while no instance is created");
-  return creation_.has_value();
+  return creation_ != nullptr;
 }
 
 void Host::tell_observer(const char* operation, const Unit* unit) {

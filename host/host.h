@@ -4,7 +4,6 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -108,13 +107,7 @@ class Host {
   bool replace_array(const def_unittype* unit, int output, int reserved, int length, void* array);
 
  private:
-  // What an icon's create leaves behind while it runs.
-  struct Creation {
-    std::vector<std::string> dialog;
-    MethodTexts texts;
-    std::optional<std::string> selected;
-    Unit* root = nullptr;
-  };
+  struct Creation;
 
   [[nodiscard]] Unit* find(const def_unittype* unit) const;
   // The unit, after telling the observer of the operation; null and a report if it is none.
@@ -132,7 +125,8 @@ class Host {
   Unit* environment_ = nullptr;
   // Those that plug-ins handed over and that are not replaced yet.
   std::unordered_set<const void*> owned_arrays_;
-  std::optional<Creation> creation_;
+  // What an icon's create leaves behind, while it runs.
+  std::unique_ptr<Creation> creation_;
   std::vector<Report> reports_;
   Observer observer_;
   std::size_t units_left_ = static_cast<std::size_t>(-1);

@@ -51,6 +51,14 @@ class DuplicateKeys {
 
   [[nodiscard]] const std::string& found() const { return found_; }
 
+  /// Where the parser is.
+  [[nodiscard]] std::string place() const {
+    std::string pointer;
+    for (const Level& each : levels_)
+      pointer += "/" + (each.is_array ? std::to_string(each.index) : escaped(each.key));
+    return pointer.empty() ? "/" : pointer;
+  }
+
  private:
   struct Level {
     bool is_array;
@@ -62,10 +70,7 @@ class DuplicateKeys {
   void see_key(const std::string& key) {
     Level& level = levels_.back();
     level.key = key;
-    if (level.keys.insert(key).second || !found_.empty()) return;
-    for (const Level& each : levels_) {
-      found_ += "/" + (each.is_array ? std::to_string(each.index) : escaped(each.key));
-    }
+    if (!level.keys.insert(key).second && found_.empty()) found_ = place();
   }
 
   void count_element() {
@@ -76,18 +81,67 @@ class DuplicateKeys {
   std::string found_;
 };
 
-// "FILE:LINE:COLUMN: WHAT" from the library's message and the place it names.
-std::string syntax_error(const std::string& file, std::string_view text,
-                         const Json::parse_error& error) {
-  const std::size_t at = std::min(error.byte == 0 ? 0 : error.byte - 1, text.size());
-  const std::string_view before = text.substr(0, at);
-  const auto line = 1 + std::count(before.begin(), before.end(), '\n');
-  const std::size_t line_start = before.rfind('\n') + 1;  // npos + 1 is 0
+constexpr std::string_view kBlanks = " \t\r\n";
+
+// What the library says without what it read last: line and column show that, and
+// it may be bytes that are no text.
+std::string reason_of(const Json::parse_error& error) {
   std::string what = error.what();
   const std::size_t reason = what.find("syntax error");
   if (reason != std::string::npos) what.erase(0, reason);
+  const std::size_t read = what.find("; last read: '");
+  if (read == std::string::npos) return what;
+  const std::size_t expected = what.rfind("'; expected ");
+  const bool is_behind = expected != std::string::npos && expected > read;
+  return what.substr(0, read) + (is_behind ? what.substr(expected + 1) : "");
+}
+
+// What people who write JSON by hand get wrong most often, as the remedy.
+// @param at the place where the text is no JSON any more; not its end.
+std::string_view remedy(std::string_view text, std::size_t at, std::string_view reason) {
+  const char here = text[at];
+  const std::size_t last = text.substr(0, at).find_last_not_of(kBlanks);
+  const char before = last == std::string_view::npos ? '\0' : text[last];
+  const bool invalid = reason.find("invalid literal") != std::string_view::npos;
+  const bool comma_possible = reason.find("parsing object -") != std::string_view::npos ||
+                              reason.find("parsing array -") != std::string_view::npos;
+  if (invalid && (here == '/' || here == '#' || here == '%')) return "JSON has no comments";
+  if (invalid && here == '\'') return "texts stand in double quotes";
+  if (invalid) return "a word or a number that is none; texts stand in double quotes";
+  if ((here == ']' || here == '}') && before == ',') return "the comma before it is too many";
+  if (comma_possible && here != ']' && here != '}' && here != ':')
+    return "a comma is missing before it";
+  return {};
+}
+
+// The quote that opens the text which ends at `end`.
+std::size_t start_of_text(std::string_view text, std::size_t end) {
+  std::size_t at = end;
+  while (at > 0) {
+    --at;
+    if (text[at] == '"' && (at == 0 || text[at - 1] != '\\')) return at;
+  }
+  return end;
+}
+
+// "FILE:LINE:COLUMN: WHAT" from the library's message and the place it names.
+std::string syntax_error(const std::string& file, std::string_view text,
+                         const Json::parse_error& error) {
+  if (text.find_first_not_of(kBlanks) == std::string_view::npos)
+    return file + ":1:1: the file is empty";
+  std::string reason = reason_of(error);
+  std::size_t at = std::min(error.byte == 0 ? 0 : error.byte - 1, text.size());
+  // The library names the end of a text that it did not expect.
+  if (reason.find("unexpected string literal") != std::string::npos) at = start_of_text(text, at);
+  if (at < text.size()) {
+    const std::string_view hint = remedy(text, at, reason);
+    if (!hint.empty()) reason += " (" + std::string(hint) + ")";
+  }
+  const std::string_view before = text.substr(0, at);
+  const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+  const std::size_t line_start = before.rfind('\n') + 1;  // npos + 1 is 0
   return file + ":" + std::to_string(line) + ":" + std::to_string(at - line_start + 1) + ": " +
-         what;
+         reason;
 }
 
 std::string listed(std::initializer_list<std::string_view> first,
@@ -103,13 +157,17 @@ std::string listed(std::initializer_list<std::string_view> first,
 
 }  // namespace
 
+std::string JsonNode::place() const {
+  return file_ + ": " + (pointer_.empty() ? "/" : pointer_);
+}
+
 void JsonNode::fail(const std::string& what) const {
-  throw JsonError(file_ + ": " + (pointer_.empty() ? "/" : pointer_) + ": " + what);
+  throw JsonError(place() + ": " + what);
 }
 
 void JsonNode::expect_keys(std::initializer_list<std::string_view> required,
                            std::initializer_list<std::string_view> optional) const {
-  for (const auto& [key, node] : members("an object")) {
+  for (const auto& [key, node] : members("the keys " + listed(required, optional))) {
     const auto is_key = [&name = key](std::string_view known) { return known == name; };
     if (std::none_of(required.begin(), required.end(), is_key) &&
         std::none_of(optional.begin(), optional.end(), is_key)) {
@@ -143,7 +201,10 @@ std::vector<std::pair<std::string, JsonNode>> JsonNode::members(std::string_view
 
 std::string JsonNode::text(std::string_view what) const {
   if (!value_->is_string()) fail("this takes " + std::string(what) + ", as a text in quotes");
-  return value_->get<std::string>();
+  auto text = value_->get<std::string>();
+  // Plug-ins see a text up to there.
+  if (text.find('\0') != std::string::npos) fail("a text cannot hold \\u0000, which ends it");
+  return text;
 }
 
 Json read_json(const std::filesystem::path& file) {
@@ -164,8 +225,10 @@ Json read_json(const std::filesystem::path& file) {
     return document;
   } catch (const Json::parse_error& error) {
     throw JsonError(syntax_error(file.string(), text, error));
-  } catch (const Json::exception& error) {
-    throw JsonError(file.string() + ": " + error.what());
+  } catch (const Json::out_of_range&) {
+    // Thrown before the parser tells of the number.
+    throw JsonError(file.string() + ": " + duplicates.place() +
+                    ": the number is too large for double precision");
   }
 }
 

@@ -34,6 +34,9 @@ class JsonNode {
   [[nodiscard]] const std::string& pointer() const { return pointer_; }
   [[nodiscard]] bool has(std::string_view key) const { return value_->contains(key); }
 
+  /// "FILE: POINTER", as errors begin.
+  [[nodiscard]] std::string place() const;
+
   /// @throws JsonError with this node's place.
   [[noreturn]] void fail(const std::string& what) const;
 
@@ -52,7 +55,7 @@ class JsonNode {
   /// The members of an object, with their keys. @throws JsonError if it is none.
   [[nodiscard]] std::vector<std::pair<std::string, JsonNode>> members(std::string_view what) const;
 
-  /// @throws JsonError if it is no text.
+  /// @throws JsonError if it is no text, or holds a NUL character.
   [[nodiscard]] std::string text(std::string_view what) const;
 
  private:

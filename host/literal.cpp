@@ -18,12 +18,13 @@ void flatten(const JsonNode& node, int depth, std::vector<JsonNode>& numbers) {
     numbers.push_back(node);
     return;
   }
-  if (depth == kDeepest) node.fail("lists are nested too deep");
+  if (depth == kDeepest)
+    node.fail("lists are nested too deep; the most is a list of matrices, each a list of its rows");
   const auto elements = node.elements("numbers");
   for (const JsonNode& element : elements) {
     if (element.value().is_array() != elements.front().value().is_array())
       element.fail("a list holds either numbers or rows, not both");
-    if (element.value().size() != elements.front().value().size())
+    if (element.value().is_array() && element.value().size() != elements.front().value().size())
       element.fail("this row has " + std::to_string(element.value().size()) +
                    " elements, the first has " + std::to_string(elements.front().value().size()));
     flatten(element, depth + 1, numbers);
@@ -54,7 +55,7 @@ std::int32_t read_integer(const JsonNode& node) {
   const Json& value = node.value();
   const double number = value.is_number() ? value.get<double>() : 0.5;
   if (number != std::trunc(number) || number < Limits::min() || number > Limits::max())
-    node.fail("this takes a whole number of 32 bits");
+    node.fail("this takes a whole number of 32 bits, from -2147483648 to 2147483647");
   return static_cast<std::int32_t>(number);
 }
 
@@ -68,7 +69,9 @@ std::vector<JsonNode> read_list(const JsonNode& node, PortType type) {
 }
 
 PortValue read_text(const JsonNode& node) {
-  if (!node.value().is_array()) return node.text("a text, or a list of its lines");
+  if (node.value().is_string()) return node.text("a text");
+  if (!node.value().is_array())
+    node.fail("this takes a text in quotes, or a list of lines, in [ ]");
   std::string text;
   for (const JsonNode& line : node.elements("lines")) text += line.text("a line") + "\n";
   return text;
@@ -92,12 +95,14 @@ PortValue read_value(const JsonNode& node, PortType type) {
   const auto numbers = read_list(node, type);
   if (type.kind == PortKind::kIntegerArray) {
     std::vector<std::int32_t> integers;
+    integers.reserve(numbers.size());
     for (const JsonNode& number : numbers) integers.push_back(read_integer(number));
     return integers;
   }
   if (type.kind == PortKind::kFloats && numbers.size() != static_cast<std::size_t>(type.count))
     node.fail("the port takes " + to_string(type) + ", here are " + std::to_string(numbers.size()));
   std::vector<float> floats;
+  floats.reserve(numbers.size());
   for (const JsonNode& number : numbers) floats.push_back(read_float(number));
   return floats;
 }

@@ -29,10 +29,22 @@ std::optional<std::size_t> as_number(const std::string& text) {
   return number;
 }
 
+// "3: 0 "a", 1 "b", 2" of the ports of a method.
+std::string listed_ports(std::size_t count, const std::map<int, std::string>& texts) {
+  std::string list = std::to_string(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto text = texts.find(static_cast<int>(i));
+    list += (i == 0 ? ": " : ", ") + std::to_string(i);
+    if (text != texts.end()) list += " \"" + text->second + "\"";
+  }
+  return list;
+}
+
 // The place of a port among a method's inputs or outputs, by its text or number.
 std::size_t find_port(const JsonNode& at, const std::string& port, std::size_t count,
                       const std::map<int, std::string>& texts, const Method& method,
                       const std::string& direction) {
+  if (count == 0) at.fail(method.name + " has no " + direction + "s");
   const auto has_text = [&port](const auto& entry) {
     return trimmed(entry.second) == trimmed(port);
   };
@@ -46,8 +58,7 @@ std::size_t find_port(const JsonNode& at, const std::string& port, std::size_t c
   const auto number = as_number(port);
   if (!number || *number >= count)
     at.fail(method.name + " has no " + direction + " \"" + port + "\"; it has " +
-            std::to_string(count) + ": " +
-            listed(texts, [](const auto& each) { return each.second; }));
+            listed_ports(count, texts));
   return *number;
 }
 
@@ -102,14 +113,32 @@ void Network::create_instances(const NetworkFile& file,
   std::vector<std::filesystem::path> places = {base.empty() ? "." : base};
   places.insert(places.end(), folders.begin(), folders.end());
   for (const auto& entry : file.instances) {
-    const auto path = std::filesystem::weakly_canonical(find_plugin(entry.plugin, base, places));
-    auto plugin = plugins_.find(path);
-    if (plugin == plugins_.end()) plugin = plugins_.emplace(path, load_plugin(path)).first;
-    const Icon* const icon = plugin->second.find(entry.icon);
+    const Plugin& plugin = load(entry, base, places);
+    const Icon* const icon = plugin.find(entry.icon);
     if (icon == nullptr)
-      entry.at.fail("the plug-in has no icon \"" + entry.icon + "\"; its icons are " +
-                    listed(plugin->second.icons, [](const Icon& each) { return each.name; }));
-    instances_.emplace(entry.name, host_.create(*icon, fill_in(entry, *icon)));
+      entry.at.member("icon").fail(
+          "the plug-in has no icon \"" + entry.icon + "\"; its icons are " +
+          listed(plugin.icons, [](const Icon& each) { return each.name; }));
+    try {
+      instances_.emplace(entry.name, host_.create(*icon, fill_in(entry, *icon)));
+    } catch (const CreationError& error) {
+      throw CreationError(entry.at.place() + ": " + error.what());
+    }
+  }
+}
+
+const Plugin& Network::load(const NetworkFile::Instance& instance,
+                            const std::filesystem::path& base,
+                            const std::vector<std::filesystem::path>& places) {
+  std::string place = instance.at.member("plugin").place() + ": ";
+  try {
+    const auto path = std::filesystem::weakly_canonical(find_plugin(instance.plugin, base, places));
+    const auto known = plugins_.find(path);
+    if (known != plugins_.end()) return known->second;
+    place += "the plug-in cannot be used: ";
+    return plugins_.emplace(path, load_plugin(path)).first->second;
+  } catch (const PluginError& error) {
+    throw PluginError(place + error.what());
   }
 }
 

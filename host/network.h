@@ -48,6 +48,8 @@ class Network {
   };
 
   void create_instances(const NetworkFile& file, const std::vector<std::filesystem::path>& folders);
+  const Plugin& load(const NetworkFile::Instance& instance, const std::filesystem::path& base,
+                     const std::vector<std::filesystem::path>& places);
   void set_inputs(const NetworkFile& file);
   void lay_wires(const NetworkFile& file);
   [[nodiscard]] const Method& find_method(const NetworkFile::MethodAddress& address) const;

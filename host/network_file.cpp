@@ -1,6 +1,7 @@
 #include "host/network_file.h"
 
 #include <memory>
+#include <set>
 
 namespace zelhost {
 namespace {
@@ -8,7 +9,9 @@ namespace {
 // A port is named by its number or by its text.
 std::string read_port(const JsonNode& node) {
   if (node.value().is_number_unsigned()) return std::to_string(node.value().get<std::uint64_t>());
-  return node.text("a port, by its text or its number");
+  if (!node.value().is_string())
+    node.fail("this takes a port: its text in quotes, or its number from 0");
+  return node.text("a port");
 }
 
 NetworkFile::MethodAddress read_method(const JsonNode& node, const std::vector<JsonNode>& parts) {
@@ -47,8 +50,10 @@ void read_inputs(const JsonNode& node, std::vector<NetworkFile::Input>& inputs) 
   const std::string instance = node.member("instance").text("the name of an instance");
   const auto methods = node.member("methods").elements("the names of methods");
   const auto values = node.member("values").members("values by the port they are for");
+  std::set<std::string> names;
   for (const JsonNode& method : methods) {
     const NetworkFile::MethodAddress address{method, instance, method.text("the name of a method")};
+    if (!names.insert(address.method).second) method.fail("this method stands here twice");
     for (const auto& [port, value] : values) inputs.push_back({address, value, port});
   }
 }
@@ -81,7 +86,7 @@ NetworkFile read_network(const std::filesystem::path& file) {
     }
   }
   const JsonNode order = top.member("order");
-  for (const JsonNode& node : order.elements("what to fire")) {
+  for (const JsonNode& node : order.elements("what to fire: pairs of an instance and a method")) {
     network.order.push_back(read_firing(node));
   }
   if (network.order.empty()) order.fail("nothing is fired; name a method at least");

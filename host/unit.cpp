@@ -11,6 +11,7 @@ std::deque<Port> make_ports(const std::vector<PortType>& types) {
 
 std::vector<zel_port> records_of(std::deque<Port>& ports) {
   std::vector<zel_port> records;
+  records.reserve(ports.size());
   for (Port& port : ports) records.push_back(*port.record());
   return records;
 }

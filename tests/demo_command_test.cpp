@@ -1,106 +1,174 @@
-// The command grasp_questions as a reader runs it: what it prints and how it ends.
+// The example networks as a user runs them: what zelrun prints and how it ends.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <array>
-#include <cstdio>
-#include <sstream>
+#include <algorithm>
+#include <filesystem>
+#include <regex>
 #include <string>
 #include <vector>
 
+#include "host/literal.h"
+#include "tests/command/run_command.h"
+#include "tests/network_run.h"
+
 namespace {
 
-const std::string kSolver = SDPSOL_BIN_DIR "/sdpsol";
-const std::string kExamples = SDPSOL_SOURCE_DIR "/examples/";
+namespace fs = std::filesystem;
+using zelhost::Json;
 
-struct Ended {
-  int exit_code = -1;
-  std::string output;
+const fs::path kExamples = SDPSOL_SOURCE_DIR "/examples";
+
+std::vector<std::string> examples() {
+  std::vector<std::string> names;
+  for (const auto& entry : fs::directory_iterator(kExamples)) names.push_back(entry.path().stem());
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+// Runs the command in a folder of its own, where the shell finds sdpsol.
+sdpsol::Ended zelrun(const std::string& arguments) {
+  const sdpsol::TestFolder folder;
+  return sdpsol::run_line(folder, "PATH=" SDPSOL_BIN_DIR ":$PATH\nzelrun " + arguments);
+}
+
+std::string file_of(const std::string& example) {
+  return kExamples / (example + ".json");
+}
+
+// Times differ from run to run.
+std::string without_times(const std::string& table) {
+  return std::regex_replace(table, std::regex("[0-9]+\\.[0-9] ms"), "TIME");
+}
+
+class Example : public testing::TestWithParam<std::string> {
+ protected:
+  Example() { fs::current_path(folder_.path()); }
+  ~Example() override { fs::current_path("/"); }
+
+  const zelhost::NetworkFile network_ = zelhost::read_network(file_of(GetParam()));
+
+ private:
+  const sdpsol::TestFolder folder_;
 };
 
-// Standard output and error of the command together.
-Ended grasp_questions(const std::string& arguments) {
-  const std::string line = std::string(GRASP_QUESTIONS) + " " + arguments + " 2>&1";
-  std::FILE* const pipe = popen(line.c_str(), "r");
-  if (pipe == nullptr) return {};
-  Ended ended;
-  std::array<char, 4096> buffer = {};
-  for (std::size_t size = 0; (size = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0;)
-    ended.output.append(buffer.data(), size);
-  const int status = pclose(pipe);
-  if (WIFEXITED(status)) ended.exit_code = WEXITSTATUS(status);
-  return ended;
+TEST_P(Example, PrintsAsJsonWhatTheLibraryPublishes) {
+  const sdpsol::Ended ended = zelrun("run --json " + file_of(GetParam()));
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_EQ(ended.error, "");
+
+  Json printed = Json::parse(ended.output);
+  for (Json& firing : printed.at("firings")) {
+    EXPECT_GE(firing.at("seconds").get<double>(), 0);
+    firing.erase("seconds");
+    for (Json& output : firing.at("outputs")) output.erase("text");
+  }
+
+  Json expected = {{"title", network_.title}, {"firings", Json::array()}};
+  for (const auto& firing : network_run::run(network_)) {
+    Json outputs = Json::array();
+    for (std::size_t i = 0; i < firing.outputs.size(); ++i)
+      outputs.push_back(
+          {{"port", i}, {"value", zelhost::to_json(firing.outputs[i], firing.types[i])}});
+    expected.at("firings").push_back(
+        {{"instance", firing.instance}, {"method", firing.method}, {"outputs", outputs}});
+  }
+  EXPECT_EQ(printed.dump(1), expected.dump(1));
 }
 
-std::vector<double> objectives(const std::string& output) {
-  std::vector<double> found;
-  std::istringstream lines(output);
-  const std::string key = "  objective ";
-  for (std::string line; std::getline(lines, line);)
-    if (line.rfind(key, 0) == 0) found.push_back(std::stod(line.substr(key.size())));
-  return found;
+TEST_P(Example, PrintsATableWithALineForEachOutput) {
+  const sdpsol::Ended ended = zelrun("run " + file_of(GetParam()));
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_EQ(ended.error, "");
+
+  // Title; then for each firing a blank line, its name, and its outputs.
+  std::istringstream lines(without_times(ended.output));
+  std::string line;
+  std::getline(lines, line);
+  EXPECT_EQ(line, network_.title);
+  for (const auto& firing : network_run::run(network_)) {
+    std::getline(lines, line);
+    EXPECT_EQ(line, "");
+    std::getline(lines, line);
+    EXPECT_EQ(line.rfind(firing.instance + "  " + firing.method + "  ", 0), 0U) << line;
+    EXPECT_EQ(line.substr(line.size() - 6), "  TIME");
+    for (std::size_t i = 0; i < firing.outputs.size(); ++i) {
+      std::getline(lines, line);
+      EXPECT_EQ(line.rfind("  ", 0), 0U) << line;
+      EXPECT_NE(line[2], ' ') << line;
+    }
+  }
+  EXPECT_FALSE(std::getline(lines, line)) << line;
 }
 
-TEST(GraspQuestions, PrintsTheAnswersOfAGraspThatSlips) {
-  const Ended ended = grasp_questions(kSolver + " " + kExamples + "wedge_slips.grasp");
-  EXPECT_EQ(ended.exit_code, 0);
-  EXPECT_EQ(ended.output,
-            "== wedge_slips.grasp: the same wedge with fingers that are too smooth\n"
-            "   2 contacts, 6 force components, a nullspace of dimension 1\n"
-            "\n"
-            "Is there an internal force?\n"
-            "  no, none exists (INFEASIBLE)\n"
-            "\n"
-            "How hard can the chosen contacts press (0, 1)?\n"
-            "  no, none exists (INFEASIBLE)\n"
-            "\n"
-            "How large can the margins of the contacts with friction be?\n"
-            "  no, none exists (INFEASIBLE)\n"
-            "\n"
-            "How large can the margins of all contacts be?\n"
-            "  no, none exists (INFEASIBLE)\n"
-            "\n"
-            "How large can the margin of contact 0 be?\n"
-            "  no, none exists (INFEASIBLE)\n"
-            "\n");
+std::string name_of(const testing::TestParamInfo<std::string>& info) {
+  return info.param;
 }
 
-// The values of demo_test.cpp, in the order of questions and files.
-TEST(GraspQuestions, PrintsTheOptimaOfTheOthers) {
-  const Ended ended = grasp_questions(
-      kSolver + " " + kExamples + "box_pinch.grasp " + kExamples + "wedge_holds.grasp " +
-      kExamples + "roller_support.grasp " + kExamples + "four_fingers.grasp " + kExamples +
-      "oscillator_damped.lmi " + kExamples + "oscillator_excited.lmi");
-  EXPECT_EQ(ended.exit_code, 0);
-  const std::vector<double> paper = {8,  10.4,     10.4,     6.4,  //
-                                     10, 5,        5,        2.5,  //
-                                     7,  5,        7.5,      4,    //
-                                     15, 17.0 / 3, 17.0 / 3, 10.2375};
-  const std::vector<double> printed = objectives(ended.output);
-  ASSERT_EQ(printed.size(), paper.size()) << ended.output;
-  for (std::size_t i = 0; i < paper.size(); ++i) EXPECT_NEAR(printed[i], paper[i], 1e-5) << i;
+INSTANTIATE_TEST_SUITE_P(Files, Example, testing::ValuesIn(examples()), name_of);
 
-  EXPECT_NE(ended.output.find("Is there an x with P0 + x1*P1 + x2*P2 + x3*P3 > 0?\n  yes: x1 = "),
-            std::string::npos);
-  EXPECT_NE(ended.output.find("Is there an x with P0 + x1*P1 + x2*P2 + x3*P3 > 0?\n"
-                              "  no, none exists (INFEASIBLE)\n"),
-            std::string::npos);
+TEST(Zelrun, PrintsTheOutputsOfAGraspThatSlips) {
+  const sdpsol::Ended ended = zelrun("run " + file_of("wedge_slips"));
+  const std::string no_result =
+      "\n"
+      "grasp  General:Get_Result                                                TIME\n"
+      "  bool feasible                                                          0\n"
+      "  variable values                                                        [0]\n"
+      "  objective value                                                        0\n"
+      "  error code                                                             0\n";
+  const std::string no_epsilons =
+      "  epsilons, one for each contact                                         "
+      "[12] 0 0 0 0 0 0 0 0 0 0 0 0\n";
+  EXPECT_EQ(without_times(ended.output),
+            "the same wedge with fingers that are too smooth\n"
+            "\n"
+            "grasp  IntForce:Exists                                                   TIME\n"
+            "  bool, 1 if forces found                                                0\n" +
+                no_result +
+                "\n"
+                "grasp  IntForce:Maximize_Individual                                      TIME\n"
+                "  0 if no forces found                                                   0\n"
+                "  average epsilon                                                        0\n" +
+                no_result +
+                "\n"
+                "grasp  IntForce:Maximize_FrictConts                                      TIME\n"
+                "  0 if no forces found                                                   0\n"
+                "  average epsilon, 0 if no forces found                                  0\n" +
+                no_epsilons + no_result +
+                "\n"
+                "grasp  IntForce:Maximize_All                                             TIME\n"
+                "  0 if no forces found                                                   0\n"
+                "  average friction_epsilon + frictionless_epsilon, 0 if no forces found  0\n" +
+                no_epsilons + no_result +
+                "\n"
+                "grasp  IntForce:Maximize_PointCont                                       TIME\n"
+                "  0 if no forces found                                                   0\n"
+                "  epsilon                                                                0\n" +
+                no_result);
 }
 
-TEST(GraspQuestions, SaysWhenTheCommandIsNotThere) {
-  const Ended ended = grasp_questions("/nowhere/sdpsol " + kExamples + "oscillator_damped.lmi");
-  EXPECT_EQ(ended.exit_code, 1);
-  EXPECT_NE(ended.output.find("callsdpsol NOT successful"), std::string::npos);
-  EXPECT_NE(ended.output.find("  not answered: the run failed with code 2\n"), std::string::npos);
+TEST(Zelrun, PrintsTheValuesOfAMatrixFoundByHand) {
+  const sdpsol::Ended ended = zelrun("run " + file_of("by_hand"));
+  EXPECT_NE(ended.output.find("  Parameter values: NU,GAMMA,MAXITER,ABSTOL,RELTOL,BIGM  "
+                              "[6] 10 100 100 4.4e-06 4.4e-06 15000\n"),
+            std::string::npos)
+      << ended.output;
 }
 
-TEST(GraspQuestions, SaysWhenItIsUsedWrongly) {
-  const Ended none = grasp_questions("");
-  EXPECT_EQ(none.exit_code, 2);
-  EXPECT_EQ(none.output, "usage: grasp_questions SDPSOL FILE...\n");
-  const Ended missing = grasp_questions(kSolver + " /nowhere/a.grasp");
-  EXPECT_EQ(missing.exit_code, 3);
-  EXPECT_EQ(missing.output, "grasp_questions: a.grasp: cannot be read\n");
+// The unit reports a command that is not there, and publishes code 2.
+TEST(Zelrun, ShowsTheErrorCodeWhereTheCommandIsNotThere) {
+  const sdpsol::TestFolder folder;
+  const sdpsol::Ended ended = sdpsol::run_line(
+      folder, "PATH=/usr/bin:/bin\n" SDPSOL_BIN_DIR "/zelrun run " + file_of("oscillator_damped"));
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_NE(ended.output.find("callsdpsol NOT successful"), std::string::npos) << ended.output;
+  EXPECT_NE(ended.output.find("  error code           2\n"), std::string::npos) << ended.output;
+}
+
+TEST(Zelrun, SaysWhichFileCannotBeRead) {
+  const sdpsol::Ended ended = zelrun("run /nowhere/a.json");
+  EXPECT_EQ(ended.status, 3);
+  EXPECT_EQ(ended.output, "");
+  EXPECT_EQ(ended.error, "zelrun: error: /nowhere/a.json: No such file or directory\n");
 }
 
 }  // namespace

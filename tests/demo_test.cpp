@@ -10,24 +10,29 @@
 // in the tables below.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <limits>
-#include <memory>
 #include <string>
 
-#include "examples/questions.h"
+#include "solver/command/test_folder.h"
 #include "tests/grasp_map.h"
+#include "tests/grasp_network.h"
+#include "tests/network_run.h"
 
 namespace {
 
-using examples::Answer;
-using examples::Grasp;
-using examples::Question;
-using examples::Verdict;
 using grasp_map::Contact;
+using grasp_network::Answer;
+using grasp_network::Grasp;
+using grasp_network::Question;
+using grasp_network::Verdict;
+using network_run::Firing;
 
 constexpr double kTolerance = 1e-5;
+// What is left of rounding in the sums below, which are in double precision.
+constexpr double kSlack = 1e-12;
 constexpr double kFree = std::numeric_limits<double>::infinity();
 
 const std::filesystem::path kExamples = SDPSOL_SOURCE_DIR "/examples";
@@ -38,21 +43,6 @@ struct Optimum {
   std::vector<double> forces;
 };
 
-void expect_cones_and_bounds(const Grasp& grasp, const std::vector<double>& forces) {
-  for (std::size_t k = 0; k < forces.size(); ++k) {
-    EXPECT_GT(forces[k], grasp.bounds[2 * k]) << "x" << k;
-    EXPECT_LT(forces[k], grasp.bounds[2 * k + 1]) << "x" << k;
-  }
-  for (std::size_t i = 0; i < grasp.types.size(); ++i) {
-    if (grasp.types[i] != 3) continue;
-    const auto s = grasp.first_component(i);
-    // The answer keeps out of the cone's surface by no more than rounding, and
-    // this sum rounds too.
-    EXPECT_GT(grasp.friction[i] * forces[s + 2] - std::hypot(forces[s], forces[s + 1]), -1e-12)
-        << "contact " << i;
-  }
-}
-
 double norm(const std::vector<double>& forces) {
   double sum = 0;
   for (const double force : forces) sum += force * force;
@@ -60,67 +50,90 @@ double norm(const std::vector<double>& forces) {
 }
 
 // The margin of a contact: mu n - |t|, or the normal force where there is no friction.
-double margin(const Grasp& grasp, const std::vector<double>& forces, std::size_t contact) {
-  const auto s = grasp.first_component(contact);
-  if (grasp.types[contact] == 1) return forces[s];
-  return grasp.friction[contact] * forces[s + 2] - std::hypot(forces[s], forces[s + 1]);
+double margin(const Grasp& grasp, const Answer& answer, std::size_t contact) {
+  const auto* const x = answer.forces.data() + grasp.first_component(contact);
+  return grasp.types[contact] == 1 ? x[0] : grasp.friction[contact] * x[2] - std::hypot(x[0], x[1]);
+}
+
+// How far it may be off, since the forces come from numbers in single precision.
+double margin_rounding(const Grasp& grasp, const Answer& answer, std::size_t contact) {
+  const auto* const r = answer.rounding.data() + grasp.first_component(contact);
+  return grasp.types[contact] == 1 ? r[0] : grasp.friction[contact] * r[2] + r[0] + r[1];
+}
+
+// All of it is strict in the solver's double precision: an optimum keeps out of a
+// bound or of a cone's surface by no more than rounding, and single precision may
+// round it back there.
+void expect_cones_and_bounds(const Grasp& grasp, const Answer& answer) {
+  for (std::size_t k = 0; k < answer.forces.size(); ++k) {
+    EXPECT_GT(answer.forces[k], grasp.bounds[2 * k] - answer.rounding[k] - kSlack) << "x" << k;
+    EXPECT_LT(answer.forces[k], grasp.bounds[2 * k + 1] + answer.rounding[k] + kSlack) << "x" << k;
+  }
+  for (std::size_t i = 0; i < grasp.types.size(); ++i) {
+    EXPECT_GT(margin(grasp, answer, i), -margin_rounding(grasp, answer, i) - kSlack)
+        << "contact " << i;
+  }
 }
 
 // The objective by its definition, from the values that came with it.
 double recomputed_objective(const Grasp& grasp, Question question, const Answer& answer) {
   double with_friction = 0;
   double frictionless = 0;
-  const auto epsilon = [&](std::size_t i) {
-    return answer.values.at("epsilon" + std::to_string(i));
-  };
-  const auto divisor = static_cast<double>(grasp.types.size() - 1);
   switch (question) {
     case Question::kExists:
       return 1;
     case Question::kPoint:
-      return answer.values.at("epsilon");
+      return answer.margins.at(grasp.point);
     case Question::kIndividual:
-      for (const int contact : grasp.individual) {
-        const auto i = static_cast<std::size_t>(contact);
-        with_friction +=
-            grasp.types[i] == 3 ? answer.forces[grasp.first_component(i) + 2] : epsilon(i);
+      for (const std::size_t i : grasp.individual) {
+        with_friction += grasp.types[i] == 3 ? answer.forces[grasp.first_component(i) + 2]
+                                             : answer.margins.at(i);
       }
       return with_friction / static_cast<double>(grasp.individual.size());
     case Question::kFriction:
     case Question::kAll:
-      for (std::size_t i = 0; i < grasp.types.size(); ++i) {
-        if (grasp.types[i] == 3) with_friction += epsilon(i);
-        if (grasp.types[i] == 1 && question == Question::kAll) frictionless += epsilon(i);
-      }
-      return with_friction / divisor + frictionless;
+      for (const auto& [contact, value] : answer.margins)
+        (grasp.types[contact] == 3 ? with_friction : frictionless) += value;
+      return with_friction / static_cast<double>(grasp.types.size() - 1) + frictionless;
   }
   return 0;
 }
 
 // Every margin variable is positive and no larger than the margin it stands for.
 void expect_margins(const Grasp& grasp, const Answer& answer) {
-  for (const auto& [name, value] : answer.values) {
-    if (name.rfind("epsilon", 0) != 0) continue;
-    const auto contact =
-        name == "epsilon" ? grasp.point : std::stoul(name.substr(std::string("epsilon").size()));
-    EXPECT_GT(value, 0) << name;
-    EXPECT_LT(value, margin(grasp, answer.forces, contact) + 1e-12) << name;
+  for (const auto& [contact, value] : answer.margins) {
+    EXPECT_GT(value, 0) << "contact " << contact;
+    const double rounding = margin_rounding(grasp, answer, contact) + std::ldexp(value, -24);
+    EXPECT_LT(value, margin(grasp, answer, contact) + rounding + kSlack) << "contact " << contact;
   }
 }
 
+// Networks write their files into the working directory.
 class Demo : public testing::Test {
  protected:
-  Answer ask(const Grasp& grasp, Question question) {
-    return examples::ask(solver_, grasp, question);
+  Demo() { std::filesystem::current_path(folder_.path()); }
+  ~Demo() override { std::filesystem::current_path("/"); }
+
+  static zelhost::NetworkFile network(const std::string& name) {
+    return zelhost::read_network(kExamples / name);
   }
 
-  Answer ask(const examples::Lmi& lmi) { return examples::ask(solver_, lmi); }
+  // The network with other coefficients of friction.
+  zelhost::NetworkFile network(const std::string& name, const std::vector<double>& friction) {
+    zelhost::Json document = *network(name).document;
+    document.at("inputs").at(0).at("values").at("Friction constraints") = friction;
+    return zelhost::read_network(folder_.file(name, document.dump()));
+  }
 
-  void expect_optima(const Grasp& grasp, const std::vector<Contact>& contacts,
-                     const std::vector<Optimum>& optima) {
+  static void expect_optima(const std::string& name, const std::vector<Contact>& contacts,
+                            const std::vector<Optimum>& optima) {
+    const zelhost::NetworkFile file = network(name);
+    const Grasp grasp = grasp_network::read_grasp(file);
+    const auto answers = grasp_network::ask(file);
+    EXPECT_EQ(answers.size(), optima.size());
     for (const Optimum& optimum : optima) {
       SCOPED_TRACE("question " + std::to_string(static_cast<int>(optimum.question)));
-      const Answer answer = ask(grasp, optimum.question);
+      const Answer& answer = answers.at(optimum.question);
       ASSERT_EQ(answer.verdict, Verdict::kFeasible);
       EXPECT_NEAR(answer.objective, optimum.objective, kTolerance);
       EXPECT_NEAR(recomputed_objective(grasp, optimum.question, answer), answer.objective, 2e-6);
@@ -129,16 +142,15 @@ class Demo : public testing::Test {
         if (optimum.forces[k] == kFree) continue;
         EXPECT_NEAR(answer.forces[k], optimum.forces[k], kTolerance) << "x" << k;
       }
-      expect_cones_and_bounds(grasp, answer.forces);
+      expect_cones_and_bounds(grasp, answer);
       expect_margins(grasp, answer);
+      // Each column of the base is in balance, so rounded coordinates are too.
       for (const double sum : grasp_map::wrench(contacts, answer.forces))
         EXPECT_LT(std::abs(sum), 1e-12 * norm(answer.forces));
     }
   }
 
- private:
-  examples::WorkingFolder folder_;
-  sdpsol_wrapper solver_ = folder_.solver(SDPSOL_BIN_DIR "/sdpsol");
+  const sdpsol::TestFolder folder_;
 };
 
 constexpr grasp_map::Vector kX = {1, 0, 0};
@@ -167,9 +179,8 @@ const std::vector<Contact> kFour = {{kMinusX, kX, kY, kZ},
 //   Friction, all: (epsilon0 + epsilon1)/1 with epsilon_i < mu_i s: 0.5*8 + 0.8*8 = 10.4.
 //   Point 1: epsilon < 0.8 s -> 6.4.
 TEST_F(Demo, BoxPinch) {
-  const Grasp grasp = examples::read_grasp(kExamples / "box_pinch.grasp");
   const std::vector<double> hardest = {0, 0, 8, 0, 0, 8};
-  expect_optima(grasp, kBox,
+  expect_optima("box_pinch.json", kBox,
                 {{Question::kExists, 1, {0, 0, kFree, 0, 0, kFree}},
                  {Question::kIndividual, 8, hardest},
                  {Question::kFriction, 10.4, hardest},
@@ -182,9 +193,8 @@ TEST_F(Demo, BoxPinch) {
 //   Individual: 10.  Margins: mu n - |t| = 0.8 s - 0.6 s = 0.2 s -> 2.5 each;
 //   friction, all: (2.5 + 2.5)/1.  Point 0: 2.5.
 TEST_F(Demo, WedgeHeldByRoughFingers) {
-  const Grasp grasp = examples::read_grasp(kExamples / "wedge_holds.grasp");
   const std::vector<double> hardest = {7.5, 0, 10, 7.5, 0, 10};
-  expect_optima(grasp, kWedge,
+  expect_optima("wedge_holds.json", kWedge,
                 {{Question::kExists, 1, {kFree, 0, kFree, kFree, 0, kFree}},
                  {Question::kIndividual, 10, hardest},
                  {Question::kFriction, 5, hardest},
@@ -194,9 +204,9 @@ TEST_F(Demo, WedgeHeldByRoughFingers) {
 
 // The same squeeze would need 0.6 s < 0.5 * 0.8 s with s > 0.
 TEST_F(Demo, WedgeSlipsThroughSmoothFingers) {
-  const Grasp grasp = examples::read_grasp(kExamples / "wedge_slips.grasp");
-  for (const Question question : examples::kQuestions) {
-    const Answer answer = ask(grasp, question);
+  const auto answers = grasp_network::ask(network("wedge_slips.json"));
+  EXPECT_EQ(answers.size(), 5U);
+  for (const auto& [question, answer] : answers) {
     EXPECT_EQ(answer.verdict, Verdict::kInfeasible);
     EXPECT_EQ(answer.objective, 0);
   }
@@ -204,14 +214,13 @@ TEST_F(Demo, WedgeSlipsThroughSmoothFingers) {
 
 // The border is mu = 0.75: a percent to either side decides.
 TEST_F(Demo, WedgeNeedsThreeQuartersOfFriction) {
-  Grasp grasp = examples::read_grasp(kExamples / "wedge_slips.grasp");
-  grasp.friction = {0.7425, 0.7425};
-  EXPECT_EQ(ask(grasp, Question::kExists).verdict, Verdict::kInfeasible);
-  grasp.friction = {0.7575, 0.7575};
-  EXPECT_EQ(ask(grasp, Question::kExists).verdict, Verdict::kFeasible);
+  const auto verdict = [this](const std::vector<double>& friction) {
+    return grasp_network::ask(network("wedge_slips.json", friction)).at(Question::kExists).verdict;
+  };
+  EXPECT_EQ(verdict({0.7425, 0.7425}), Verdict::kInfeasible);
+  EXPECT_EQ(verdict({0.7575, 0.7575}), Verdict::kFeasible);
   // One finger that slips is enough.
-  grasp.friction = {0.7575, 0.7425};
-  EXPECT_EQ(ask(grasp, Question::kExists).verdict, Verdict::kInfeasible);
+  EXPECT_EQ(verdict({0.7575, 0.7425}), Verdict::kInfeasible);
 }
 
 // Normals a = z0 (bounds 0..10), the roller c = 2 z1 (0..4), tangentials of size
@@ -224,9 +233,8 @@ TEST_F(Demo, WedgeNeedsThreeQuartersOfFriction) {
 //     both fingers' margins, 3 and 4, are positive.
 //   Point 2: epsilon < c -> 4, for any a with 0.5 a > 2.
 TEST_F(Demo, RollerSupport) {
-  const Grasp grasp = examples::read_grasp(kExamples / "roller_support.grasp");
   const std::vector<double> hardest = {-1.2, -1.6, 10, -1.2, 1.6, 10, 4};
-  expect_optima(grasp, kRoller,
+  expect_optima("roller_support.json", kRoller,
                 {{Question::kExists, 1, std::vector<double>(7, kFree)},
                  {Question::kIndividual, 7, hardest},
                  {Question::kFriction, 5, {-0.3, -0.4, 10, -0.3, 0.4, 10, 1}},
@@ -234,17 +242,19 @@ TEST_F(Demo, RollerSupport) {
                  {Question::kPoint, 4, {-1.2, -1.6, kFree, -1.2, 1.6, kFree, 4}}});
 }
 
-// What the two questions hand back are the first values of the result, one per
-// contact: margins where there are enough, then coordinates.
-TEST_F(Demo, RollerSupportHandsBackTheFirstValues) {
-  const Grasp grasp = examples::read_grasp(kExamples / "roller_support.grasp");
-  const auto expect = [](const std::vector<double>& values, const std::vector<double>& paper) {
-    ASSERT_EQ(values.size(), paper.size());
-    for (std::size_t i = 0; i < paper.size(); ++i) EXPECT_NEAR(values[i], paper[i], kTolerance);
+// What the two questions publish last are the first values of the result, one per
+// contact: margins where there are enough, then coordinates. The output is as long
+// as there are force bounds, with zeros behind the contacts.
+TEST_F(Demo, RollerSupportPublishesTheFirstValues) {
+  const auto answers = grasp_network::ask(network("roller_support.json"));
+  const auto expect = [](const std::vector<float>& epsilons, const std::vector<double>& paper) {
+    ASSERT_EQ(epsilons.size(), 14U);
+    for (std::size_t i = 0; i < paper.size(); ++i) EXPECT_NEAR(epsilons[i], paper[i], kTolerance);
+    EXPECT_EQ(std::count(epsilons.begin() + 3, epsilons.end(), 0.0F), 11);
   };
   // epsilon0, epsilon1, z0: the roller has no margin in this question.
-  expect(ask(grasp, Question::kFriction).handed_back, {4.5, 5.5, 10});
-  expect(ask(grasp, Question::kAll).handed_back, {3, 4, 4});
+  expect(answers.at(Question::kFriction).epsilons, {4.5, 5.5, 10});
+  expect(answers.at(Question::kAll).epsilons, {3, 4, 4});
 }
 
 // Let p = -x0 and q = -x3 be what fingers 0 and 1 pull along -y. Balance says
@@ -266,10 +276,9 @@ TEST_F(Demo, RollerSupportHandsBackTheFirstValues) {
 //   0.7*4 + n0 (0.35 + 0.13125 + 0.2625) = 2.8 + 7.4375 = 10.2375. Reached where
 //   x7 = 0: n1 = 9.375, q = 5.625, p = 5, n0 = 10, n2 = 14.625, x9 = -0.625.
 TEST_F(Demo, FourFingers) {
-  const Grasp grasp = examples::read_grasp(kExamples / "four_fingers.grasp");
   const std::vector<double> untwisted = {0, 0, 10, 0, 0, 10, 0, 0, 4, 0, 0, 4};
   expect_optima(
-      grasp, kFour,
+      "four_fingers.json", kFour,
       {{Question::kExists, 1, std::vector<double>(12, kFree)},
        {Question::kIndividual, 15, {-5, kFree, 10, -6, kFree, 10, kFree, 0.5, 15, -0.5, kFree, 4}},
        {Question::kFriction, 17.0 / 3, untwisted},
@@ -283,13 +292,13 @@ TEST_F(Demo, FourFingers) {
 // balance and every frame is one.
 TEST(DemoFiles, BasesAreInBalance) {
   const std::vector<std::pair<std::string, std::vector<Contact>>> grasps = {
-      {"box_pinch.grasp", kBox},
-      {"wedge_holds.grasp", kWedge},
-      {"wedge_slips.grasp", kWedge},
-      {"roller_support.grasp", kRoller},
-      {"four_fingers.grasp", kFour}};
+      {"box_pinch.json", kBox},
+      {"wedge_holds.json", kWedge},
+      {"wedge_slips.json", kWedge},
+      {"roller_support.json", kRoller},
+      {"four_fingers.json", kFour}};
   for (const auto& [file, contacts] : grasps) {
-    const Grasp grasp = examples::read_grasp(kExamples / file);
+    const Grasp grasp = grasp_network::read_grasp(zelhost::read_network(kExamples / file));
     for (const Contact& contact : contacts) EXPECT_LT(grasp_map::frame_error(contact), 1e-15);
     for (std::size_t j = 0; j < grasp.coordinates(); ++j) {
       std::vector<double> column;
@@ -303,22 +312,92 @@ TEST(DemoFiles, BasesAreInBalance) {
 // P = [x1, x2; x2, x3] and -(A'P + P A) = [4 x2, m; m, -2 x2 + 2 x3] with
 // m = -x1 + x2 + 2 x3: positive definite by their minors.
 TEST_F(Demo, DampedOscillatorIsStable) {
-  const Answer answer = ask(examples::read_lmi(kExamples / "oscillator_damped.lmi"));
-  ASSERT_EQ(answer.verdict, Verdict::kFeasible);
-  const double x1 = answer.values.at("x1");
-  const double x2 = answer.values.at("x2");
-  const double x3 = answer.values.at("x3");
-  const double m = -x1 + x2 + 2 * x3;
-  EXPECT_GT(x1, 0);
-  EXPECT_GT(x1 * x3 - x2 * x2, 0);
-  EXPECT_GT(4 * x2, 0);
-  EXPECT_GT(4 * x2 * (-2 * x2 + 2 * x3) - m * m, 0);
+  const std::vector<Firing> firings = network_run::run(network("oscillator_damped.json"));
+  ASSERT_EQ(firings.size(), 1U);
+  ASSERT_EQ(firings[0].number(0), 1);
+  ASSERT_EQ(firings[0].number(3), 0);
+  const std::vector<double> x(firings[0].list(1).begin(), firings[0].list(1).end());
+  ASSERT_EQ(x.size(), 3U);
+  const double m = -x[0] + x[1] + 2 * x[2];
+  EXPECT_GT(x[0], 0);
+  EXPECT_GT(x[0] * x[2] - x[1] * x[1], 0);
+  EXPECT_GT(4 * x[1], 0);
+  EXPECT_GT(4 * x[1] * (-2 * x[1] + 2 * x[2]) - m * m, 0);
 }
 
 // x3 > 0, 4 x2 > 0 and -2 x2 - 2 x3 > 0 on the diagonal exclude each other.
 TEST_F(Demo, ExcitedOscillatorIsNot) {
-  EXPECT_EQ(ask(examples::read_lmi(kExamples / "oscillator_excited.lmi")).verdict,
-            Verdict::kInfeasible);
+  const std::vector<Firing> firings = network_run::run(network("oscillator_excited.json"));
+  ASSERT_EQ(firings.size(), 1U);
+  EXPECT_EQ(firings[0].number(0), 0);
+  EXPECT_EQ(firings[0].number(3), 0);
+  EXPECT_NE(firings[0].result_file.find("\nINFEASIBLE\n"), std::string::npos);
+}
+
+// The transfer function 1/(s^2 + s + 2) has |.|^2 = 1/(u^2 - 3 u + 4) at u = omega^2,
+// largest at u = 3/2: g = 4/7. There, with P = [p1, p2; p2, p3], the Schur complement
+//   [1 - 4 p2 + 7/4 p2^2,  p1 - p2 - 2 p3 + 7/4 p2 p3;  ., 2 p2 - 2 p3 + 7/4 p3^2] <= 0
+// says 2/7 <= p2 <= 2 first, then p2 <= p3 - 7/8 p3^2 <= 2/7 with the largest value at
+// p3 = 4/7, hence p2 = 2/7; both diagonal entries being 0, so is the third: p1 = 8/7.
+TEST_F(Demo, AmplificationOfAnOscillator) {
+  const std::vector<Firing> firings = network_run::run(network("by_hand.json"));
+  ASSERT_EQ(firings.size(), 5U);
+  EXPECT_EQ(firings[1].list(0), (std::vector<float>{10, 100, 100, 4.4e-6F, 4.4e-6F, 15000}));
+  EXPECT_EQ(firings[3].number(0), 0);
+  const Firing& result = firings[4];
+  ASSERT_EQ(result.number(0), 1);
+  EXPECT_EQ(result.number(3), 0);
+  EXPECT_NEAR(result.number(2), 4.0 / 7, 1e-6);
+  ASSERT_EQ(result.list(1).size(), 5U);
+  // A g that is larger by d leaves P a room of the order of the square root of d.
+  const std::vector<double> paper = {8.0 / 7, 2.0 / 7, 2.0 / 7, 4.0 / 7, 4.0 / 7};
+  for (std::size_t i = 0; i < paper.size(); ++i)
+    EXPECT_NEAR(result.list(1)[i], paper[i], 1e-3) << i;
+  // The parameters went through the wire and stand before what was written by hand.
+  const std::string definition = sdpsol::content_of("sdpsol.in");
+  EXPECT_EQ(definition.rfind("NU=10;\nGAMMA=100;\nMAXITER=100;\nABSTOL=4.4e-06;\n"
+                             "RELTOL=4.4e-06;\nBIGM=15000;\nA = [0, 1; -2, -1];\n",
+                             0),
+            0U)
+      << definition;
+}
+
+// With P = [p1, p2; p2, p3]:
+//   L0 = [4 p2, -p1 - p2 + 2 p3; ., -2 p2 - 2 p3] for the excited oscillator,
+//   L1 = [0, p2; p2, 2 p3] for the feedback,
+// and the second instance's k must make L0 + k L1 positive definite for the P that
+// the first one found.
+TEST_F(Demo, FeedbackIsProvenByTheMatrixOfAnotherInstance) {
+  const std::vector<Firing> firings = network_run::run(network("oscillator_feedback.json"));
+  ASSERT_EQ(firings.size(), 4U);
+  const Firing& found = firings[2];
+  ASSERT_EQ(found.number(0), 1);
+  ASSERT_EQ(found.number(3), 0);
+  ASSERT_EQ(found.list(1).size(), 12U);
+  const std::vector<double> values(found.list(1).begin(), found.list(1).end());
+  const double p1 = values[8];
+  const double p2 = values[9];
+  const double p3 = values[11];
+  EXPECT_EQ(values[10], p2);
+  EXPECT_NEAR(p1 + p3, 1, 1e-6);
+  EXPECT_GT(p1 * p3 - p2 * p2, 0);
+  const double m0 = -p1 - p2 + 2 * p3;
+  const std::vector<double> paper = {4 * p2, m0, m0, -2 * p2 - 2 * p3, 0, p2, p2, 2 * p3};
+  for (std::size_t i = 0; i < paper.size(); ++i) EXPECT_NEAR(values[i], paper[i], 1e-6) << i;
+
+  const Firing& checked = firings[3];
+  EXPECT_EQ(checked.instance, "feedback");
+  ASSERT_EQ(checked.number(0), 1);
+  ASSERT_EQ(checked.number(3), 0);
+  ASSERT_EQ(checked.list(1).size(), 1U);
+  const double k = checked.list(1)[0];
+  const double m = m0 + k * p2;
+  EXPECT_GT(4 * p2, 0);
+  EXPECT_GT(4 * p2 * (-2 * p2 - 2 * p3 + 2 * k * p3) - m * m, 0);
+
+  // Each instance with its own files.
+  EXPECT_EQ(folder_.names(),
+            (std::vector<std::string>{"feedback.in", "feedback.out", "search.in", "search.out"}));
 }
 
 }  // namespace

@@ -40,7 +40,7 @@ class IntForce : public ::testing::Test {
     EXPECT_EQ(driver_.lastResult.valueCount, 0);
   }
 
-  TempDir dir_;
+  TestFolder dir_;
   sdpsol_wrapper driver_ = answering_driver(dir_, kFeasible);
   std::string said_;
 };

@@ -37,7 +37,7 @@ TEST_F(Exists, PosesASingleContactWhole) {
             "x2<10;\n"
             "[P0]>0;\n");
   EXPECT_EQ(said_, "");
-  EXPECT_EQ(read_file(driver_.definitionFile), driver_.definition);
+  EXPECT_EQ(content_of(driver_.definitionFile), driver_.definition);
 }
 
 TEST_F(Exists, LaysBlocksOutDiagonally) {

@@ -11,7 +11,7 @@
 namespace {
 
 using unit_test::CapturedOutput;
-using unit_test::TempDir;
+using unit_test::TestFolder;
 using Matrix = std::vector<std::vector<double>>;
 
 class IsFeasible : public ::testing::Test {
@@ -21,11 +21,11 @@ class IsFeasible : public ::testing::Test {
     const CapturedOutput output;
     driver_.isFeasible(matrices, strict);
     said_ = output.text();
-    EXPECT_EQ(unit_test::read_file(driver_.definitionFile), driver_.definition);
+    EXPECT_EQ(unit_test::content_of(driver_.definitionFile), driver_.definition);
     return driver_.definition;
   }
 
-  TempDir dir_;
+  TestFolder dir_;
   sdpsol_wrapper driver_ = unit_test::answering_driver(dir_, unit_test::kFeasible);
   std::string said_;
 };

@@ -50,7 +50,7 @@ TEST_F(GlobalLocale, DoesNotChangeAnInequality) {
             "P0=[1234.5,0.25;1e+07,123456];\n"
             "P=P0;\n"
             "P>0;\n");
-  EXPECT_EQ(read_file(driver_.definitionFile), driver_.definition);
+  EXPECT_EQ(content_of(driver_.definitionFile), driver_.definition);
 }
 
 TEST_F(GlobalLocale, DoesNotChangeAGrasp) {
@@ -151,7 +151,7 @@ class ShoutingFiles : public std::codecvt<char, char, std::mbstate_t> {
 };
 
 TEST(FileConversion, OfTheGlobalLocaleChangesNeitherFile) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver("true", dir.path("def"), dir.path("res"));
   driver.definition = "abcABC";
   write_file(dir.path("res"), "abcABC");
@@ -161,15 +161,15 @@ TEST(FileConversion, OfTheGlobalLocaleChangesNeitherFile) {
   const int written = driver.writeDefinition();
   const int read = driver.readResult();
   std::locale::global(before);
-  EXPECT_EQ(read_file(dir.path("host")), "Abc");
+  EXPECT_EQ(content_of(dir.path("host")), "Abc");
   EXPECT_EQ(written, 0);
-  EXPECT_EQ(read_file(dir.path("def")), "abcABC");
+  EXPECT_EQ(content_of(dir.path("def")), "abcABC");
   EXPECT_EQ(read, 0);
   EXPECT_EQ(driver.resultText, "abcABC");
 }
 
 TEST(CLocale, WithDecimalCommasChangesNothing) {
-  const TempDir dir;
+  const TestFolder dir;
   // Made on the spot, because few machines have one installed.
   const std::string name = dir.path("comma");
   const std::string make = "localedef -i de_DE -f UTF-8 " + name + " >/dev/null 2>&1";

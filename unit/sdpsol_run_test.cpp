@@ -16,7 +16,8 @@
 namespace {
 
 using unit_test::CapturedOutput;
-using unit_test::TempDir;
+using unit_test::NotRoot;
+using unit_test::TestFolder;
 using namespace std::string_literals;
 
 struct RunOutcome {
@@ -29,22 +30,6 @@ RunOutcome run(sdpsol_wrapper& driver) {
   const int code = driver.run();
   return {code, output.text()};
 }
-
-// While it lives, root acts as an ordinary user, whom permissions stop.
-class NotRoot {
- public:
-  NotRoot() : was_root_(geteuid() == 0) {
-    if (was_root_ && seteuid(65534) != 0) was_root_ = false;
-  }
-  NotRoot(const NotRoot&) = delete;
-  NotRoot& operator=(const NotRoot&) = delete;
-  ~NotRoot() {
-    if (was_root_ && seteuid(0) != 0) std::abort();
-  }
-
- private:
-  bool was_root_;
-};
 
 // A record full of an earlier run, to see that a run clears it.
 void fill_result(sdpsol_wrapper& driver) {
@@ -147,19 +132,19 @@ TEST(PrintCommandValues, PrintsExactlyOneLine) {
 }
 
 TEST(WriteDefinition, WritesEveryByteAndNothingElse) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver("true", dir.path("def"), dir.path("res"));
   driver.definition = "a=1;\r\n\0\xff no line break"s;
   ASSERT_EQ(driver.writeDefinition(), 0);
-  EXPECT_EQ(unit_test::read_file(dir.path("def")), driver.definition);
+  EXPECT_EQ(unit_test::content_of(dir.path("def")), driver.definition);
 }
 
 TEST(WriteDefinition, WritesAnEmptyFileForAnEmptyDefinition) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver("true", dir.path("def"), dir.path("res"));
   unit_test::write_file(dir.path("def"), "something longer from before");
   ASSERT_EQ(driver.writeDefinition(), 0);
-  EXPECT_EQ(unit_test::read_file(dir.path("def")), "");
+  EXPECT_EQ(unit_test::content_of(dir.path("def")), "");
 }
 
 TEST(WriteDefinition, DoesNotNoticeAFullDevice) {
@@ -170,7 +155,7 @@ TEST(WriteDefinition, DoesNotNoticeAFullDevice) {
 }
 
 TEST(WriteDefinition, WritesAHundredMegabytes) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver("true", dir.path("def"), dir.path("res"));
   driver.definition.assign(100'000'000, 'x');
   driver.definition.back() = 'y';
@@ -179,7 +164,7 @@ TEST(WriteDefinition, WritesAHundredMegabytes) {
 }
 
 TEST(CallSdpsol, ReturnsTheStatusUndecoded) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper good = unit_test::scripted_driver(dir, "exit 0\n");
   EXPECT_EQ(good.callsdpsol(), 0);
   sdpsol_wrapper bad = unit_test::scripted_driver(dir, "exit 3\n");
@@ -187,16 +172,16 @@ TEST(CallSdpsol, ReturnsTheStatusUndecoded) {
 }
 
 TEST(CallSdpsol, PassesTheArgumentsInOrder) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver =
       unit_test::scripted_driver(dir, "echo \"$#|$1|$2|$3|$4\" > " + dir.path("args") + "\n");
   ASSERT_EQ(driver.callsdpsol(), 0);
-  EXPECT_EQ(unit_test::read_file(dir.path("args")),
+  EXPECT_EQ(unit_test::content_of(dir.path("args")),
             "4|-q|-o|" + dir.path("sdpsol.out") + "|" + dir.path("sdpsol.in") + "\n");
 }
 
 TEST(ReadResult, ReadsEveryByteUnchanged) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver("true", dir.path("def"), dir.path("res"));
   const std::string text = "\n\n  a = 1\r\n\0\xff\x1a\t \n\n"s;
   unit_test::write_file(dir.path("res"), text);
@@ -205,7 +190,7 @@ TEST(ReadResult, ReadsEveryByteUnchanged) {
 }
 
 TEST(ReadResult, ReadsAnEmptyFileAsAnEmptyText) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver("true", dir.path("def"), dir.path("res"));
   unit_test::write_file(dir.path("res"), "");
   driver.resultText = "from before";
@@ -214,7 +199,7 @@ TEST(ReadResult, ReadsAnEmptyFileAsAnEmptyText) {
 }
 
 TEST(ReadResult, KeepsTheOldTextWhenTheFileIsMissing) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver("true", dir.path("def"), dir.path("res"));
   driver.resultText = "from before";
   fill_result(driver);
@@ -225,7 +210,7 @@ TEST(ReadResult, KeepsTheOldTextWhenTheFileIsMissing) {
 }
 
 TEST(ReadResult, ReadsADirectoryAsEmptyBecauseItOpens) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver("true", dir.path("def"), dir.path(""));
   driver.resultText = "from before";
   EXPECT_EQ(driver.readResult(), 0);
@@ -240,7 +225,7 @@ TEST(ReadResult, ReadsAFileWithoutASize) {
 }
 
 TEST(Run, WritesCallsReadsAndParses) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver =
       unit_test::scripted_driver(dir,
                                  "cp \"$4\" \"$4.seen\"\n"
@@ -250,7 +235,7 @@ TEST(Run, WritesCallsReadsAndParses) {
   const RunOutcome outcome = run(driver);
   EXPECT_EQ(outcome.code, 0);
   EXPECT_EQ(outcome.output, "");
-  EXPECT_EQ(unit_test::read_file(dir.path("sdpsol.in.seen")), "variable x;\nx>0;\n");
+  EXPECT_EQ(unit_test::content_of(dir.path("sdpsol.in.seen")), "variable x;\nx>0;\n");
   EXPECT_EQ(driver.definition, "variable x;\nx>0;\n");
   EXPECT_EQ(driver.lastResult.errorCode, 0);
   EXPECT_TRUE(driver.lastResult.feasible);
@@ -261,7 +246,7 @@ TEST(Run, WritesCallsReadsAndParses) {
 }
 
 TEST(Run, CallsTheCommandForAnEmptyDefinitionToo) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver = unit_test::scripted_driver(
       dir, "test -f \"$4\" && ! test -s \"$4\" && cp " + dir.path("answer") + " \"$3\"\n");
   unit_test::write_file(dir.path("answer"), unit_test::kFeasible);
@@ -270,7 +255,7 @@ TEST(Run, CallsTheCommandForAnEmptyDefinitionToo) {
 }
 
 TEST(Run, AnswersOneWhenTheDirectoryOfTheDefinitionIsMissing) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver("touch " + dir.path("called") + " ;", dir.path("missing/def"),
                         dir.path("res"));
   fill_result(driver);
@@ -284,7 +269,7 @@ TEST(Run, AnswersOneWhenTheDirectoryOfTheDefinitionIsMissing) {
 TEST(Run, AnswersOneWhenTheDirectoryMayNotBeWritten) {
   const NotRoot not_root;
   if (geteuid() == 0) GTEST_SKIP() << "root may write into read-only directories";
-  const TempDir dir;
+  const TestFolder dir;
   const std::string closed = dir.path("closed");
   ASSERT_EQ(mkdir(closed.c_str(), 0555), 0);
   sdpsol_wrapper driver("true", closed + "/def", dir.path("res"));
@@ -295,7 +280,7 @@ TEST(Run, AnswersOneWhenTheDirectoryMayNotBeWritten) {
 }
 
 TEST(Run, AnswersOneWhenTheDefinitionFileIsADirectory) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver("true", dir.path(""), dir.path("res"));
   const RunOutcome outcome = run(driver);
   EXPECT_EQ(outcome.code, 1);
@@ -303,7 +288,7 @@ TEST(Run, AnswersOneWhenTheDefinitionFileIsADirectory) {
 }
 
 TEST(Run, AnswersTwoWhenTheCommandDoesNotExist) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver("exec 2>/dev/null; " + dir.path("no-such-command"), dir.path("def"),
                         dir.path("res"));
   fill_result(driver);
@@ -314,20 +299,20 @@ TEST(Run, AnswersTwoWhenTheCommandDoesNotExist) {
 }
 
 TEST(Run, AnswersTwoWhenTheCommandFailsAfterAGoodResult) {
-  const TempDir dir;
+  const TestFolder dir;
   unit_test::write_file(dir.path("answer"), unit_test::kFeasible);
   sdpsol_wrapper driver =
       unit_test::scripted_driver(dir, "cp " + dir.path("answer") + " \"$3\"\nexit 1\n");
   const RunOutcome outcome = run(driver);
   EXPECT_EQ(outcome.code, 2);
   EXPECT_EQ(outcome.output, call_report(driver));
-  EXPECT_EQ(unit_test::read_file(driver.resultFile), unit_test::kFeasible);
+  EXPECT_EQ(unit_test::content_of(driver.resultFile), unit_test::kFeasible);
   EXPECT_EQ(driver.resultText, "");
   expect_failed(driver, 2);
 }
 
 TEST(Run, AnswersTwoWhenTheCommandIsKilled) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver = unit_test::scripted_driver(dir, "kill -9 $$\n");
   EXPECT_EQ(run(driver).code, 2);
   expect_failed(driver, 2);
@@ -335,7 +320,7 @@ TEST(Run, AnswersTwoWhenTheCommandIsKilled) {
 
 // A host that ignores the end of its children makes every status unknown: -1.
 TEST(Run, AnswersTwoWhenTheStatusOfTheCommandIsLost) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver = unit_test::answering_driver(dir, unit_test::kFeasible);
   const auto before = std::signal(SIGCHLD, SIG_IGN);
   const int status = driver.callsdpsol();
@@ -348,7 +333,7 @@ TEST(Run, AnswersTwoWhenTheStatusOfTheCommandIsLost) {
 }
 
 TEST(Run, AnswersThreeWhenTheCommandWritesNoResult) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver = unit_test::scripted_driver(dir, "exit 0\n");
   driver.resultText = "from before";
   fill_result(driver);
@@ -360,7 +345,7 @@ TEST(Run, AnswersThreeWhenTheCommandWritesNoResult) {
 }
 
 TEST(Run, ReadsAStaleResultWhenTheCommandWritesNone) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver = unit_test::scripted_driver(dir, "exit 0\n");
   unit_test::write_file(driver.resultFile, unit_test::kFeasible);
   const RunOutcome outcome = run(driver);
@@ -371,7 +356,7 @@ TEST(Run, ReadsAStaleResultWhenTheCommandWritesNone) {
 }
 
 TEST(Run, LetsTheErrorOfAnEmptyResultPassAndStaysAtHundred) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver = unit_test::answering_driver(dir, "");
   fill_result(driver);
   const CapturedOutput output;
@@ -388,14 +373,14 @@ TEST(Run, LetsTheErrorOfAnEmptyResultPassAndStaysAtHundred) {
 }
 
 TEST(Run, LetsTheErrorOfADirectoryAsResultPass) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver("true", dir.path("def"), dir.path(""));
   EXPECT_THROW(driver.run(), std::out_of_range);
   EXPECT_EQ(driver.lastResult.errorCode, 100);
 }
 
 TEST(Run, RecoversAfterAnAbandonedRun) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver = unit_test::answering_driver(dir, "");
   EXPECT_THROW(driver.run(), std::out_of_range);
   unit_test::write_file(dir.path("answer"), unit_test::kInfeasible);
@@ -405,7 +390,7 @@ TEST(Run, RecoversAfterAnAbandonedRun) {
 }
 
 TEST(Run, AnswersFourWhenTheResultSendsTheScanRoundInACircle) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver = unit_test::answering_driver(dir, "garbage\nwithout any marker\n");
   const RunOutcome outcome = run(driver);
   EXPECT_EQ(outcome.code, 4);
@@ -415,7 +400,7 @@ TEST(Run, AnswersFourWhenTheResultSendsTheScanRoundInACircle) {
 }
 
 TEST(Run, SpeaksBeforeTheCommandDoes) {
-  const TempDir dir;
+  const TestFolder dir;
   // The real standard output, as a file: what was said first must stand first.
   const std::string said = dir.path("said");
   std::fflush(stdout);
@@ -433,7 +418,7 @@ TEST(Run, SpeaksBeforeTheCommandDoes) {
   close(saved);
   EXPECT_EQ(others_code, 0);
   EXPECT_EQ(code, 2);
-  const std::string text = unit_test::read_file(said);
+  const std::string text = unit_test::content_of(said);
   const std::string expected = "using sdpsol with: " + driver.commandLine +
                                "\nanother command\nan unflushed word of the host\nthe command\n" +
                                call_report(driver);
@@ -441,7 +426,7 @@ TEST(Run, SpeaksBeforeTheCommandDoes) {
 }
 
 TEST(Run, HandlesAResultOfAHundredMegabytes) {
-  const TempDir dir;
+  const TestFolder dir;
   sdpsol_wrapper driver = unit_test::scripted_driver(dir, "exit 0\n");
   std::string text = "*** Objective value\nobjective = 1\n\n*** Variables\nX =\n[\n";
   const std::string element = "  0.12345678901234567,\n";

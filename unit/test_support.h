@@ -1,53 +1,24 @@
-// What the tests of the driver share: a directory of their own, standard output
-// as a text, and commands that stand in for the solver.
+// What the tests of the driver share: standard output as a text, an ordinary user, and commands
+// that stand in for the solver.
 #pragma once
+
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
+#include "tests/support/test_folder.h"
 #include "unit/sdpsol_wrapper.h"
 
 namespace unit_test {
 
-/// An empty directory that vanishes with the object. Its path holds no blank.
-class TempDir {
- public:
-  TempDir() {
-    std::string name = "/tmp/sdpsol_unit_XXXXXX";
-    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("mkdtemp failed");
-    path_ = name;
-  }
-  TempDir(const TempDir&) = delete;
-  TempDir& operator=(const TempDir&) = delete;
-  ~TempDir() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-
-  std::string path(std::string_view name) const { return (path_ / name).string(); }
-
- private:
-  std::filesystem::path path_;
-};
-
-inline void write_file(const std::string& path, std::string_view text) {
-  std::ofstream file(path, std::ios::binary);
-  file.write(text.data(), static_cast<std::streamsize>(text.size()));
-  if (!file.flush()) throw std::runtime_error("cannot write " + path);
-}
-
-inline std::string read_file(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) throw std::runtime_error("cannot read " + path);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
+using test_support::content_of;
+using test_support::TestFolder;
+using test_support::write_file;
 
 /// While it lives, what goes to std::cout ends up in text().
 class CapturedOutput {
@@ -64,21 +35,55 @@ class CapturedOutput {
   std::streambuf* before_;
 };
 
+/// While it lives, root acts as an ordinary user, whom permissions stop.
+class NotRoot {
+ public:
+  NotRoot() : was_root_(geteuid() == 0) {
+    if (was_root_ && seteuid(65534) != 0) was_root_ = false;
+  }
+  NotRoot(const NotRoot&) = delete;
+  NotRoot& operator=(const NotRoot&) = delete;
+  ~NotRoot() {
+    if (was_root_ && seteuid(0) != 0) std::abort();
+  }
+
+ private:
+  bool was_root_;
+};
+
+/// While it lives, relative names are in another directory.
+class WorkingDirectory {
+ public:
+  explicit WorkingDirectory(const std::filesystem::path& path)
+      : before_(std::filesystem::current_path()) {
+    std::filesystem::current_path(path);
+  }
+  WorkingDirectory(const WorkingDirectory&) = delete;
+  WorkingDirectory& operator=(const WorkingDirectory&) = delete;
+  ~WorkingDirectory() {
+    std::error_code ignored;
+    std::filesystem::current_path(before_, ignored);
+  }
+
+ private:
+  std::filesystem::path before_;
+};
+
 /// A shell script that stands in for the solver: $3 is the result file, $4 the
 /// definition file.
-inline std::string script(const TempDir& dir, std::string_view body) {
+inline std::string script(const TestFolder& dir, std::string_view body) {
   const std::string path = dir.path("command.sh");
   write_file(path, body);
   return "sh " + path;
 }
 
 /// A driver in `dir` whose command is the given script.
-inline sdpsol_wrapper scripted_driver(const TempDir& dir, std::string_view body) {
+inline sdpsol_wrapper scripted_driver(const TestFolder& dir, std::string_view body) {
   return {script(dir, body), dir.path("sdpsol.in"), dir.path("sdpsol.out")};
 }
 
 /// A driver in `dir` whose command answers with `result`, whatever the problem.
-inline sdpsol_wrapper answering_driver(const TempDir& dir, std::string_view result) {
+inline sdpsol_wrapper answering_driver(const TestFolder& dir, std::string_view result) {
   write_file(dir.path("answer"), result);
   return scripted_driver(dir, "cp " + dir.path("answer") + " \"$3\"\n");
 }

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <iostream>
 #include <limits>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -358,8 +359,8 @@ void add_intforce(def_unittype* root) {
 
 def_unittype* sdpsol(def_unittype* parent, char* command, char* definitionFileName,
                      char* resultFileName) {
-  auto* const driver = new sdpsol_wrapper(text_or_empty(command), text_or_empty(definitionFileName),
-                                          text_or_empty(resultFileName));
+  auto driver = std::make_unique<sdpsol_wrapper>(
+      text_or_empty(command), text_or_empty(definitionFileName), text_or_empty(resultFileName));
   if (is_not_unit(parent) != 0) {
     error_msg(2, "sdpsol", 1, 0);
     return nullptr;
@@ -369,7 +370,8 @@ def_unittype* sdpsol(def_unittype* parent, char* command, char* definitionFileNa
     error_msg(30, "sdpsol", 1, 0);
     return nullptr;
   }
-  zel_set_user(root, driver);
+  // From here on it lives as long as the process.
+  zel_set_user(root, driver.release());
   zel_indicate_export_of_methods(root);
   return_unit(root);
   add_general(root);

@@ -6,7 +6,7 @@
 extern "C" {
 
 /// Makes one driver and the tree of groups and methods that work on it. The
-/// driver is never freed: the host tells nobody when an instance ends.
+/// instance's driver is never freed: the host tells nobody when an instance ends.
 /// @param command, definitionFileName, resultFileName as the driver takes them;
 /// null counts as an empty text.
 /// @return the tree's root; null, with the host's error 2, if the parent is no

@@ -18,8 +18,9 @@
  * Thread: the host's, for everything: it calls the plug-in, the plug-in calls
  * the operations from within such a call, and from no other thread.
  * Numbers cross in single precision or as 32-bit integers. Counts are from 0.
- * Nothing here throws, and an operation that is misused changes nothing; what it
- * returns then is said with each.
+ * No operation of the host throws, and one that is misused changes nothing; what
+ * it returns then is said with each. What a plug-in throws in C++ passes through
+ * to whoever called it: a host that cannot catch it ends there.
  */
 #ifndef ZEL_ZEL_H
 #define ZEL_ZEL_H
@@ -40,7 +41,8 @@ extern "C" {
 
 typedef struct def_unittype def_unittype;
 
-/* Runs a method on its unit. Returns 0; the host takes anything else as failure. */
+/* Runs a method on its unit. Returns 0; the host takes anything else, and an
+ * exception, as failure of the method. The instance can be used again. */
 typedef int zel_method(def_unittype* unit);
 
 /* `value` points to one float (TAG_FLOAT), is the text itself or null

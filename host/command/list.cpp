@@ -5,6 +5,7 @@
 #include <ostream>
 #include <string>
 
+#include "host/command/standard_output.h"
 #include "host/host.h"
 #include "host/text.h"
 
@@ -62,13 +63,17 @@ void print_tree(const Instance& instance, const Unit& parent, const std::string&
 
 void list_plugin(const zelhost::Plugin& plugin, std::ostream& out) {
   zelhost::Host host;
-  out << "folder " << plugin.folder << ", for interface " << plugin.version << "\n";
+  print(out, [&plugin](std::ostream& text) {
+    text << "folder " << plugin.folder << ", for interface " << plugin.version << "\n";
+  });
   for (const auto& icon : plugin.icons) {
     const Instance instance = host.create(icon, icon.presets());
-    out << "\nicon " << icon.name << ", dialog\n";
-    print_dialog(icon, out);
-    out << "\nicon " << icon.name << ", methods\n";
-    print_tree(instance, instance.root(), "  ", out);
+    print(out, [&](std::ostream& text) {
+      text << "\nicon " << icon.name << ", dialog\n";
+      print_dialog(icon, text);
+      text << "\nicon " << icon.name << ", methods\n";
+      print_tree(instance, instance.root(), "  ", text);
+    });
   }
 }
 

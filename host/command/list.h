@@ -9,7 +9,8 @@ namespace zelrun {
 
 /// Creates one instance of each icon, with the dialog as it comes up, and prints
 /// its tree.
-/// @throws zelhost::CreationError; whatever the plug-in throws.
+/// @throws zelhost::CreationError; std::system_error if it cannot be written; whatever
+/// the plug-in throws.
 void list_plugin(const zelhost::Plugin& plugin, std::ostream& out);
 
 }  // namespace zelrun

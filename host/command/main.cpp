@@ -1,3 +1,4 @@
+#include <csignal>
 #include <filesystem>
 #include <iostream>
 #include <new>
@@ -27,7 +28,9 @@ zelrun::Folders plugin_folders(const zelrun::Options& options) {
   return folders;
 }
 
-fs::path find(const std::string& name, const zelrun::Folders& folders) {
+// A plug-in that the command line names.
+fs::path find(const std::string& name, zelrun::Folders folders) {
+  folders.insert(folders.begin(), fs::current_path());
   return zelhost::find_plugin(name, fs::current_path(), folders);
 }
 
@@ -51,6 +54,8 @@ int fail(zelrun::ExitStatus status, const std::string& what) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // Beyond the largest size of files a write fails, and is no end of the host.
+  std::signal(SIGXFSZ, SIG_IGN);
   try {
     const zelrun::ParsedCommandLine parsed = zelrun::parse_command_line(argc, argv);
     std::cout << parsed.output;

@@ -53,7 +53,7 @@ ParsedCommandLine parse_command_line(int argc, const char* const* argv) {
   check_command.add_option("--time-limit", check.time_limit, "How long one check may take")
       ->capture_default_str()
       ->type_name("SECONDS")
-      ->check(CLI::PositiveNumber);
+      ->check(CLI::Range(0.001, 86400.0));
   add_folders(check_command);
 
   ParsedCommandLine parsed;

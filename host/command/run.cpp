@@ -2,13 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <charconv>
 #include <chrono>
 #include <ostream>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 #include "host/command/progress.h"
 #include "host/command/standard_output.h"
@@ -78,21 +76,19 @@ class Table {
   explicit Table(std::ostream& out) : out_(out) {}
 
   void begin(const std::string& title, const std::vector<Step>& steps) {
-    if (!title.empty()) out_ << title << "\n";
-    out_.flush();
+    if (!title.empty()) print(out_, [&title](std::ostream& out) { out << title << "\n"; });
     label_width_ = widest_label(steps);
   }
 
   void firing(const Step& step, double seconds) {
-    out_ << "\n" << in_column(heading(step), label_width_) << in_milliseconds(seconds) << " ms\n";
-    const auto& outputs = step.method.unit->outputs();
-    for (std::size_t i = 0; i < outputs.size(); ++i) {
-      out_ << in_column(std::string(kIndent) + port_text(step, i), label_width_)
-           << shown(to_json(outputs[i].value(), outputs[i].type())) << "\n";
-    }
-    // What the next method prints stands behind it.
-    out_.flush();
-    if (!out_) throw std::system_error(errno, std::generic_category(), "standard output");
+    print(out_, [&](std::ostream& out) {
+      out << "\n" << in_column(heading(step), label_width_) << in_milliseconds(seconds) << " ms\n";
+      const auto& outputs = step.method.unit->outputs();
+      for (std::size_t i = 0; i < outputs.size(); ++i) {
+        out << in_column(std::string(kIndent) + port_text(step, i), label_width_)
+            << shown(to_json(outputs[i].value(), outputs[i].type())) << "\n";
+      }
+    });
   }
 
   void error(const std::string&) {}

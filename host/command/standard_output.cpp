@@ -6,17 +6,24 @@
 #include <cerrno>
 #include <cstdio>
 #include <iostream>
-#include <string_view>
 #include <system_error>
 
 namespace zelrun {
 namespace {
 
 [[noreturn]] void fail() {
-  throw std::system_error(errno, std::generic_category(), "standard output");
+  throw std::system_error(errno == 0 ? EIO : errno, std::generic_category(), "standard output");
 }
 
 }  // namespace
+
+void print(std::ostream& out, const std::function<void(std::ostream&)>& write) {
+  // The stream does not say why it fails; the call that failed beneath it does.
+  errno = 0;
+  write(out);
+  out.flush();
+  if (!out) fail();
+}
 
 ReservedOutput::ReservedOutput() {
   std::cout.flush();

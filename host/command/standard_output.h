@@ -1,9 +1,17 @@
-// Keeping standard output for what the program itself prints.
+// Standard output: written whole or with an error, and kept for what the program
+// itself prints.
 #pragma once
 
+#include <functional>
 #include <ostream>
+#include <string_view>
 
 namespace zelrun {
+
+/// Lets `write` put something on the stream, and flushes it, so that what plug-ins
+/// print next stands behind it.
+/// @throws std::system_error if the stream fails.
+void print(std::ostream& out, const std::function<void(std::ostream&)>& write);
 
 /// While it lives, whatever plug-ins and the programs they start print to standard
 /// output goes to standard error; write() still reaches standard output.

@@ -10,10 +10,13 @@
 #include <cstring>
 #include <sstream>
 
-#include "solver/command/test_folder.h"
+#include "tests/support/test_folder.h"
 
 namespace sdpsol {
 namespace {
+
+using test_support::content_of;
+using test_support::TestFolder;
 
 namespace fs = std::filesystem;
 using Names = std::vector<std::string>;

@@ -6,9 +6,12 @@
 #include <cstdlib>
 #include <string>
 
-#include "solver/command/test_folder.h"
+#include "tests/support/test_folder.h"
 
 namespace sdpsol {
+
+using test_support::content_of;
+using test_support::TestFolder;
 
 struct Ended {
   int status = -1;  ///< exit status as the shell tells it: 128 + n after signal n

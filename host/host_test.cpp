@@ -1,0 +1,419 @@
+// The operations as plug-ins call them: what they do, and what the host says
+// about those who misuse them.
+#include "host/host.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <functional>
+#include <utility>
+
+namespace zelhost {
+namespace {
+
+// A plug-in without a library: what it does while an instance is created is the
+// test's.
+std::function<def_unittype*(def_unittype* parent)> creating;
+
+def_unittype* create(int, int, const ZelIconDef_*, def_unittype* parent) {
+  return creating(parent);
+}
+
+int second(int, int, const ZelIconDef_*, def_unittype*) {
+  return 1;
+}
+
+const ZelIconDef_ kDefinition = {nullptr, create, second, "", "", "test", "", nullptr};
+const Icon kIcon = {"test", {}, &kDefinition};
+
+int fired = 0;
+
+int count_firing(def_unittype*) {
+  return ++fired, 0;
+}
+
+int fail_with_7(def_unittype*) {
+  return 7;
+}
+
+class HostTest : public testing::Test {
+ protected:
+  ~HostTest() override { creating = nullptr; }
+
+  // An instance of a root and what `build` does with it.
+  Instance instance(std::function<void(def_unittype* root)> build,
+                    std::vector<std::string> dialog = {}) {
+    creating = [build = std::move(build)](def_unittype* parent) {
+      def_unittype* const root = primitive_unit(TAG_END, parent);
+      zel_indicate_export_of_methods(root);
+      return_unit(root);
+      build(root);
+      label(root, "test");
+      return root;
+    };
+    return host_.create(kIcon, std::move(dialog));
+  }
+
+  // What the host has said since the last call.
+  std::vector<std::string> said() {
+    std::vector<std::string> texts;
+    for (const Report& report : host_.take_reports())
+      texts.push_back((report.kind == Report::Kind::kError ? "error: " : "misuse: ") + report.text);
+    return texts;
+  }
+
+  using Texts = std::vector<std::string>;
+
+  Host host_;
+};
+
+TEST_F(HostTest, ThereIsOneAtATime) {
+  EXPECT_THROW(Host(), std::logic_error);
+}
+
+TEST_F(HostTest, BuildsTheTreeThatThePluginAsksFor) {
+  const Instance built = instance([](def_unittype* root) {
+    def_unittype* const group = primitive_unit(TAG_END, root);
+    zel_name_unit("Group", group);
+    zel_indicate_export_of_methods(group);
+    def_unittype* const method =
+        primitive_unit(TAG_INP, TAG_FLOAT, 6, TAG_INP, TAG_STRING, 1, TAG_OUT, TAG_DYN, "F",
+                       TAG_OUT, TAG_DYN, "I", TAG_END, group);
+    zel_name_unit("Method", method);
+    zel_set_method(method, count_firing);
+  });
+  ASSERT_EQ(built.methods().size(), 1U);
+  const Method& method = built.methods().front();
+  EXPECT_EQ(method.name, "Group:Method");
+  ASSERT_EQ(method.unit->inputs().size(), 2U);
+  EXPECT_EQ(method.unit->inputs()[0].type(), (PortType{PortKind::kFloats, 6}));
+  EXPECT_EQ(method.unit->inputs()[1].type(), (PortType{PortKind::kText, 1}));
+  ASSERT_EQ(method.unit->outputs().size(), 2U);
+  EXPECT_EQ(method.unit->outputs()[0].type(), (PortType{PortKind::kFloatArray, 1}));
+  EXPECT_EQ(method.unit->outputs()[1].type(), (PortType{PortKind::kIntegerArray, 1}));
+  EXPECT_EQ(built.root().label, "test");
+  EXPECT_EQ(built.root().parent(), &host_.environment());
+  EXPECT_EQ(zel_parent(method.unit->record()), method.unit->parent()->record());
+  EXPECT_EQ(said(), Texts{});
+}
+
+TEST_F(HostTest, HidesMethodsBelowAUnitThatExportsNone) {
+  const Instance built = instance([](def_unittype* root) {
+    def_unittype* const group = primitive_unit(TAG_END, root);
+    zel_name_unit("Group", group);
+    def_unittype* const method = primitive_unit(TAG_END, group);
+    zel_name_unit("Method", method);
+    zel_set_method(method, count_firing);
+  });
+  EXPECT_TRUE(built.methods().empty());
+}
+
+TEST_F(HostTest, FiresMethods) {
+  const Instance built = instance([](def_unittype* root) {
+    def_unittype* const method = primitive_unit(TAG_END, root);
+    zel_name_unit("Method", method);
+    zel_set_method(method, count_firing);
+    def_unittype* const failing = primitive_unit(TAG_END, root);
+    zel_name_unit("Failing", failing);
+    zel_set_method(failing, fail_with_7);
+  });
+  fired = 0;
+  EXPECT_EQ(host_.fire(*built.find("Method")->unit), 0);
+  EXPECT_EQ(fired, 1);
+  EXPECT_EQ(host_.fire(*built.find("Failing")->unit), 7);
+  EXPECT_THROW(host_.fire(built.root()), std::invalid_argument);
+  EXPECT_EQ(built.find("Nothing"), nullptr);
+}
+
+TEST_F(HostTest, RefusesDescriptorsThatAreNone) {
+  instance([](def_unittype* root) {
+    EXPECT_EQ(primitive_unit(5, root), nullptr);
+    EXPECT_EQ(primitive_unit(TAG_FLOAT, 1, TAG_END, root), nullptr);
+    EXPECT_EQ(primitive_unit(TAG_INP, TAG_OUT, TAG_END, root), nullptr);
+    EXPECT_EQ(primitive_unit(TAG_INP, TAG_FLOAT, 0, TAG_END, root), nullptr);
+    EXPECT_EQ(primitive_unit(TAG_INP, TAG_STRING, 2, TAG_END, root), nullptr);
+    EXPECT_EQ(primitive_unit(TAG_OUT, TAG_DYN, "D", TAG_END, root), nullptr);
+    EXPECT_EQ(primitive_unit(TAG_OUT, TAG_DYN, static_cast<const char*>(nullptr), TAG_END, root),
+              nullptr);
+  });
+  const std::string no_element =
+      "misuse: primitive_unit: TAG_DYN with an element type that is neither \"F\" nor \"I\"";
+  EXPECT_EQ(said(),
+            (Texts{"misuse: primitive_unit: neither TAG_INP, TAG_OUT nor TAG_END: 5",
+                   "misuse: primitive_unit: neither TAG_INP, TAG_OUT nor TAG_END: -99999994",
+                   "misuse: primitive_unit: no port kind: -99999998",
+                   "misuse: primitive_unit: TAG_FLOAT with count 0",
+                   "misuse: primitive_unit: TAG_STRING with count 2", no_element, no_element}));
+}
+
+TEST_F(HostTest, KnowsItsOwnUnits) {
+  def_unittype foreign{};
+  instance([&](def_unittype* root) {
+    EXPECT_EQ(is_not_unit(root), 0);
+    EXPECT_NE(is_not_unit(nullptr), 0);
+    EXPECT_NE(is_not_unit(&foreign), 0);
+    EXPECT_EQ(primitive_unit(TAG_END, static_cast<def_unittype*>(nullptr)), nullptr);
+    EXPECT_EQ(primitive_unit(TAG_END, &foreign), nullptr);
+    zel_name_unit("x", nullptr);
+    zel_indicate_export_of_methods(&foreign);
+    return_unit(nullptr);
+    label(&foreign, "x");
+  });
+  EXPECT_EQ(said(),
+            (Texts{"misuse: primitive_unit: the unit is null",
+                   "misuse: primitive_unit: the unit is none of this host's",
+                   "misuse: zel_name_unit: the unit is null",
+                   "misuse: zel_indicate_export_of_methods: the unit is none of this host's",
+                   "misuse: return_unit: the unit is null",
+                   "misuse: label: the unit is none of this host's"}));
+}
+
+TEST_F(HostTest, WantsNamesThatTellSiblingsApart) {
+  instance([](def_unittype* root) {
+    zel_name_unit("A", primitive_unit(TAG_END, root));
+    zel_name_unit("A", primitive_unit(TAG_END, root));
+    zel_name_unit("", primitive_unit(TAG_END, root));
+    zel_name_unit(nullptr, primitive_unit(TAG_END, root));
+    label(root, nullptr);
+  });
+  EXPECT_EQ(said(),
+            (Texts{"misuse: zel_name_unit: a sibling is named \"A\" already",
+                   "misuse: zel_name_unit: the name is empty",
+                   "misuse: zel_name_unit: the name is empty", "misuse: label: the text is null"}));
+}
+
+TEST_F(HostTest, WantsTheRootOnceAndBeforeItsChildren) {
+  instance([](def_unittype* root) { return_unit(root); });
+  EXPECT_EQ(said(), Texts{"misuse: return_unit: called a second time"});
+  creating = [](def_unittype* parent) {
+    def_unittype* const root = primitive_unit(TAG_END, parent);
+    primitive_unit(TAG_END, root);
+    return_unit(root);
+    return root;
+  };
+  host_.create(kIcon, {});
+  EXPECT_EQ(said(), Texts{"misuse: return_unit: the root has children already"});
+}
+
+TEST_F(HostTest, HandsOutTheTextsOfTheDialog) {
+  instance(
+      [](def_unittype*) {
+        EXPECT_STREQ(TVAL(0), "command");
+        EXPECT_STREQ(TVAL(1), "");
+        EXPECT_EQ(TVAL(2), nullptr);
+        EXPECT_EQ(TVAL(-1), nullptr);
+      },
+      {"command", ""});
+  EXPECT_EQ(said(), (Texts{"misuse: TVAL: the dialog has no field 2",
+                           "misuse: TVAL: the dialog has no field -1"}));
+}
+
+TEST_F(HostTest, KeepsTheTextsOfMethodsAndPorts) {
+  const Instance built = instance([](def_unittype* root) {
+    kem_iconform_for_method("Method", " help %n", 0, 0);
+    SET_INFO_FOR_METHOD("Method");
+    INFO_FOR_INP(0, "in");
+    INFO_FOR_OUT(0, "out");
+    INFO_FOR_OUT(1, "more");
+    kem_iconform_for_method("Nobody", "none", 0, 0);
+    def_unittype* const method = primitive_unit(TAG_INP, TAG_FLOAT, 1, TAG_END, root);
+    zel_name_unit("Method", method);
+    zel_set_method(method, count_firing);
+  });
+  const MethodText& text = built.find("Method")->text;
+  EXPECT_EQ(text.help, " help %n");
+  EXPECT_EQ(text.inputs, (std::map<int, std::string>{{0, "in"}}));
+  EXPECT_EQ(text.outputs, (std::map<int, std::string>{{0, "out"}, {1, "more"}}));
+  EXPECT_EQ(built.texts().count("Nobody"), 1U);
+}
+
+TEST_F(HostTest, SaysWhatIsWrongWithDescriptions) {
+  instance([](def_unittype*) {
+    INFO_FOR_INP(0, "early");
+    kem_iconform_for_method(nullptr, "x", 0, 0);
+    kem_iconform_for_method("x", nullptr, 0, 0);
+    SET_INFO_FOR_METHOD(nullptr);
+    SET_INFO_FOR_METHOD("x");
+    INFO_FOR_INP(-1, "x");
+    INFO_FOR_OUT(0, nullptr);
+  });
+  EXPECT_EQ(said(), (Texts{"misuse: INFO_FOR_INP: no method is selected",
+                           "misuse: kem_iconform_for_method: a text is null",
+                           "misuse: kem_iconform_for_method: a text is null",
+                           "misuse: SET_INFO_FOR_METHOD: the name is null",
+                           "misuse: INFO_FOR_INP: port -1, text \"x\"",
+                           "misuse: INFO_FOR_OUT: port 0, text null"}));
+}
+
+TEST_F(HostTest, WantsDescriptionsWhileAnInstanceIsCreated) {
+  kem_iconform_for_method("x", "x", 0, 0);
+  SET_INFO_FOR_METHOD("x");
+  INFO_FOR_INP(0, "x");
+  EXPECT_EQ(TVAL(0), nullptr);
+  EXPECT_EQ(said(), (Texts{"misuse: kem_iconform_for_method: called while no instance is created",
+                           "misuse: SET_INFO_FOR_METHOD: called while no instance is created",
+                           "misuse: INFO_FOR_INP: called while no instance is created",
+                           "misuse: TVAL: called while no instance is created"}));
+}
+
+TEST_F(HostTest, SaysWhyThereIsNoInstance) {
+  creating = [](def_unittype* parent) {
+    error_msg(is_not_unit(parent) != 0 ? 2 : 30, "test", 1, 0);
+    return static_cast<def_unittype*>(nullptr);
+  };
+  try {
+    host_.create(kIcon, {});
+    ADD_FAILURE() << "no error";
+  } catch (const CreationError& error) {
+    EXPECT_STREQ(error.what(),
+                 "icon test: no instance was created; test: error 30: the unit could not be "
+                 "created");
+  }
+  EXPECT_EQ(host_.create_root(kIcon, {}, nullptr), nullptr);
+  EXPECT_EQ(said(), (Texts{"error: test: error 30: the unit could not be created",
+                           "error: test: error 2: the parent is no unit"}));
+}
+
+TEST_F(HostTest, RefusesARootThatIsNoneOfItsUnits) {
+  def_unittype foreign{};
+  creating = [&](def_unittype*) { return &foreign; };
+  EXPECT_THROW(host_.create(kIcon, {}), CreationError);
+  EXPECT_EQ(said(), Texts{"misuse: create: it returned what is no unit of this host"});
+}
+
+TEST_F(HostTest, ForgetsAnInstanceWhosePluginThrew) {
+  creating = [](def_unittype*) -> def_unittype* { throw std::runtime_error("no"); };
+  EXPECT_THROW(host_.create(kIcon, {"text"}), std::runtime_error);
+  EXPECT_EQ(TVAL(0), nullptr);
+}
+
+TEST_F(HostTest, MakesNoMoreUnitsThanItIsTold) {
+  host_.limit_units(2);
+  instance([](def_unittype* root) {
+    EXPECT_NE(primitive_unit(TAG_END, root), nullptr);
+    EXPECT_EQ(primitive_unit(TAG_END, root), nullptr);
+  });
+  EXPECT_EQ(said(), Texts{});
+}
+
+TEST_F(HostTest, MakesNoUnitThatThereIsNoMemoryFor) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the address sanitizer needs more memory than this test leaves";
+#endif
+  instance([](def_unittype* root) {
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_AS, &before), 0);
+    const rlimit one_gigabyte = {1U << 30U, before.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_AS, &one_gigabyte), 0);
+    def_unittype* const unit = primitive_unit(TAG_INP, TAG_FLOAT, 500'000'000, TAG_END, root);
+    ASSERT_EQ(setrlimit(RLIMIT_AS, &before), 0);
+    EXPECT_EQ(unit, nullptr);
+  });
+  EXPECT_EQ(said(), Texts{"misuse: primitive_unit: no memory for its ports"});
+}
+
+TEST_F(HostTest, TellsAnObserverOfEveryOperation) {
+  std::vector<std::string> seen;
+  host_.observe([&seen](std::string_view operation, const Unit* unit) {
+    seen.push_back(std::string(operation) + (unit == nullptr ? "" : " " + unit->label));
+  });
+  instance([](def_unittype* root) {
+    label(root, "early");
+    TVAL(0);
+  });
+  EXPECT_EQ(seen, (Texts{"primitive_unit ", "zel_indicate_export_of_methods ", "return_unit ",
+                         "label ", "TVAL", "label early"}));
+}
+
+class Arrays : public HostTest {
+ protected:
+  Arrays() {
+    built_ =
+        instance([this](def_unittype* root) {
+          unit_ = primitive_unit(TAG_INP, TAG_DYN, "F", TAG_INP, TAG_FLOAT, 1, TAG_OUT, TAG_DYN,
+                                 "F", TAG_OUT, TAG_DYN, "I", TAG_OUT, TAG_STRING, 1, TAG_END, root);
+          zel_name_unit("M", unit_);
+          zel_set_method(unit_, count_firing);
+        })
+            .find("M")
+            ->unit;
+  }
+
+  def_unittype* unit_ = nullptr;
+  Unit* built_ = nullptr;
+};
+
+TEST_F(Arrays, HaveALength) {
+  EXPECT_EQ(zel_dim_of_dyn_inp(unit_, 0, 0), 0);
+  built_->inputs()[0].set(std::vector<float>{1, 2, 3});
+  EXPECT_EQ(zel_dim_of_dyn_inp(unit_, 0, 0), 3);
+  EXPECT_EQ(zel_floats_inp(unit_, 0)[2], 3.0F);
+  EXPECT_EQ(said(), Texts{});
+}
+
+TEST_F(Arrays, AreAskedForWhereThereAreSome) {
+  EXPECT_EQ(zel_dim_of_dyn_inp(unit_, 1, 0), 0);
+  EXPECT_EQ(zel_dim_of_dyn_inp(unit_, 2, 0), 0);
+  EXPECT_EQ(zel_dim_of_dyn_inp(unit_, -1, 0), 0);
+  EXPECT_EQ(zel_dim_of_dyn_inp(nullptr, 0, 0), 0);
+  EXPECT_EQ(zel_dim_of_dyn_inp(unit_, 0, 1), 0);
+  EXPECT_EQ(said(),
+            (Texts{"misuse: zel_dim_of_dyn_inp: M, input 1: the port is no array but 1 float",
+                   "misuse: zel_dim_of_dyn_inp: M, input 2: there is no such port",
+                   "misuse: zel_dim_of_dyn_inp: M, input -1: there is no such port",
+                   "misuse: zel_dim_of_dyn_inp: the unit is null",
+                   "misuse: zel_dim_of_dyn_inp: the third argument is not 0"}));
+}
+
+TEST_F(Arrays, AreTheHostsOnceHandedOver) {
+  EXPECT_EQ(zel_reassign(unit_, 0, 0, 2, new float[2]{1, 2}), 0);
+  EXPECT_EQ(zel_reassign(unit_, 0, 0, 1, new float[1]{3}), 0);
+  EXPECT_EQ(built_->outputs()[0].value(), PortValue(std::vector<float>{3}));
+  EXPECT_EQ(zel_reassign(unit_, 1, 0, 1, new std::int32_t[1]{4}), 0);
+  EXPECT_EQ(built_->outputs()[1].value(), PortValue(std::vector<std::int32_t>{4}));
+  EXPECT_EQ(zel_reassign(unit_, 0, 0, 0, nullptr), 0);
+  EXPECT_EQ(zel_reassign(unit_, 0, 0, 0, new float[0]), 0);
+  EXPECT_EQ(built_->outputs()[0].value(), PortValue(std::vector<float>{}));
+  EXPECT_EQ(said(), Texts{});
+}
+
+TEST_F(Arrays, StayTheCallersWhenRefused) {
+  float callers[1] = {1};
+  EXPECT_NE(zel_reassign(unit_, 0, 0, -1, callers), 0);
+  EXPECT_NE(zel_reassign(unit_, 0, 0, 1, nullptr), 0);
+  EXPECT_NE(zel_reassign(unit_, 2, 0, 1, callers), 0);
+  EXPECT_NE(zel_reassign(unit_, 3, 0, 1, callers), 0);
+  EXPECT_NE(zel_reassign(nullptr, 0, 0, 1, callers), 0);
+  auto* const array = new float[1]{1};
+  EXPECT_EQ(zel_reassign(unit_, 0, 0, 1, array), 0);
+  EXPECT_NE(zel_reassign(unit_, 0, 0, 1, array), 0);
+  EXPECT_EQ(built_->outputs()[0].value(), PortValue(std::vector<float>{1}));
+  EXPECT_EQ(said(), (Texts{"misuse: zel_reassign: M, output 0: the length is -1",
+                           "misuse: zel_reassign: M, output 0: the array is null and the length 1",
+                           "misuse: zel_reassign: M, output 2: the port is no array but text",
+                           "misuse: zel_reassign: M, output 3: there is no such port",
+                           "misuse: zel_reassign: the unit is null",
+                           "misuse: zel_reassign: M, output 0: the array is the host's already"}));
+}
+
+TEST(WithoutHost, OperationsDoNothing) {
+  def_unittype unit{};
+  float array[1] = {};
+  EXPECT_EQ(primitive_unit(TAG_END, &unit), nullptr);
+  EXPECT_NE(is_not_unit(&unit), 0);
+  EXPECT_EQ(error_msg(2, "x", 1, 0), 0);
+  EXPECT_EQ(TVAL(0), nullptr);
+  EXPECT_EQ(zel_dim_of_dyn_inp(&unit, 0, 0), 0);
+  EXPECT_NE(zel_reassign(&unit, 0, 0, 1, array), 0);
+  zel_name_unit("x", &unit);
+  zel_indicate_export_of_methods(&unit);
+  return_unit(&unit);
+  label(&unit, "x");
+  kem_iconform_for_method("x", "x", 0, 0);
+  SET_INFO_FOR_METHOD("x");
+  INFO_FOR_INP(0, "x");
+  INFO_FOR_OUT(0, "x");
+}
+
+}  // namespace
+}  // namespace zelhost

@@ -1,0 +1,118 @@
+// Values of ports as JSON.
+#include "host/literal.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace zelhost {
+namespace {
+
+using Floats = std::vector<float>;
+using Integers = std::vector<std::int32_t>;
+
+constexpr PortType kFloat{PortKind::kFloats, 1};
+constexpr PortType kTwoFloats{PortKind::kFloats, 2};
+constexpr PortType kText{PortKind::kText, 1};
+constexpr PortType kFloats{PortKind::kFloatArray, 1};
+constexpr PortType kIntegers{PortKind::kIntegerArray, 1};
+
+PortValue read(const char* json, PortType type) {
+  const Json value = Json::parse(json);
+  return read_value({value, "f", "/v"}, type);
+}
+
+std::string error_of(const char* json, PortType type) {
+  try {
+    read(json, type);
+  } catch (const JsonError& error) {
+    return error.what();
+  }
+  return "no error";
+}
+
+TEST(ReadValue, TakesANumberOrAListForOneFloat) {
+  EXPECT_EQ(read("2.5", kFloat), PortValue(Floats{2.5}));
+  EXPECT_EQ(read("[2.5]", kFloat), PortValue(Floats{2.5}));
+  EXPECT_EQ(error_of("[1, 2]", kFloat), "f: /v: the port takes 1 float, here are 2");
+}
+
+TEST(ReadValue, CountsFixedFloats) {
+  EXPECT_EQ(read("[1, 2]", kTwoFloats), PortValue(Floats{1, 2}));
+  EXPECT_EQ(error_of("[1, 2, 3]", kTwoFloats), "f: /v: the port takes 2 floats, here are 3");
+  EXPECT_EQ(error_of("1", kTwoFloats), "f: /v: the port takes 2 floats: a list, in [ ]");
+}
+
+TEST(ReadValue, ReadsRowsOneAfterTheOther) {
+  EXPECT_EQ(read("[[1, 2], [3, 4]]", kFloats), PortValue(Floats{1, 2, 3, 4}));
+  EXPECT_EQ(read("[[[1, 2]], [[3, 4]]]", kFloats), PortValue(Floats{1, 2, 3, 4}));
+  EXPECT_EQ(read("[]", kFloats), PortValue(Floats{}));
+  EXPECT_EQ(error_of("[[1, 2], [3]]", kFloats),
+            "f: /v/1: this row has 1 elements, the first has 2");
+  EXPECT_EQ(error_of("[1, [3]]", kFloats),
+            "f: /v/1: a list holds either numbers or rows, not both");
+  EXPECT_EQ(error_of("[[[[1]]]]", kFloats), "f: /v/0/0/0: lists are nested too deep");
+}
+
+TEST(ReadValue, KnowsTheNumbersThatJsonHasNot) {
+  const PortValue value = read(R"(["nan", "inf", "-inf"])", kFloats);
+  const auto& floats = std::get<Floats>(value);
+  EXPECT_TRUE(std::isnan(floats[0]));
+  EXPECT_EQ(floats[1], std::numeric_limits<float>::infinity());
+  EXPECT_EQ(floats[2], -std::numeric_limits<float>::infinity());
+  EXPECT_EQ(error_of(R"(["infinity"])", kFloats),
+            "f: /v/0: this takes a number, or \"nan\", \"inf\", \"-inf\"");
+}
+
+TEST(ReadValue, RoundsToSinglePrecisionAndRefusesWhatIsTooLarge) {
+  EXPECT_EQ(read("0.1", kFloat), PortValue(Floats{0.1F}));
+  EXPECT_EQ(read("1e-60", kFloat), PortValue(Floats{0}));
+  EXPECT_EQ(error_of("[1, -1e39]", kFloats),
+            "f: /v/1: the number is too large for single precision; write \"inf\" if that is "
+            "meant");
+}
+
+TEST(ReadValue, TakesWholeNumbersForIntegers) {
+  EXPECT_EQ(read("[-2147483648, 2147483647, 3.0]", kIntegers),
+            PortValue(Integers{-2147483647 - 1, 2147483647, 3}));
+  for (const char* const bad : {"[1.5]", "[2147483648]", "[-2147483649]", "[\"1\"]", "[true]",
+                                "[null]", "[\"nan\"]", "[18446744073709551615]"}) {
+    EXPECT_EQ(error_of(bad, kIntegers), "f: /v/0: this takes a whole number of 32 bits") << bad;
+  }
+}
+
+TEST(ReadValue, TakesATextOrItsLines) {
+  EXPECT_EQ(read(R"("x>1;")", kText), PortValue("x>1;"));
+  EXPECT_EQ(read(R"(["variable x;", "x>1;"])", kText), PortValue("variable x;\nx>1;\n"));
+  EXPECT_EQ(error_of("7", kText),
+            "f: /v: this takes a text, or a list of its lines, as a text in quotes");
+  EXPECT_EQ(error_of("[7]", kText), "f: /v/0: this takes a line, as a text in quotes");
+}
+
+TEST(ToJson, WritesTheShortestNumbers) {
+  EXPECT_EQ(to_json(Floats{0.1F}, kFloat).dump(), "0.1");
+  EXPECT_EQ(to_json(Floats{4.4e-06F, 15000, -0.0F}, kFloats).dump(), "[4.4e-06,15000.0,-0.0]");
+  EXPECT_EQ(to_json(Floats{3.4028235e38F}, kFloats).dump(), "[3.4028235e+38]");
+  EXPECT_EQ(to_json(Integers{3, -1}, kIntegers).dump(), "[3,-1]");
+}
+
+TEST(ToJson, WritesTextsAndNoText) {
+  EXPECT_EQ(to_json(std::string("a\nb"), kText).dump(), R"("a\nb")");
+  EXPECT_EQ(to_json({}, kText).dump(), "null");
+}
+
+TEST(ToJson, NamesTheNumbersThatJsonHasNot) {
+  const float infinity = std::numeric_limits<float>::infinity();
+  EXPECT_EQ(to_json(Floats{std::nanf(""), infinity, -infinity}, kFloats).dump(),
+            R"(["nan","inf","-inf"])");
+}
+
+TEST(ToJson, ReadsBackAsItWas) {
+  const Floats floats{1.0F / 3, 1e-45F, 16777217.0F, 3.4028235e38F};
+  const Json json = Json::parse(to_json(floats, kFloats).dump());
+  EXPECT_EQ(read_value({json, "f", ""}, kFloats), PortValue(floats));
+}
+
+}  // namespace
+}  // namespace zelhost

@@ -1,0 +1,97 @@
+// Ports: what they hold, and what plug-ins see of it.
+#include "host/port.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <stdexcept>
+
+namespace zelhost {
+namespace {
+
+constexpr PortType kThreeFloats{PortKind::kFloats, 3};
+constexpr PortType kText{PortKind::kText, 1};
+constexpr PortType kFloats{PortKind::kFloatArray, 1};
+constexpr PortType kIntegers{PortKind::kIntegerArray, 1};
+
+using Floats = std::vector<float>;
+using Integers = std::vector<std::int32_t>;
+
+zel_element element(Port& port, std::size_t i = 0) {
+  return port.record()->elements[i];
+}
+
+TEST(PortType, IsNamedAsUsersSayIt) {
+  EXPECT_EQ(to_string({PortKind::kFloats, 1}), "1 float");
+  EXPECT_EQ(to_string(kThreeFloats), "3 floats");
+  EXPECT_EQ(to_string(kText), "text");
+  EXPECT_EQ(to_string(kFloats), "float array");
+  EXPECT_EQ(to_string(kIntegers), "integer array");
+}
+
+TEST(Port, StartsWithZerosNoTextAndEmptyArrays) {
+  EXPECT_EQ(Port(kThreeFloats).value(), PortValue(Floats{0, 0, 0}));
+  EXPECT_EQ(Port(kText).value(), PortValue());
+  EXPECT_EQ(Port(kFloats).value(), PortValue(Floats{}));
+  EXPECT_EQ(Port(kIntegers).value(), PortValue(Integers{}));
+}
+
+TEST(Port, GivesEachFixedFloatAnElementOfItsOwn) {
+  Port port(kThreeFloats);
+  port.set(Floats{1, 2, 3});
+  EXPECT_EQ(*static_cast<float*>(element(port, 2).value), 3.0F);
+  *static_cast<float*>(element(port, 1).value) = 7.0F;
+  EXPECT_EQ(port.value(), PortValue(Floats{1, 7, 3}));
+}
+
+TEST(Port, KeepsItsElementsWhereTheyAreWhenItIsSet) {
+  Port port(kThreeFloats);
+  const void* const before = element(port).value;
+  port.set(Floats{1, 2, 3});
+  EXPECT_EQ(element(port).value, before);
+}
+
+TEST(Port, ShowsItsTextAsTheElementItself) {
+  Port port(kText);
+  EXPECT_EQ(element(port).value, nullptr);
+  port.set(std::string("x>1;"));
+  EXPECT_STREQ(static_cast<const char*>(element(port).value), "x>1;");
+  port.set(std::string());
+  ASSERT_NE(element(port).value, nullptr);
+  EXPECT_EQ(std::strlen(static_cast<const char*>(element(port).value)), 0U);
+  port.set(std::monostate());
+  EXPECT_EQ(element(port).value, nullptr);
+}
+
+TEST(Port, ShowsAnArrayThroughItsRecord) {
+  Port port(kIntegers);
+  port.set(Integers{3, 1});
+  const auto* const array = static_cast<const zel_dyn_array*>(element(port).value);
+  EXPECT_EQ(static_cast<const std::int32_t*>(array->data)[1], 1);
+  EXPECT_EQ(port.length(), 2);
+}
+
+// That the former elements are freed, and with the right delete, is what the
+// address sanitizer sees here.
+TEST(Port, TakesArraysAndFreesThoseFromBefore) {
+  Port port(kFloats);
+  port.take(new float[2]{1, 2}, 2);
+  port.take(new float[3]{4, 5, 6}, 3);
+  EXPECT_EQ(port.value(), PortValue(Floats{4, 5, 6}));
+  port.take(nullptr, 0);
+  EXPECT_EQ(port.value(), PortValue(Floats{}));
+  EXPECT_EQ(port.array(), nullptr);
+}
+
+TEST(Port, RefusesValuesOfAnotherType) {
+  Port floats(kThreeFloats);
+  EXPECT_THROW(floats.set(Floats{1, 2}), std::invalid_argument);
+  EXPECT_THROW(floats.set(Integers{1, 2, 3}), std::invalid_argument);
+  EXPECT_THROW(Port(kText).set(Floats{}), std::invalid_argument);
+  EXPECT_THROW(Port(kFloats).set(Integers{}), std::invalid_argument);
+  EXPECT_THROW(Port(kIntegers).set(Floats{}), std::invalid_argument);
+  EXPECT_EQ(floats.value(), PortValue(Floats{0, 0, 0}));
+}
+
+}  // namespace
+}  // namespace zelhost
