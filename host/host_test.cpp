@@ -182,6 +182,16 @@ TEST_F(HostTest, WantsNamesThatTellSiblingsApart) {
                    "misuse: zel_name_unit: the name is empty", "misuse: label: the text is null"}));
 }
 
+TEST_F(HostTest, IsNotNamedByAPlugin) {
+  creating = [](def_unittype* parent) {
+    zel_name_unit("mine", parent);
+    return primitive_unit(TAG_END, parent);
+  };
+  host_.create(kIcon, {});
+  EXPECT_EQ(host_.environment().name, "");
+  EXPECT_EQ(said(), Texts{"misuse: zel_name_unit: the unit is the host's own"});
+}
+
 TEST_F(HostTest, WantsTheRootOnceAndBeforeItsChildren) {
   instance([](def_unittype* root) { return_unit(root); });
   EXPECT_EQ(said(), Texts{"misuse: return_unit: called a second time"});
@@ -394,6 +404,14 @@ TEST_F(Arrays, StayTheCallersWhenRefused) {
                            "misuse: zel_reassign: M, output 3: there is no such port",
                            "misuse: zel_reassign: the unit is null",
                            "misuse: zel_reassign: M, output 0: the array is the host's already"}));
+}
+
+// It would be freed with the input and with the output.
+TEST_F(Arrays, OfInputsCannotBeHandedOver) {
+  built_->inputs()[0].set(std::vector<float>{1, 2, 3});
+  EXPECT_NE(zel_reassign(unit_, 0, 0, 3, const_cast<float*>(zel_floats_inp(unit_, 0))), 0);
+  EXPECT_EQ(built_->outputs()[0].array(), nullptr);
+  EXPECT_EQ(said(), Texts{"misuse: zel_reassign: M, output 0: the array is the host's already"});
 }
 
 TEST(WithoutHost, OperationsDoNothing) {

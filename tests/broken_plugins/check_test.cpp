@@ -13,17 +13,20 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
+#include <ostream>
 #include <set>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "tests/support/test_folder.h"
+
 namespace {
 
 namespace fs = std::filesystem;
+
+using test_support::TestFolder;
 
 using Lines = std::vector<std::string>;
 
@@ -57,28 +60,6 @@ Ended zelrun_check(const std::string& arguments, const std::string& environment 
   if (WIFEXITED(status)) ended.exit_code = WEXITSTATUS(status);
   return ended;
 }
-
-class TempDir {
- public:
-  TempDir() {
-    std::string name = "/tmp/zelrun_check_test_XXXXXX";
-    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("mkdtemp failed");
-    path_ = name;
-  }
-  TempDir(const TempDir&) = delete;
-  TempDir& operator=(const TempDir&) = delete;
-  TempDir(TempDir&&) = delete;
-  TempDir& operator=(TempDir&&) = delete;
-  ~TempDir() {
-    std::error_code ignored;
-    fs::remove_all(path_, ignored);
-  }
-
-  [[nodiscard]] const fs::path& path() const { return path_; }
-
- private:
-  fs::path path_;
-};
 
 // ---- What is expected of each broken plug-in
 
@@ -387,9 +368,8 @@ TEST(Check, SaysWhenThereIsNoSuchPlugin) {
 }
 
 TEST(Check, FailsOnAFileThatIsNoLibrary) {
-  const TempDir folder;
-  std::ofstream(folder.path() / "text.so") << std::string(10'000, 'x');
-  const Ended ended = zelrun_check((folder.path() / "text.so").string());
+  const TestFolder folder;
+  const Ended ended = zelrun_check(folder.file("text.so", std::string(10'000, 'x')));
   EXPECT_EQ(ended.exit_code, 1);
   EXPECT_EQ(ended.lines("FAILED"), Lines{"FAILED   the library loads: invalid ELF header"});
 }
@@ -409,16 +389,16 @@ TEST(Check, ShowsWhatWasPrintedByAMethodThatFailed) {
 }
 
 TEST(Check, LeavesNothingBehind) {
-  const TempDir folder;
-  const Ended ended = zelrun_check((kBroken / "crashes_on_nan").string(),
-                                   "cd " + folder.path().string() + " && TMPDIR=. ");
+  const TestFolder folder;
+  const Ended ended =
+      zelrun_check((kBroken / "crashes_on_nan").string(), "cd " + folder.path() + " && TMPDIR=. ");
   EXPECT_EQ(ended.exit_code, 1) << ended.output;
-  EXPECT_TRUE(fs::is_empty(folder.path()));
+  EXPECT_EQ(folder.names(), Lines{});
 }
 
 // The check that hangs ends with the command, and its folder goes too.
 TEST(Check, EndsOnASignalAndLeavesNothingBehind) {
-  const TempDir folder;
+  const TestFolder folder;
   std::array<int, 2> ends = {};
   ASSERT_EQ(pipe(ends.data()), 0);
   const std::string program = kBinaries + "/zelrun";
@@ -440,12 +420,12 @@ TEST(Check, EndsOnASignalAndLeavesNothingBehind) {
   while (std::fgets(line.data(), line.size(), output) != nullptr)
     if (std::string(line.data()) == "passed   Arrays:Scale with huge numbers\n") break;
   usleep(100'000);
-  EXPECT_FALSE(fs::is_empty(folder.path()));
+  EXPECT_EQ(folder.names().size(), 1U);
   kill(child, SIGTERM);
   int status = 0;
   ASSERT_EQ(waitpid(child, &status, 0), child);
   EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM) << status;
-  EXPECT_TRUE(fs::is_empty(folder.path()));
+  EXPECT_EQ(folder.names(), Lines{});
   // Nobody holds the other end any more, and nothing has been said about the check.
   EXPECT_EQ(std::fgets(line.data(), line.size(), output), nullptr) << line.data();
   std::fclose(output);
@@ -454,19 +434,17 @@ TEST(Check, EndsOnASignalAndLeavesNothingBehind) {
 // ---- The plug-in of this project
 
 TEST(Check, PassesTheSdpsolPluginWithItsCommand) {
-  const TempDir folder;
-  const fs::path script = folder.path() / "sdpsol";
-  const fs::path log = folder.path() / "log";
-  std::ofstream(script) << "#!/bin/sh\necho run >> " << log.string() << "\nexec " << kBinaries
-                        << "/sdpsol \"$@\"\n";
+  const TestFolder folder;
+  const std::string script = folder.file("sdpsol", "#!/bin/sh\necho run >> " + folder.path("log") +
+                                                       "\nexec " + kBinaries + "/sdpsol \"$@\"\n");
   fs::permissions(script, fs::perms::owner_all);
-  const Ended ended = zelrun_check("sdpsol", "PATH=" + folder.path().string() + ":$PATH");
+  const Ended ended = zelrun_check("sdpsol", "PATH=" + folder.path() + ":$PATH");
   EXPECT_EQ(ended.exit_code, 0);
   EXPECT_EQ(ended.lines("passed").size() + 1, ended.lines().size()) << ended.output;
   EXPECT_EQ(ended.lines().back(), "85 checks, 85 passed, 0 failed, 0 skipped");
   // Or it would have been checked without.
-  std::ifstream runs(log);
-  EXPECT_GT(std::count(std::istreambuf_iterator<char>(runs), {}, '\n'), 50);
+  const std::string runs = test_support::content_of(folder.path("log"));
+  EXPECT_GT(std::count(runs.begin(), runs.end(), '\n'), 50);
 }
 
 TEST(Check, PassesTheSdpsolPluginWithoutItsCommand) {
