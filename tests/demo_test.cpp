@@ -16,10 +16,10 @@
 #include <limits>
 #include <string>
 
-#include "tests/support/test_folder.h"
 #include "tests/grasp_map.h"
 #include "tests/grasp_network.h"
 #include "tests/network_run.h"
+#include "tests/support/test_folder.h"
 
 namespace {
 
