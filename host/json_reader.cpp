@@ -24,8 +24,9 @@ std::string escaped(const std::string& key) {
   return text;
 }
 
-// Follows the parser to find keys that stand twice; the document keeps only one.
-class DuplicateKeys {
+// Follows the parser: knows where it is, and finds keys that stand twice, of which
+// the document keeps only one.
+class ParserFollower {
  public:
   void see(Json::parse_event_t event, const Json& parsed) {
     switch (event) {
@@ -214,20 +215,20 @@ Json read_json(const std::filesystem::path& file) {
   std::ifstream in(file, std::ios::binary);
   if (!in) throw std::system_error(errno, std::generic_category(), file.string());
   const std::string text{std::istreambuf_iterator<char>(in), {}};
-  DuplicateKeys duplicates;
+  ParserFollower follower;
   try {
     Json document = Json::parse(text, [&](int, Json::parse_event_t event, Json& parsed) {
-      duplicates.see(event, parsed);
+      follower.see(event, parsed);
       return true;
     });
-    if (!duplicates.found().empty())
-      throw JsonError(file.string() + ": " + duplicates.found() + ": this key stands here twice");
+    if (!follower.found().empty())
+      throw JsonError(file.string() + ": " + follower.found() + ": this key stands here twice");
     return document;
   } catch (const Json::parse_error& error) {
     throw JsonError(syntax_error(file.string(), text, error));
   } catch (const Json::out_of_range&) {
     // Thrown before the parser tells of the number.
-    throw JsonError(file.string() + ": " + duplicates.place() +
+    throw JsonError(file.string() + ": " + follower.place() +
                     ": the number is too large for double precision");
   }
 }

@@ -41,7 +41,7 @@ TEST_F(ReadJson, KeepsTheOrderOfTheFile) {
 
 TEST_F(ReadJson, PointsAtTheCharacterThatDoesNotBelong) {
   EXPECT_EQ(error("{\n  \"a\": [1,\n  ,2]\n}").substr(0, 23), "a.json:3:3: syntax erro");
-  EXPECT_EQ(error("").substr(0, 23), "a.json:1:1: syntax erro");
+  EXPECT_EQ(error("").substr(0, 23), "a.json:1:1: the file is");
   EXPECT_EQ(error("{\"a\": 1").substr(0, 23), "a.json:1:8: syntax erro");
 }
 
@@ -58,7 +58,7 @@ TEST_F(ReadJson, SaysWhichFileCannotBeRead) {
 }
 
 TEST_F(ReadJson, RefusesNumbersBeyondDoubles) {
-  EXPECT_NE(error("[1e400]").find("1e400"), std::string::npos);
+  EXPECT_EQ(error("[0, 1e400]"), "a.json: /1: the number is too large for double precision");
 }
 
 class Node : public testing::Test {

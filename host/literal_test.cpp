@@ -52,7 +52,9 @@ TEST(ReadValue, ReadsRowsOneAfterTheOther) {
             "f: /v/1: this row has 1 elements, the first has 2");
   EXPECT_EQ(error_of("[1, [3]]", kFloats),
             "f: /v/1: a list holds either numbers or rows, not both");
-  EXPECT_EQ(error_of("[[[[1]]]]", kFloats), "f: /v/0/0/0: lists are nested too deep");
+  EXPECT_EQ(error_of("[[[[1]]]]", kFloats),
+            "f: /v/0/0/0: lists are nested too deep; the most is a list of matrices, each a list "
+            "of its rows");
 }
 
 TEST(ReadValue, KnowsTheNumbersThatJsonHasNot) {
@@ -78,15 +80,16 @@ TEST(ReadValue, TakesWholeNumbersForIntegers) {
             PortValue(Integers{-2147483647 - 1, 2147483647, 3}));
   for (const char* const bad : {"[1.5]", "[2147483648]", "[-2147483649]", "[\"1\"]", "[true]",
                                 "[null]", "[\"nan\"]", "[18446744073709551615]"}) {
-    EXPECT_EQ(error_of(bad, kIntegers), "f: /v/0: this takes a whole number of 32 bits") << bad;
+    EXPECT_EQ(error_of(bad, kIntegers),
+              "f: /v/0: this takes a whole number of 32 bits, from -2147483648 to 2147483647")
+        << bad;
   }
 }
 
 TEST(ReadValue, TakesATextOrItsLines) {
   EXPECT_EQ(read(R"("x>1;")", kText), PortValue("x>1;"));
   EXPECT_EQ(read(R"(["variable x;", "x>1;"])", kText), PortValue("variable x;\nx>1;\n"));
-  EXPECT_EQ(error_of("7", kText),
-            "f: /v: this takes a text, or a list of its lines, as a text in quotes");
+  EXPECT_EQ(error_of("7", kText), "f: /v: this takes a text in quotes, or a list of lines, in [ ]");
   EXPECT_EQ(error_of("[7]", kText), "f: /v/0: this takes a line, as a text in quotes");
 }
 

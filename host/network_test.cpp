@@ -136,7 +136,7 @@ TEST_F(NetworkTest, NamesWhatThePluginDoesNotHave) {
                           "values": {"number": 1}}], )" +
                      order),
             "network.json: /inputs/0/values/number: Is_Feasible has no input \"number\"; it has "
-            "3: \"number of matrices\", \"values\", \"=0 for no strictly feasibility\"");
+            "3: 0 \"number of matrices\", 1 \"values\", 2 \"=0 for no strictly feasibility\"");
   EXPECT_EQ(error_of(R"("inputs": [{"instance": "a", "methods": ["Is_Feasible"],
                           "values": {"3": 1}}], )" +
                      order)

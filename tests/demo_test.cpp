@@ -16,10 +16,10 @@
 #include <limits>
 #include <string>
 
-#include "solver/command/test_folder.h"
 #include "tests/grasp_map.h"
 #include "tests/grasp_network.h"
 #include "tests/network_run.h"
+#include "tests/support/test_folder.h"
 
 namespace {
 
@@ -150,7 +150,7 @@ class Demo : public testing::Test {
     }
   }
 
-  const sdpsol::TestFolder folder_;
+  const test_support::TestFolder folder_;
 };
 
 constexpr grasp_map::Vector kX = {1, 0, 0};
@@ -354,7 +354,7 @@ TEST_F(Demo, AmplificationOfAnOscillator) {
   for (std::size_t i = 0; i < paper.size(); ++i)
     EXPECT_NEAR(result.list(1)[i], paper[i], 1e-3) << i;
   // The parameters went through the wire and stand before what was written by hand.
-  const std::string definition = sdpsol::content_of("sdpsol.in");
+  const std::string definition = test_support::content_of("sdpsol.in");
   EXPECT_EQ(definition.rfind("NU=10;\nGAMMA=100;\nMAXITER=100;\nABSTOL=4.4e-06;\n"
                              "RELTOL=4.4e-06;\nBIGM=15000;\nA = [0, 1; -2, -1];\n",
                              0),
