@@ -41,13 +41,18 @@ constexpr NamedCheck kWorkChecks[] = {
     {"a hundred instances work side by side", check_hundred_instances},
 };
 
+// The last one is never left out: it may say how the check ended.
 std::string joined(const std::vector<std::string>& complaints) {
-  constexpr std::size_t kShown = 5;
+  constexpr std::size_t kShown = 20;
+  const std::size_t left_out = complaints.size() > kShown ? complaints.size() - kShown : 0;
   std::string text;
-  for (std::size_t i = 0; i < complaints.size() && i < kShown; ++i)
+  for (std::size_t i = 0; i < complaints.size(); ++i) {
+    if (left_out != 0 && i == kShown - 1) {
+      text += "; " + std::to_string(left_out) + " more";
+      i += left_out;
+    }
     text += (i == 0 ? "" : "; ") + complaints[i];
-  if (complaints.size() > kShown)
-    text += "; and " + std::to_string(complaints.size() - kShown) + " more";
+  }
   return text;
 }
 

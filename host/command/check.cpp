@@ -30,7 +30,7 @@ std::string_view word(Verdict verdict) {
 
 // On one line, and without what would do something to a terminal: it is the plug-in's.
 std::string on_one_line(std::string_view text) {
-  constexpr std::size_t kLongest = 1000;
+  constexpr std::size_t kLongest = 10'000;
   std::string line(text.substr(0, kLongest));
   for (char& c : line)
     if (static_cast<unsigned char>(c) < ' ' || c == '\x7f') c = c == '\n' ? ' ' : '?';

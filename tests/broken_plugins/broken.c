@@ -87,6 +87,8 @@ enum failure {
   no_port_text,
   help_for_no_method,
   text_for_no_port,
+  texts_for_many_ports,
+  no_texts,
   text_before_selection,
   described_once,
   /* of the methods */
@@ -254,10 +256,13 @@ static void describe_scale(void) {
   INFO_FOR_OUT(0, "scaled numbers");
   if (FAILURE != no_port_text) INFO_FOR_OUT(1, "their sum");
   if (FAILURE == text_for_no_port) INFO_FOR_OUT(2, "their product");
+  for (int port = 2; FAILURE == texts_for_many_ports && port < 32; ++port)
+    INFO_FOR_OUT(port, "nothing");
 }
 
 static void describe_methods(void) {
-  if (FAILURE == no_methods || (FAILURE == described_once && instances > 1)) return;
+  if (FAILURE == no_methods || FAILURE == no_texts || (FAILURE == described_once && instances > 1))
+    return;
   describe_scale();
   kem_iconform_for_method("Arrays:Count", " counts digits%n", 0, 0);
   SET_INFO_FOR_METHOD("Arrays:Count");

@@ -140,6 +140,15 @@ std::string with_both_parents(const std::string& why, const std::string& other_w
          "; with a parent that is none of the host's units: error 2 is not reported (error_msg)";
 }
 
+// Of thirty complaints, the last one and as many before it as make twenty.
+std::string for_many_ports() {
+  std::string all;
+  for (int port = 2; port < 21; ++port)
+    all +=
+        "the method Arrays:Scale has no output " + std::to_string(port) + ", which is described; ";
+  return all + "10 more; the method Arrays:Scale has no output 31, which is described";
+}
+
 const std::string kOwned = "zel_reassign: Arrays:Scale, output 0: the array is the host's already";
 const std::string kNoCount = kTexts + "there is no method Arrays:Count, which is described";
 const std::string kNoScale = kTexts + "there is no method Arrays:Scale, which is described";
@@ -268,6 +277,15 @@ const std::vector<Expectation>& expectations() {
       one("help_for_no_method", kTexts + "there is no method Arrays:Sort, which is described"),
       one("text_for_no_port",
           kTexts + "the method Arrays:Scale has no output 2, which is described"),
+      one("texts_for_many_ports", kTexts + for_many_ports()),
+      one("no_texts",
+          kTexts + "the method Arrays:Scale has no help text; the method Arrays:Scale has no text "
+                   "for its input 0; the method Arrays:Scale has no text for its input 1; the "
+                   "method Arrays:Scale has no text for its output 0; the method Arrays:Scale has "
+                   "no text for its output 1; the method Arrays:Count has no help text; the method "
+                   "Arrays:Count has no text for its input 0; the method Arrays:Count has no text "
+                   "for its output 0; the method Length has no help text; the method Length has no "
+                   "text for its input 0; the method Length has no text for its output 0"),
       one("text_before_selection", kOperations + "INFO_FOR_INP: no method is selected"),
       one("described_once",
           "a second instance is described as the first: the second time Arrays:Count is described "
