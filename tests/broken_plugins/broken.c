@@ -1,121 +1,20 @@
 /* A small plug-in that does what a host expects, and its failures: compiled with
- * NAME defined as one of the names below, it does everything right but the one
+ * NAME defined as one of the names in failures.h, it does everything right but the one
  * thing that the name says. The folder and the icon are called NAME too, and so is
  * the file that it becomes. In C, as plug-ins may be.
  *
  * Its instances have a group Arrays with the methods Scale and Count, and a method
  * Length beside it.
  */
-#include <limits.h>
 #include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 #include <unistd.h>
 
+#include "tests/broken_plugins/failures.h"
 #include "tests/broken_plugins/from_cpp.h"
 #include "zel/zel.h"
-
-enum failure {
-  whole,
-  /* of loading */
-  undefined_symbol,
-  crashes_at_loading,
-  /* of the records */
-  no_version,
-  no_folder,
-  no_icon_array,
-  no_icon_definition,
-  small_record,
-  folder_elsewhere,
-  icons_without_end,
-  no_icons,
-  icon_without_definition,
-  icon_of_another_folder,
-  definition_elsewhere,
-  null_create,
-  null_dialog,
-  wrong_icon_name,
-  dialog_without_end,
-  /* of the dialog */
-  field_without_label,
-  duplicate_labels,
-  second_returns_0,
-  /* of a second icon */
-  other_icon_creates_nothing,
-  /* of creating */
-  create_returns_null,
-  create_reports_an_error,
-  create_returns_a_group,
-  create_returns_a_stranger,
-  create_throws,
-  create_crashes,
-  accepts_any_parent,
-  silent_about_parent,
-  builds_below_another_parent,
-  silent_without_room,
-  crashes_with_little_room,
-  reads_past_dialog,
-  error_in_spite_of_success,
-  no_return_unit,
-  late_return_unit,
-  return_unit_twice,
-  return_unit_of_group,
-  no_label,
-  early_label,
-  /* of the tree */
-  unnamed_unit,
-  duplicate_name,
-  names_the_parent,
-  group_not_exporting,
-  root_not_exporting,
-  root_with_ports,
-  group_with_method,
-  method_without_function,
-  method_below_method,
-  no_methods,
-  wrong_tag,
-  wrong_count,
-  wrong_element_type,
-  no_user_pointer,
-  no_user_pointer_in_method,
-  shared_user_pointer,
-  other_user_pointer_in_group,
-  /* of the texts */
-  no_help,
-  blank_help,
-  no_port_text,
-  help_for_no_method,
-  text_for_no_port,
-  texts_for_many_ports,
-  no_texts,
-  text_before_selection,
-  described_once,
-  /* of the methods */
-  crashes_on_nan,
-  crashes_on_no_array,
-  crashes_on_no_text,
-  crashes_on_empty_text,
-  crashes_on_long_text,
-  crashes_on_huge_number,
-  hangs_on_negative_number,
-  exits,
-  throws,
-  throws_a_number,
-  returns_1,
-  static_array,
-  same_array_twice,
-  input_as_output,
-  negative_length,
-  no_such_output,
-  length_of_no_array,
-  changes_its_inputs,
-  crashes_the_second_time,
-  crashes_after_another_method,
-  crashes_before_another_method,
-  only_99_instances,
-  only_99_work
-};
 
 #define FAILURE ((int)NAME)
 
