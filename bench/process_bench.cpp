@@ -6,6 +6,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
+#include <exception>
 #include <functional>
 #include <iostream>
 
@@ -37,7 +38,7 @@ void solve(benchmark::State& state, Case& run) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
   Case cases[] = {
       {"exists", 3,
        [](sdpsol_wrapper& solver, const Grasp& g) {
@@ -81,4 +82,7 @@ int main(int argc, char** argv) {
     ++failures;
   }
   return failures == 0 ? 0 : 1;
+} catch (const std::exception& error) {
+  std::cerr << "process_bench: " << error.what() << "\n";
+  return 1;
 }

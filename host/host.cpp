@@ -49,7 +49,11 @@ Host::~Host() {
 Instance Host::create(const Icon& icon, std::vector<std::string> dialog) {
   const std::size_t reports_before = reports_.size();
   MethodTexts texts;
-  Unit* const root = create_root(icon, std::move(dialog), environment_->record(), &texts);
+  Unit* root = create_root(icon, std::move(dialog), environment_->record(), &texts);
+  if (root != nullptr && root->parent() != environment_) {
+    misuse("create", "it returned a unit that is no child of the parent it was given");
+    root = nullptr;
+  }
   if (root == nullptr) {
     std::string why = "icon " + icon.name + ": no instance was created";
     for (std::size_t i = reports_before; i < reports_.size(); ++i) why += "; " + reports_[i].text;
@@ -128,7 +132,7 @@ void Host::set_root(def_unittype* root) {
   Unit* const unit = expect_unit("return_unit", root);
   if (unit == nullptr || !expect_creation("return_unit")) return;
   if (creation_->root != nullptr) return misuse("return_unit", "called a second time");
-  if (!unit->children().empty()) misuse("return_unit", "the root has children already");
+  if (!unit->children().empty()) return misuse("return_unit", "the root has children already");
   creation_->root = unit;
 }
 
@@ -147,9 +151,9 @@ bool Host::is_unit(const def_unittype* unit) {
 
 void Host::report_error(int code, const char* text) {
   tell_observer("error_msg", nullptr);
-  reports_.push_back({Report::Kind::kError, (text == nullptr ? std::string() : std::string(text)) +
-                                                ": error " + std::to_string(code) + ": " +
-                                                error_text(code)});
+  reports_.push_back({Report::Kind::kError, code,
+                      (text == nullptr ? std::string() : std::string(text)) + ": error " +
+                          std::to_string(code) + ": " + error_text(code)});
 }
 
 // ---- Operations while an instance is created
@@ -197,7 +201,10 @@ char* Host::dialog_text(int field) {
 int Host::array_length(const def_unittype* unit, int input, int reserved) {
   const Port* const port = expect_array("zel_dim_of_dyn_inp", unit, Direction::kInput, input);
   if (port == nullptr) return 0;
-  if (reserved != 0) misuse("zel_dim_of_dyn_inp", "the third argument is not 0");
+  if (reserved != 0) {
+    misuse("zel_dim_of_dyn_inp", "the third argument is not 0");
+    return 0;
+  }
   return port->length();
 }
 
@@ -205,8 +212,8 @@ bool Host::replace_array(const def_unittype* unit, int output, int reserved, int
                          void* array) {
   Port* const port = expect_array("zel_reassign", unit, Direction::kOutput, output);
   if (port == nullptr) return false;
-  if (reserved != 0) misuse("zel_reassign", "the third argument is not 0");
   std::string why;
+  if (reserved != 0) why = "the third argument is not 0";
   if (length < 0) why = "the length is " + std::to_string(length);
   if (array == nullptr && length > 0)
     why = "the array is null and the length " + std::to_string(length);
@@ -276,7 +283,7 @@ void Host::tell_observer(const char* operation, const Unit* unit) {
 }
 
 void Host::misuse(const char* operation, std::string_view what) {
-  reports_.push_back({Report::Kind::kMisuse, std::string(operation) + ": " + std::string(what)});
+  reports_.push_back({Report::Kind::kMisuse, 0, std::string(operation) + ": " + std::string(what)});
 }
 
 }  // namespace zelhost

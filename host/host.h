@@ -31,6 +31,8 @@ struct Report {
     kMisuse,  ///< the plug-in called an operation with what it does not take
   };
   Kind kind = Kind::kError;
+  /// Of an error: as error_msg was given it.
+  int code = 0;
   /// The operation, and what was wrong.
   std::string text;
 

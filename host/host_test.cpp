@@ -291,6 +291,14 @@ TEST_F(HostTest, RefusesARootThatIsNoneOfItsUnits) {
   EXPECT_EQ(said(), Texts{"misuse: create: it returned what is no unit of this host"});
 }
 
+TEST_F(HostTest, RefusesARootThatIsNoChildOfTheParent) {
+  creating = [](def_unittype* parent) { return parent; };
+  EXPECT_THROW(host_.create(kIcon, {}), CreationError);
+  EXPECT_EQ(said(),
+            Texts{"misuse: create: it returned a unit that is no child of the parent it was "
+                  "given"});
+}
+
 TEST_F(HostTest, ForgetsAnInstanceWhosePluginThrew) {
   creating = [](def_unittype*) -> def_unittype* { throw std::runtime_error("no"); };
   EXPECT_THROW(host_.create(kIcon, {"text"}), std::runtime_error);
@@ -366,6 +374,7 @@ TEST_F(Arrays, AreAskedForWhereThereAreSome) {
   EXPECT_EQ(zel_dim_of_dyn_inp(unit_, 2, 0), 0);
   EXPECT_EQ(zel_dim_of_dyn_inp(unit_, -1, 0), 0);
   EXPECT_EQ(zel_dim_of_dyn_inp(nullptr, 0, 0), 0);
+  built_->inputs()[0].set(std::vector<float>{1});
   EXPECT_EQ(zel_dim_of_dyn_inp(unit_, 0, 1), 0);
   EXPECT_EQ(said(),
             (Texts{"misuse: zel_dim_of_dyn_inp: M, input 1: the port is no array but 1 float",
@@ -391,6 +400,7 @@ TEST_F(Arrays, StayTheCallersWhenRefused) {
   float callers[1] = {1};
   EXPECT_NE(zel_reassign(unit_, 0, 0, -1, callers), 0);
   EXPECT_NE(zel_reassign(unit_, 0, 0, 1, nullptr), 0);
+  EXPECT_NE(zel_reassign(unit_, 0, 1, 1, callers), 0);
   EXPECT_NE(zel_reassign(unit_, 2, 0, 1, callers), 0);
   EXPECT_NE(zel_reassign(unit_, 3, 0, 1, callers), 0);
   EXPECT_NE(zel_reassign(nullptr, 0, 0, 1, callers), 0);
@@ -400,6 +410,7 @@ TEST_F(Arrays, StayTheCallersWhenRefused) {
   EXPECT_EQ(built_->outputs()[0].value(), PortValue(std::vector<float>{1}));
   EXPECT_EQ(said(), (Texts{"misuse: zel_reassign: M, output 0: the length is -1",
                            "misuse: zel_reassign: M, output 0: the array is null and the length 1",
+                           "misuse: zel_reassign: M, output 0: the third argument is not 0",
                            "misuse: zel_reassign: M, output 2: the port is no array but text",
                            "misuse: zel_reassign: M, output 3: there is no such port",
                            "misuse: zel_reassign: the unit is null",

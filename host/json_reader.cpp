@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <fstream>
 #include <iterator>
+#include <nlohmann/json.hpp>
 #include <set>
 #include <system_error>
 #include <vector>
@@ -164,6 +165,10 @@ std::string JsonNode::place() const {
 
 void JsonNode::fail(const std::string& what) const {
   throw JsonError(place() + ": " + what);
+}
+
+bool JsonNode::has(std::string_view key) const {
+  return value_->contains(key);
 }
 
 void JsonNode::expect_keys(std::initializer_list<std::string_view> required,

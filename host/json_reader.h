@@ -4,7 +4,7 @@
 
 #include <filesystem>
 #include <initializer_list>
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -32,7 +32,7 @@ class JsonNode {
 
   [[nodiscard]] const Json& value() const { return *value_; }
   [[nodiscard]] const std::string& pointer() const { return pointer_; }
-  [[nodiscard]] bool has(std::string_view key) const { return value_->contains(key); }
+  [[nodiscard]] bool has(std::string_view key) const;
 
   /// "FILE: POINTER", as errors begin.
   [[nodiscard]] std::string place() const;

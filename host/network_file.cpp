@@ -1,6 +1,7 @@
 #include "host/network_file.h"
 
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <set>
 
 namespace zelhost {

@@ -14,6 +14,7 @@
 #include <cmath>
 #include <filesystem>
 #include <limits>
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "tests/grasp_map.h"

@@ -1,6 +1,7 @@
 #include "tests/grasp_network.h"
 
 #include <cmath>
+#include <nlohmann/json.hpp>
 #include <numeric>
 #include <stdexcept>
 

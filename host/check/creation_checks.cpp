@@ -17,10 +17,10 @@ using zelhost::Icon;
 using zelhost::Report;
 using zelhost::Unit;
 
-std::vector<std::string> texts_of(const std::vector<Report>& reports, Report::Kind kind) {
+std::vector<std::string> misuses_in(const std::vector<Report>& reports) {
   std::vector<std::string> texts;
   for (const Report& report : reports)
-    if (report.kind == kind) texts.push_back(report.text);
+    if (report.kind == Report::Kind::kMisuse) texts.push_back(report.text);
   return texts;
 }
 
@@ -29,7 +29,7 @@ class Refusal {
  public:
   Refusal(const Icon& icon, const Notes& notes) : icon_(icon), notes_(notes) {
     create(host_, icon, notes);
-    usual_misuse_ = texts_of(host_.take_reports(), Report::Kind::kMisuse);
+    usual_misuse_ = misuses_in(host_.take_reports());
   }
 
   [[nodiscard]] Host& host() { return host_; }
@@ -44,17 +44,15 @@ class Refusal {
       notes_.complain("create returned null, but has built units");
 
     const std::vector<Report> reports = host_.take_reports();
-    for (const std::string& misuse : texts_of(reports, Report::Kind::kMisuse)) {
+    for (const std::string& misuse : misuses_in(reports)) {
       // What also happens where there is an instance is another check's.
       if (std::find(usual_misuse_.begin(), usual_misuse_.end(), misuse) == usual_misuse_.end())
         notes_.complain(misuse);
     }
-    const std::string error = "error " + std::to_string(code);
-    const auto errors = texts_of(reports, Report::Kind::kError);
-    if (std::none_of(errors.begin(), errors.end(), [&error](const std::string& text) {
-          return text.find(": " + error + ": ") != std::string::npos;
+    if (std::none_of(reports.begin(), reports.end(), [code](const Report& report) {
+          return report.kind == Report::Kind::kError && report.code == code;
         }))
-      notes_.complain(error + " is not reported (error_msg)");
+      notes_.complain("error " + std::to_string(code) + " is not reported (error_msg)");
   }
 
  private:

@@ -1,14 +1,13 @@
 #include "host/command/check.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <map>
 #include <ostream>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 #include "host/check/check_plugin.h"
+#include "host/command/standard_output.h"
 
 namespace zelrun {
 namespace {
@@ -45,14 +44,11 @@ void print_output(std::string_view output, std::ostream& out) {
   }
 }
 
-void print(const Result& result, std::ostream& out) {
+void print_result(const Result& result, std::ostream& out) {
   out << word(result.verdict) << on_one_line(result.check);
   if (!result.reason.empty()) out << ": " << on_one_line(result.reason);
   out << "\n";
   if (result.verdict == Verdict::kFailed) print_output(result.output, out);
-  // A user sees which check it is that takes its time.
-  out.flush();
-  if (!out) throw std::system_error(errno, std::generic_category(), "standard output");
 }
 
 }  // namespace
@@ -61,12 +57,14 @@ ExitStatus check_plugin(const std::filesystem::path& plugin, double time_limit, 
   int checks = 0;
   std::map<Verdict, int> counts;
   zelcheck::check_plugin(plugin, time_limit, [&](const Result& result) {
-    print(result, out);
+    print(out, [&result](std::ostream& text) { print_result(result, text); });
     ++checks;
     ++counts[result.verdict];
   });
-  out << checks << " checks, " << counts[Verdict::kPassed] << " passed, "
-      << counts[Verdict::kFailed] << " failed, " << counts[Verdict::kSkipped] << " skipped\n";
+  print(out, [&](std::ostream& text) {
+    text << checks << " checks, " << counts[Verdict::kPassed] << " passed, "
+         << counts[Verdict::kFailed] << " failed, " << counts[Verdict::kSkipped] << " skipped\n";
+  });
   return counts[Verdict::kPassed] == checks ? kExitDone : kExitFailed;
 }
 

@@ -1,10 +1,25 @@
 #include "host/command/options.h"
 
 #include <CLI/CLI.hpp>
+#include <charconv>
 
 #include "version.h"
 
 namespace zelrun {
+namespace {
+
+// The range check of the library lets through what is not a number.
+std::string is_time_limit(const std::string& text) {
+  double seconds = 0;
+  const char* const end = text.data() + text.size();
+  const auto read = std::from_chars(text.data(), end, seconds);
+  const bool is_number = read.ec == std::errc() && read.ptr == end;
+  return is_number && seconds >= 0.001 && seconds <= 86400
+             ? std::string()
+             : "takes seconds, from 0.001 to 86400, not " + text;
+}
+
+}  // namespace
 
 ParsedCommandLine parse_command_line(int argc, const char* const* argv) {
   CLI::App app{"Loads plug-ins of computing units and runs networks of them.", "zelrun"};
@@ -53,7 +68,7 @@ ParsedCommandLine parse_command_line(int argc, const char* const* argv) {
   check_command.add_option("--time-limit", check.time_limit, "How long one check may take")
       ->capture_default_str()
       ->type_name("SECONDS")
-      ->check(CLI::Range(0.001, 86400.0));
+      ->check(is_time_limit);
   add_folders(check_command);
 
   ParsedCommandLine parsed;

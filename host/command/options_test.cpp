@@ -71,8 +71,11 @@ TEST(CommandLine, SaysWhatIsWrong) {
             "zelrun: The following argument was not expected: b" + hint);
   EXPECT_EQ(refused({"run", "--jsno", "a"}),
             "zelrun: The following argument was not expected: --jsno" + hint);
-  EXPECT_EQ(refused({"check", "x", "--time-limit", "0"}),
-            "zelrun: --time-limit: Value 0 not in range 0.001000 to 86400.000000" + hint);
+  for (const char* const limit : {"0", "-1", "nan", "inf", "1s", "100000"}) {
+    EXPECT_EQ(refused({"check", "x", "--time-limit", limit}),
+              std::string("zelrun: --time-limit: takes seconds, from 0.001 to 86400, not ") +
+                  limit + hint);
+  }
 }
 
 TEST(CommandLine, Helps) {

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <chrono>
+#include <nlohmann/json.hpp>
 #include <ostream>
 #include <string>
 #include <string_view>

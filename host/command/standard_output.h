@@ -8,8 +8,8 @@
 
 namespace zelrun {
 
-/// Lets `write` put something on the stream, and flushes it, so that what plug-ins
-/// print next stands behind it.
+/// Lets `write` put something on the stream, and flushes it: a user sees what is done
+/// before what takes its time, and what plug-ins print next stands behind it.
 /// @throws std::system_error if the stream fails.
 void print(std::ostream& out, const std::function<void(std::ostream&)>& write);
 
