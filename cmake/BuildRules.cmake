@@ -5,6 +5,7 @@ add_library(project_rules INTERFACE)
 target_compile_features(project_rules INTERFACE cxx_std_20)
 target_compile_options(project_rules INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+  $<$<COMPILE_LANGUAGE:CXX>:-Wzero-as-null-pointer-constant>
   # g++ 12 sees overlapping copies in any "literal" + std::string at -O3 (GCC bug 105651).
   $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
   # a*b+c must round twice everywhere: error bounds and bit-for-bit tests count on it.
