@@ -321,8 +321,8 @@ const std::vector<Expectation>& expectations() {
               "host frees the instance: killed by signal 6 (Aborted)"),
       scaling("short_array", "output 0: the array has no room for 1000 elements, but for 6"),
       scaling("inner_array",
-              "output 0: the array is not from new[], which never returns such an address; when "
-              "the host frees the instance: killed by signal 6 (Aborted)"),
+              "output 0: the array is not from new[]; when the host frees the instance: killed by "
+              "signal 6 (Aborted)"),
       scaling("same_array_twice", kOwned),
       // Where there is no array at the input, none is handed over.
       scaling("input_as_output", kOwned, "inputs never set"),
