@@ -1,34 +1,16 @@
 // The operations as plug-ins call them: what they do, and what the host says
 // about those who misuse them.
-#include "host/host.h"
-
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
-#include <functional>
 #include <stdexcept>
 #include <string>
-#include <thread>
-#include <utility>
 #include <vector>
+
+#include "host/host_fixture.h"
 
 namespace zelhost {
 namespace {
-
-// A plug-in without a library: what it does while an instance is created is the
-// test's.
-std::function<def_unittype*(def_unittype* parent)> creating;
-
-def_unittype* create(int, int, const ZelIconDef_*, def_unittype* parent) {
-  return creating(parent);
-}
-
-int second(int, int, const ZelIconDef_*, def_unittype*) {
-  return 1;
-}
-
-const ZelIconDef_ kDefinition = {nullptr, create, second, "", "", "test", "", nullptr};
-const Icon kIcon = {"test", {}, &kDefinition};
 
 int fired = 0;
 
@@ -39,37 +21,6 @@ int count_firing(def_unittype*) {
 int fail_with_7(def_unittype*) {
   return 7;
 }
-
-class HostTest : public testing::Test {
- protected:
-  ~HostTest() override { creating = nullptr; }
-
-  // An instance of a root and what `build` does with it.
-  Instance instance(std::function<void(def_unittype* root)> build,
-                    std::vector<std::string> dialog = {}) {
-    creating = [build = std::move(build)](def_unittype* parent) {
-      def_unittype* const root = primitive_unit(TAG_END, parent);
-      zel_indicate_export_of_methods(root);
-      return_unit(root);
-      build(root);
-      label(root, "test");
-      return root;
-    };
-    return host_.create(kIcon, std::move(dialog));
-  }
-
-  // What the host has said since the last call.
-  std::vector<std::string> said() {
-    std::vector<std::string> texts;
-    for (const Report& report : host_.take_reports())
-      texts.push_back((report.kind == Report::Kind::kError ? "error: " : "misuse: ") + report.text);
-    return texts;
-  }
-
-  using Texts = std::vector<std::string>;
-
-  Host host_;
-};
 
 TEST_F(HostTest, ThereIsOneAtATime) {
   EXPECT_THROW(Host(), std::logic_error);
@@ -268,96 +219,6 @@ TEST_F(HostTest, WantsDescriptionsWhileAnInstanceIsCreated) {
                            "misuse: SET_INFO_FOR_METHOD: called while no instance is created",
                            "misuse: INFO_FOR_INP: called while no instance is created",
                            "misuse: TVAL: called while no instance is created"}));
-}
-
-TEST_F(HostTest, IsBuiltUponWhileAnInstanceIsCreatedOnly) {
-  def_unittype* group = nullptr;
-  const Instance built = instance([&group](def_unittype* root) {
-    group = primitive_unit(TAG_END, root);
-    zel_name_unit("Group", group);
-  });
-  EXPECT_EQ(primitive_unit(TAG_INP, TAG_FLOAT, 1, TAG_END, group), nullptr);
-  zel_name_unit("Other", group);
-  zel_indicate_export_of_methods(group);
-  return_unit(group);
-  label(group, "late");
-  const Unit& unit = *built.root().children().front();
-  EXPECT_TRUE(unit.children().empty());
-  EXPECT_EQ(unit.name, "Group");
-  EXPECT_FALSE(unit.exports);
-  EXPECT_EQ(unit.label, "");
-  EXPECT_EQ(is_not_unit(group), 0);
-  EXPECT_EQ(said(), (Texts{"misuse: primitive_unit: called while no instance is created",
-                           "misuse: zel_name_unit: called while no instance is created",
-                           "misuse: zel_indicate_export_of_methods: called while no instance is "
-                           "created",
-                           "misuse: return_unit: called while no instance is created",
-                           "misuse: label: called while no instance is created"}));
-}
-
-// A short text lives where the host keeps it, a long one elsewhere.
-TEST_F(HostTest, OverwritesTheTextsOfTheDialogOnceTheInstanceIsCreated) {
-  const char* brief = nullptr;
-  const char* lengthy = nullptr;
-  instance(
-      [&](def_unittype*) {
-        brief = TVAL(0);
-        lengthy = TVAL(1);
-      },
-      {"10", "a text that is longer than most"});
-  // The next dialog's texts are in another place.
-  instance([](def_unittype*) { EXPECT_STREQ(TVAL(0), "another"); }, {"another"});
-  EXPECT_STREQ(brief, "??");
-  EXPECT_STREQ(lengthy, std::string(31, '?').c_str());
-}
-
-TEST_F(HostTest, OverwritesTheTextsOfTheDialogAlsoWhenThePluginThrows) {
-  const char* text = nullptr;
-  creating = [&text](def_unittype*) -> def_unittype* {
-    text = TVAL(0);
-    throw std::runtime_error("no");
-  };
-  EXPECT_THROW(host_.create(kIcon, {"text"}), std::runtime_error);
-  EXPECT_STREQ(text, "????");
-}
-
-TEST_F(HostTest, AdmitsNoOperationFromAnotherThread) {
-  def_unittype* root = nullptr;
-  instance(
-      [&root](def_unittype* made) {
-        root = made;
-        std::thread([made] {
-          EXPECT_EQ(TVAL(0), nullptr);
-          zel_name_unit("other", made);
-        }).join();
-      },
-      {"text"});
-  EXPECT_EQ(said(), (Texts{"misuse: TVAL: called from another thread than the host's",
-                           "misuse: zel_name_unit: called from another thread than the host's"}));
-  std::thread([root] {
-    for (int i = 0; i < 1000; ++i) EXPECT_NE(is_not_unit(root), 0);
-    EXPECT_EQ(error_msg(30, "other", 1, 0), 0);
-  }).join();
-  EXPECT_EQ(said(), (Texts{"misuse: error_msg: called from another thread than the host's",
-                           "misuse: is_not_unit: called from another thread than the host's"}));
-  EXPECT_EQ(is_not_unit(root), 0);
-  EXPECT_EQ(said(), Texts{});
-}
-
-TEST_F(HostTest, SaysThatThereIsNoInstanceBecauseAnotherThreadWasToMakeIt) {
-  creating = [](def_unittype* parent) {
-    def_unittype* root = nullptr;
-    std::thread([&] { root = primitive_unit(TAG_END, parent); }).join();
-    return root;
-  };
-  try {
-    host_.create(kIcon, {});
-    ADD_FAILURE() << "no error";
-  } catch (const CreationError& error) {
-    EXPECT_STREQ(error.what(),
-                 "icon test: no instance was created; primitive_unit: called from another thread "
-                 "than the host's");
-  }
 }
 
 TEST_F(HostTest, SaysWhyThereIsNoInstance) {

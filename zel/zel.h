@@ -191,8 +191,8 @@ enum {
  *                                 empty at first
  * Inputs and outputs are numbered separately, each from 0 in the order given.
  * The unit lives as long as the instance. `method` and `user` are null.
- * Returns null if a descriptor is none, if the parent is no unit, if there is no
- * room for a unit, or while no instance is created. */
+ * Returns null if there is no room for a unit, and on misuse: if a descriptor is none,
+ * if the parent is no unit, or while no instance is created. */
 def_unittype* primitive_unit(int tag, ...);
 
 /* Names a unit that is a group or a method, for its siblings uniquely. The text
@@ -211,7 +211,7 @@ void return_unit(def_unittype* root);
  * tree is complete. The text is copied. */
 void label(def_unittype* root, const char* text);
 
-/* Nonzero when the pointer is null or leads to no unit of this host. */
+/* Nonzero when the pointer is null or leads to no unit of this host, and on misuse. */
 int is_not_unit(const def_unittype* unit);
 
 /* Reports an error of the plug-in to the user.
@@ -221,10 +221,10 @@ int is_not_unit(const def_unittype* unit);
 int error_msg(int code, const char* text, int, int);
 
 /* ---- Describing methods, only while an icon's `create` runs. Every method has a help
- * text and each of its ports a text, and nothing else has one; it is the same for
+ * text and each of its ports a text, and nothing else has one; they are the same for
  * all instances. A method's name is qualified: "Group:Method", or "Method" directly
- * below the root. Descriptions may be made before the unit they describe. Texts are copied; "%n" in them is a
- * line break. */
+ * below the root. Descriptions may be made before the unit they describe. Texts are
+ * copied; "%n" in them is a line break. */
 
 /* Gives a method its help text. The last two arguments are 0. */
 void kem_iconform_for_method(const char* method, const char* help, int, int);
@@ -238,7 +238,7 @@ void INFO_FOR_OUT(int output, const char* text);
 
 /* The text of the dialog's editable field `field`, while an icon's `create`
  * runs. The host's, and valid until `create` returns: what is needed later is
- * copied. Null if there is no such field. */
+ * copied. Null on misuse, also if there is no such field. */
 char* TVAL(int field);
 
 /* ---- Arrays, while a method runs */
