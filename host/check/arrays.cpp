@@ -3,12 +3,15 @@
 #include <dlfcn.h>
 #include <malloc.h>
 #include <pthread.h>
-#ifdef __SANITIZE_ADDRESS__
-#include <sanitizer/allocator_interface.h>
-#endif
 
 #include <cstdint>
 #include <filesystem>
+
+#ifdef __SANITIZE_ADDRESS__
+// The address sanitizer's own, for which g++ has no header.
+extern "C" int __sanitizer_get_ownership(const volatile void* address);
+extern "C" std::size_t __sanitizer_get_allocated_size(const volatile void* address);
+#endif
 
 namespace zelcheck {
 namespace {
