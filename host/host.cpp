@@ -27,7 +27,17 @@ std::string error_text(int code) {
 }  // namespace
 
 struct Host::Creation {
-  std::vector<std::string> dialog;
+  explicit Creation(std::vector<std::string>& texts_of_fields) : dialog(texts_of_fields) {}
+  // A plug-in that reads them later shall not find what it hopes for.
+  ~Creation() {
+    for (std::string& text : dialog) std::fill(text.begin(), text.end(), '?');
+  }
+  Creation(const Creation&) = delete;
+  Creation& operator=(const Creation&) = delete;
+  Creation(Creation&&) = delete;
+  Creation& operator=(Creation&&) = delete;
+
+  std::vector<std::string>& dialog;
   MethodTexts texts;
   std::optional<std::string> selected;
   Unit* root = nullptr;
@@ -73,10 +83,10 @@ Unit* Host::create_root(const Icon& icon, std::vector<std::string> dialog, def_u
     Host& host_;
   };
   const Scope scope(*this);
-  creation_ = std::make_unique<Creation>();
-  creation_->dialog = std::move(dialog);
+  creation_ = std::make_unique<Creation>(dialogs_.emplace_back(std::move(dialog)));
 
   def_unittype* const root = icon.definition->create(0, 0, icon.definition, parent);
+  report_strays();
   if (texts != nullptr) *texts = std::move(creation_->texts);
   if (root == nullptr) return nullptr;
   Unit* const unit = find(root);
@@ -90,14 +100,23 @@ int Host::fire(Unit& unit) {
 }
 
 std::vector<Report> Host::take_reports() {
+  report_strays();
   return std::exchange(reports_, {});
+}
+
+bool Host::admits(const char* operation) {
+  if (std::this_thread::get_id() == thread_) return true;
+  // The reports are this host's thread's.
+  const std::lock_guard lock(strays_mutex_);
+  strays_.insert(operation);
+  return false;
 }
 
 // ---- Operations on units
 
 def_unittype* Host::make_unit(const UnitDescription& description) {
   Unit* const parent = expect_unit("primitive_unit", description.parent);
-  if (parent == nullptr || units_left_ == 0) return nullptr;
+  if (parent == nullptr || !expect_creation("primitive_unit") || units_left_ == 0) return nullptr;
   --units_left_;
   auto unit = std::make_unique<Unit>(parent, description.inputs, description.outputs);
   def_unittype* const record = unit->record();
@@ -112,7 +131,7 @@ def_unittype* Host::refuse_unit(std::string_view why) {
 
 void Host::name_unit(const char* name, def_unittype* unit) {
   Unit* const named = expect_unit("zel_name_unit", unit);
-  if (named == nullptr) return;
+  if (named == nullptr || !expect_creation("zel_name_unit")) return;
   if (name == nullptr || *name == '\0') return misuse("zel_name_unit", "the name is empty");
   // The unit under which instances are created has no siblings.
   if (named->parent() == nullptr) return misuse("zel_name_unit", "the unit is the host's own");
@@ -125,7 +144,8 @@ void Host::name_unit(const char* name, def_unittype* unit) {
 
 void Host::export_methods(def_unittype* unit) {
   Unit* const exporting = expect_unit("zel_indicate_export_of_methods", unit);
-  if (exporting != nullptr) exporting->exports = true;
+  if (exporting == nullptr || !expect_creation("zel_indicate_export_of_methods")) return;
+  exporting->exports = true;
 }
 
 void Host::set_root(def_unittype* root) {
@@ -138,7 +158,7 @@ void Host::set_root(def_unittype* root) {
 
 void Host::set_label(def_unittype* root, const char* text) {
   Unit* const unit = expect_unit("label", root);
-  if (unit == nullptr) return;
+  if (unit == nullptr || !expect_creation("label")) return;
   if (text == nullptr) return misuse("label", "the text is null");
   unit->label = text;
 }
@@ -280,6 +300,12 @@ bool Host::expect_creation(const char* operation) {
 
 void Host::tell_observer(const char* operation, const Unit* unit) {
   if (observer_) observer_(operation, unit);
+}
+
+void Host::report_strays() {
+  const std::lock_guard lock(strays_mutex_);
+  for (const std::string& operation : std::exchange(strays_, {}))
+    misuse(operation.c_str(), "called from another thread than the host's");
 }
 
 void Host::misuse(const char* operation, std::string_view what) {

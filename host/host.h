@@ -2,10 +2,14 @@
 // plug-ins ask for, and checks what they ask.
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <memory>
+#include <mutex>
+#include <set>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -42,7 +46,7 @@ struct Report {
 enum class Direction { kInput, kOutput };
 
 /// A process has one host at a time, since a plug-in's calls lead to the one set
-/// of operations of the process. One thread.
+/// of operations of the process. One thread: the one that made it.
 class Host {
  public:
   /// @throws std::logic_error if there is a host already.
@@ -84,6 +88,10 @@ class Host {
   /// The unit under which instances are created.
   [[nodiscard]] Unit& environment() { return *environment_; }
 
+  /// Whether an operation may go ahead: from another thread it may not, which is
+  /// noted as misuse. The only function that another thread may call.
+  bool admits(const char* operation);
+
   // The operations. Their contracts are those of zel/zel.h.
 
   struct UnitDescription {
@@ -120,6 +128,8 @@ class Host {
   [[nodiscard]] bool is_owned(const void* array, const Unit& unit) const;
   // Whether an icon's create runs; reports if not.
   bool expect_creation(const char* operation);
+  // Turns what other threads have called into reports.
+  void report_strays();
   void tell_observer(const char* operation, const Unit* unit);
   void misuse(const char* operation, std::string_view what);
 
@@ -127,9 +137,16 @@ class Host {
   Unit* environment_ = nullptr;
   // Those that plug-ins handed over and that are not replaced yet.
   std::unordered_set<const void*> owned_arrays_;
+  // The texts of all dialogs, where TVAL leads to. They stay, overwritten: a plug-in that
+  // looks at them too late then fails always, and not only now and then.
+  std::deque<std::vector<std::string>> dialogs_;
   // What an icon's create leaves behind, while it runs.
   std::unique_ptr<Creation> creation_;
   std::vector<Report> reports_;
+  const std::thread::id thread_ = std::this_thread::get_id();
+  std::mutex strays_mutex_;
+  // The operations that other threads have called.
+  std::set<std::string> strays_;
   Observer observer_;
   std::size_t units_left_ = static_cast<std::size_t>(-1);
 };

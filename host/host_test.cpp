@@ -1,30 +1,16 @@
 // The operations as plug-ins call them: what they do, and what the host says
 // about those who misuse them.
-#include "host/host.h"
-
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
-#include <functional>
-#include <utility>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "host/host_fixture.h"
 
 namespace zelhost {
 namespace {
-
-// A plug-in without a library: what it does while an instance is created is the
-// test's.
-std::function<def_unittype*(def_unittype* parent)> creating;
-
-def_unittype* create(int, int, const ZelIconDef_*, def_unittype* parent) {
-  return creating(parent);
-}
-
-int second(int, int, const ZelIconDef_*, def_unittype*) {
-  return 1;
-}
-
-const ZelIconDef_ kDefinition = {nullptr, create, second, "", "", "test", "", nullptr};
-const Icon kIcon = {"test", {}, &kDefinition};
 
 int fired = 0;
 
@@ -35,37 +21,6 @@ int count_firing(def_unittype*) {
 int fail_with_7(def_unittype*) {
   return 7;
 }
-
-class HostTest : public testing::Test {
- protected:
-  ~HostTest() override { creating = nullptr; }
-
-  // An instance of a root and what `build` does with it.
-  Instance instance(std::function<void(def_unittype* root)> build,
-                    std::vector<std::string> dialog = {}) {
-    creating = [build = std::move(build)](def_unittype* parent) {
-      def_unittype* const root = primitive_unit(TAG_END, parent);
-      zel_indicate_export_of_methods(root);
-      return_unit(root);
-      build(root);
-      label(root, "test");
-      return root;
-    };
-    return host_.create(kIcon, std::move(dialog));
-  }
-
-  // What the host has said since the last call.
-  std::vector<std::string> said() {
-    std::vector<std::string> texts;
-    for (const Report& report : host_.take_reports())
-      texts.push_back((report.kind == Report::Kind::kError ? "error: " : "misuse: ") + report.text);
-    return texts;
-  }
-
-  using Texts = std::vector<std::string>;
-
-  Host host_;
-};
 
 TEST_F(HostTest, ThereIsOneAtATime) {
   EXPECT_THROW(Host(), std::logic_error);

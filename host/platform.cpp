@@ -1,5 +1,5 @@
 // The operations of the interface as C functions: each leads to the process's
-// host, and does nothing where there is none.
+// host, and does nothing where there is none or where it does not admit the call.
 #include "host/platform.h"
 
 #include <cstdarg>
@@ -9,7 +9,6 @@
 
 #include "zel/zel.h"
 
-using zelhost::current_host;
 using zelhost::Direction;
 using zelhost::Host;
 using zelhost::PortKind;
@@ -18,6 +17,11 @@ using zelhost::PortType;
 namespace {
 
 Host* the_host = nullptr;
+
+// The one that a call of the operation leads to.
+Host* host_for(const char* operation) {
+  return the_host != nullptr && the_host->admits(operation) ? the_host : nullptr;
+}
 
 // One kind of port with its parameter, read from the arguments. Null and the
 // reason if they are none.
@@ -76,7 +80,7 @@ void zelhost::set_current_host(Host* host) {
 }
 
 def_unittype* primitive_unit(int tag, ...) {
-  Host* const host = current_host();
+  Host* const host = host_for("primitive_unit");
   if (host == nullptr) return nullptr;
   std::va_list arguments;
   va_start(arguments, tag);
@@ -91,58 +95,60 @@ def_unittype* primitive_unit(int tag, ...) {
 }
 
 void zel_name_unit(const char* name, def_unittype* unit) {
-  if (Host* const host = current_host()) host->name_unit(name, unit);
+  if (Host* const host = host_for("zel_name_unit")) host->name_unit(name, unit);
 }
 
 void zel_indicate_export_of_methods(def_unittype* unit) {
-  if (Host* const host = current_host()) host->export_methods(unit);
+  if (Host* const host = host_for("zel_indicate_export_of_methods")) host->export_methods(unit);
 }
 
 void return_unit(def_unittype* root) {
-  if (Host* const host = current_host()) host->set_root(root);
+  if (Host* const host = host_for("return_unit")) host->set_root(root);
 }
 
 void label(def_unittype* root, const char* text) {
-  if (Host* const host = current_host()) host->set_label(root, text);
+  if (Host* const host = host_for("label")) host->set_label(root, text);
 }
 
 int is_not_unit(const def_unittype* unit) {
-  Host* const host = current_host();
+  Host* const host = host_for("is_not_unit");
   return host != nullptr && host->is_unit(unit) ? 0 : 1;
 }
 
 int error_msg(int code, const char* text, int, int) {
-  if (Host* const host = current_host()) host->report_error(code, text);
+  if (Host* const host = host_for("error_msg")) host->report_error(code, text);
   return 0;
 }
 
 void kem_iconform_for_method(const char* method, const char* help, int, int) {
-  if (Host* const host = current_host()) host->describe_method(method, help);
+  if (Host* const host = host_for("kem_iconform_for_method")) host->describe_method(method, help);
 }
 
 void SET_INFO_FOR_METHOD(const char* method) {
-  if (Host* const host = current_host()) host->select_method(method);
+  if (Host* const host = host_for("SET_INFO_FOR_METHOD")) host->select_method(method);
 }
 
 void INFO_FOR_INP(int input, const char* text) {
-  if (Host* const host = current_host()) host->describe_port(Direction::kInput, input, text);
+  if (Host* const host = host_for("INFO_FOR_INP"))
+    host->describe_port(Direction::kInput, input, text);
 }
 
 void INFO_FOR_OUT(int output, const char* text) {
-  if (Host* const host = current_host()) host->describe_port(Direction::kOutput, output, text);
+  if (Host* const host = host_for("INFO_FOR_OUT"))
+    host->describe_port(Direction::kOutput, output, text);
 }
 
 char* TVAL(int field) {
-  Host* const host = current_host();
+  Host* const host = host_for("TVAL");
   return host == nullptr ? nullptr : host->dialog_text(field);
 }
 
 int zel_dim_of_dyn_inp(const def_unittype* unit, int input, int reserved) {
-  Host* const host = current_host();
+  Host* const host = host_for("zel_dim_of_dyn_inp");
   return host == nullptr ? 0 : host->array_length(unit, input, reserved);
 }
 
 int zel_reassign(const def_unittype* unit, int output, int reserved, int length, void* array) {
-  Host* const host = current_host();
+  Host* const host = host_for("zel_reassign");
   return host != nullptr && host->replace_array(unit, output, reserved, length, array) ? 0 : 1;
 }

@@ -16,7 +16,12 @@
  * the dialog (TVAL) and builds the tree (primitive_unit and on).
  *
  * Thread: the host's, for everything: it calls the plug-in, the plug-in calls
- * the operations from within such a call, and from no other thread.
+ * the operations from within such a call, and from no other thread, where none of
+ * them does anything.
+ * Process: the host's, too. A call comes back once, in the process in which it was
+ * made, and leaves the working folder, the locale, and standard input, output and
+ * error as they are. The library is still loaded when the process ends, and its
+ * static objects bear that.
  * Numbers cross in single precision or as 32-bit integers. Counts are from 0.
  * No operation of the host throws, and one that is misused changes nothing; what
  * it returns then is said with each. What a plug-in throws in C++ passes through
@@ -67,7 +72,9 @@ struct def_unittype {
   zel_port* outputs;
   def_unittype* parent;
   zel_method* method; /* set by the plug-in, on methods only */
-  void* user;         /* the plug-in's own; the host never looks at what it points to */
+  void* user;         /* the plug-in's own; the host never looks at what it points to.
+                       * What the plug-in knows the instance by: not null, the same in
+                       * all its units, and another one in each instance */
 };
 
 /* All of these take a unit that primitive_unit returned and a port and element
@@ -160,7 +167,9 @@ typedef struct zel_version {
   const char* host;
 } zel_version;
 
-/* ---- Building the tree */
+/* ---- Building the tree, only while an icon's `create` runs: units are made, named
+ * and exported then, and never afterwards. is_not_unit and error_msg may be called
+ * at any time. */
 
 /* What primitive_unit's arguments start with. Signed 32-bit numbers: TAG_INP is
  * 0xfa0a1f01, the others count up from there. */
@@ -182,8 +191,8 @@ enum {
  *                                 empty at first
  * Inputs and outputs are numbered separately, each from 0 in the order given.
  * The unit lives as long as the instance. `method` and `user` are null.
- * Returns null if a descriptor is none, if the parent is no unit, or if there is
- * no room for a unit. */
+ * Returns null if there is no room for a unit, and on misuse: if a descriptor is none,
+ * if the parent is no unit, or while no instance is created. */
 def_unittype* primitive_unit(int tag, ...);
 
 /* Names a unit that is a group or a method, for its siblings uniquely. The text
@@ -198,10 +207,11 @@ void zel_indicate_export_of_methods(def_unittype* unit);
  * has children. */
 void return_unit(def_unittype* root);
 
-/* Gives a root the text that users see under it. The text is copied. */
+/* Gives a root the text that users see under it: the last call of building, once the
+ * tree is complete. The text is copied. */
 void label(def_unittype* root, const char* text);
 
-/* Nonzero when the pointer is null or leads to no unit of this host. */
+/* Nonzero when the pointer is null or leads to no unit of this host, and on misuse. */
 int is_not_unit(const def_unittype* unit);
 
 /* Reports an error of the plug-in to the user.
@@ -210,10 +220,11 @@ int is_not_unit(const def_unittype* unit);
  * Returns 0. */
 int error_msg(int code, const char* text, int, int);
 
-/* ---- Describing methods, only while an icon's `create` runs. A method's name is
- * qualified: "Group:Method", or "Method" directly below the root. Descriptions
- * may be made before the unit they describe. Texts are copied; "%n" in them is a
- * line break. */
+/* ---- Describing methods, only while an icon's `create` runs. Every method has a help
+ * text and each of its ports a text, and nothing else has one; they are the same for
+ * all instances. A method's name is qualified: "Group:Method", or "Method" directly
+ * below the root. Descriptions may be made before the unit they describe. Texts are
+ * copied; "%n" in them is a line break. */
 
 /* Gives a method its help text. The last two arguments are 0. */
 void kem_iconform_for_method(const char* method, const char* help, int, int);
@@ -226,7 +237,8 @@ void INFO_FOR_INP(int input, const char* text);
 void INFO_FOR_OUT(int output, const char* text);
 
 /* The text of the dialog's editable field `field`, while an icon's `create`
- * runs. The host's. Null if there is no such field. */
+ * runs. The host's, and valid until `create` returns: what is needed later is
+ * copied. Null on misuse, also if there is no such field. */
 char* TVAL(int field);
 
 /* ---- Arrays, while a method runs */

@@ -24,6 +24,7 @@ struct NamedCheck {
 // Of an icon that instances can be created from.
 constexpr NamedCheck kInstanceChecks[] = {
     {"creating an instance misuses no operation", check_operations},
+    {"creating an instance leaves the process as it was", check_surroundings},
     {"a parent that is no unit is refused with error 2", check_foreign_parent},
     {"without room for a unit, error 30 is reported", check_no_room},
     {"too little room for all units does no harm", check_little_room},
@@ -39,6 +40,7 @@ constexpr NamedCheck kWorkChecks[] = {
     {"the methods work one after the other", check_forwards},
     {"the methods work from last to first, each twice", check_backwards},
     {"a hundred instances work side by side", check_hundred_instances},
+    {"the process ends well after the methods have worked", check_end_of_process},
 };
 
 // The last one is never left out: it may say how the check ended.

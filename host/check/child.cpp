@@ -271,7 +271,7 @@ ChildEnd run_in_child(const std::function<void(const Notes&)>& work, double time
   end.hung = hung;
   if (hung)
     end.complaints.push_back(reader.staged("did not end within " + in_seconds(time_limit)));
-  else if (!reader.is_done())
+  else if (!reader.is_done() || status != 0)
     end.complaints.push_back(reader.staged(how_it_ended(status)));
   return end;
 }

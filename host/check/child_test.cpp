@@ -87,6 +87,36 @@ TEST(RunInChild, TellsWithWhichStatusTheWorkEndedTheProcess) {
   EXPECT_EQ(zero.complaints, Texts{"the process ended with status 0"});
 }
 
+TEST(RunInChild, LetsWorkThatIsDoneEndTheProcess) {
+  const ChildEnd end = run_in_child(
+      [](const Notes& notes) {
+        notes.fact("all said");
+        notes.done();
+        _exit(0);
+      },
+      kLong);
+  EXPECT_EQ(end.complaints, Texts{});
+  EXPECT_EQ(end.facts, Texts{"all said"});
+}
+
+TEST(RunInChild, TellsHowTheProcessEndedAlsoWhereTheWorkWasDone) {
+  const ChildEnd crash = run_in_child(
+      [](const Notes& notes) {
+        notes.at("on the way home");
+        notes.done();
+        std::raise(SIGKILL);
+      },
+      kLong);
+  EXPECT_EQ(crash.complaints, Texts{"on the way home: killed by signal 9 (Killed)"});
+  const ChildEnd three = run_in_child(
+      [](const Notes& notes) {
+        notes.done();
+        _exit(3);
+      },
+      kLong);
+  EXPECT_EQ(three.complaints, Texts{"the process ended with status 3"});
+}
+
 TEST(RunInChild, TellsWhatTheWorkThrew) {
   const ChildEnd error = run_in_child(
       [](const Notes& notes) {

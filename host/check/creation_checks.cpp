@@ -7,6 +7,7 @@
 
 #include "host/check/firing_checks.h"
 #include "host/check/instances.h"
+#include "host/check/surroundings.h"
 #include "host/host.h"
 
 namespace zelcheck {
@@ -140,6 +141,13 @@ void check_operations(const Icon& icon, const Notes& notes) {
                        ? report.text
                        : "an error is reported though there is an instance: " + report.text);
   }
+}
+
+void check_surroundings(const Icon& icon, const Notes& notes) {
+  Host host;
+  const Surroundings before;
+  create(host, icon, notes);
+  for (const std::string& change : before.changes()) notes.complain(change);
 }
 
 void check_foreign_parent(const Icon& icon, const Notes& notes) {

@@ -16,6 +16,9 @@ void check_creation(const zelhost::Icon& icon, const Notes& notes);
 /// Creating an instance takes the operations as they are meant, and reports no error.
 void check_operations(const zelhost::Icon& icon, const Notes& notes);
 
+/// Creating an instance leaves working folder, locale and standard files alone.
+void check_surroundings(const zelhost::Icon& icon, const Notes& notes);
+
 /// A parent that is no unit: nothing is built, and the user is told why.
 void check_foreign_parent(const zelhost::Icon& icon, const Notes& notes);
 

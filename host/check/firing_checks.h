@@ -37,4 +37,8 @@ void check_backwards(const zelhost::Icon& icon, const Notes& notes);
 /// Many instances at once, of which the first and the last still work.
 void check_hundred_instances(const zelhost::Icon& icon, const Notes& notes);
 
+/// The library bears the end of the process, with the destructors of its static objects.
+/// Ends the process.
+void check_end_of_process(const zelhost::Icon& icon, const Notes& notes);
+
 }  // namespace zelcheck

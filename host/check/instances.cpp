@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <string_view>
 
+#include "host/check/surroundings.h"
+
 namespace zelcheck {
 
 using zelhost::Host;
@@ -29,7 +31,9 @@ std::string why_no_unit(const std::vector<Report>& reports) {
 
 Unit* create(Host& host, const zelhost::Icon& icon, const Notes& notes,
              zelhost::MethodTexts* texts) {
+  ForkWatch watch;
   Unit* const root = host.create_root(icon, icon.presets(), host.environment().record(), texts);
+  if (watch.is_back_twice()) notes.complain("create forked and came back in both processes");
   if (root == nullptr) notes.complain(why_no_unit(host.take_reports()));
   return root;
 }

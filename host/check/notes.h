@@ -25,7 +25,7 @@ class Notes {
   /// Something that later checks need to know.
   void fact(std::string_view fact) const;
 
-  /// The check came to its end, whatever it found.
+  /// The check came to its end, whatever it found: what is left is to end the process.
   void done() const;
 
  private:

@@ -6,6 +6,9 @@
  * Its instances have a group Arrays with the methods Scale and Count, and a method
  * Length beside it.
  */
+#include <fcntl.h>
+#include <locale.h>
+#include <pthread.h>
 #include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -32,6 +35,8 @@ struct instance {
 
 static int instances = 0;
 
+static const char* digits = NULL;
+
 static void crash(void) {
   raise(SIGSEGV);
 }
@@ -41,6 +46,43 @@ static void crash(void) {
 static struct instance* instance_of(const def_unittype* unit) {
   static struct instance nobody;
   return zel_user(unit) == NULL ? &nobody : zel_user(unit);
+}
+
+static void* ask_for_length(void* unit) {
+  zel_dim_of_dyn_inp(unit, 1, 0);
+  return NULL;
+}
+
+static void ask_from_a_thread(def_unittype* unit) {
+  pthread_t thread;
+  if (pthread_create(&thread, NULL, ask_for_length, unit) == 0) pthread_join(thread, NULL);
+}
+
+/* Does to the process what is not a plug-in's to do. */
+static void meddle(void) {
+  int ignored = 0;
+  switch (FAILURE) {
+    case closes_output:
+      close(STDOUT_FILENO);
+      close(STDERR_FILENO);
+      break;
+    case replaces_input:
+      close(STDIN_FILENO);
+      ignored = open("/dev/full", O_RDONLY);
+      break;
+    case changes_folder:
+      ignored = chdir("/");
+      break;
+    case changes_locale:
+      setlocale(LC_ALL, "C.UTF-8");
+      break;
+    case forks:
+      ignored = fork();
+      break;
+    default:
+      break;
+  }
+  (void)ignored;
 }
 
 static void fail_as_scale(def_unittype* unit) {
@@ -71,6 +113,12 @@ static void fail_as_scale(def_unittype* unit) {
     case static_array:
       zel_reassign(unit, 0, 0, 10, numbers);
       break;
+    case short_array:
+      zel_reassign(unit, 0, 0, 1000, new_floats(6));
+      break;
+    case inner_array:
+      zel_reassign(unit, 0, 0, 9, new_floats(10) + 1);
+      break;
     case input_as_output:
       zel_reassign(unit, 0, 0, zel_dim_of_dyn_inp(unit, 1, 0), (void*)zel_floats_inp(unit, 1));
       break;
@@ -83,6 +131,12 @@ static void fail_as_scale(def_unittype* unit) {
     case length_of_no_array:
       zel_dim_of_dyn_inp(unit, 0, 0);
       break;
+    case calls_from_a_thread:
+      ask_from_a_thread(unit);
+      break;
+    case grows:
+      primitive_unit(TAG_INP, TAG_FLOAT, 1, TAG_END, zel_parent(unit));
+      break;
     case changes_its_inputs:
       *(float*)unit->inputs[0].elements[0].value = 7.0F;
       break;
@@ -93,13 +147,16 @@ static void fail_as_scale(def_unittype* unit) {
       if (instance_of(unit)->counted > 0) crash();
       break;
     default:
+      meddle();
       break;
   }
 }
 
 static int scale(def_unittype* unit) {
   fail_as_scale(unit);
-  if (FAILURE == static_array || FAILURE == input_as_output) return 0;
+  if (FAILURE == static_array || FAILURE == short_array || FAILURE == inner_array ||
+      FAILURE == input_as_output)
+    return 0;
   const float factor = zel_float_inp(unit, 0, 0);
   const float* const numbers = zel_floats_inp(unit, 1);
   const int length = zel_dim_of_dyn_inp(unit, 1, 0);
@@ -119,6 +176,7 @@ static int scale(def_unittype* unit) {
 /* How often each of the numbers 0 to 9 occurs. */
 static int count(def_unittype* unit) {
   enum { kNumbers = 10 };
+  if (FAILURE == keeps_dialog_text && atoi(digits) != kNumbers) return 1;
   if (FAILURE == crashes_before_another_method && instance_of(unit)->scaled == 0) crash();
   const int32_t* const numbers = zel_integers_inp(unit, 0);
   const int length = zel_dim_of_dyn_inp(unit, 0, 0);
@@ -270,11 +328,17 @@ static def_unittype* create(int unused, int also_unused, const ZelIconDef_* icon
   (void)unused, (void)also_unused, (void)icon;
   ++instances;
   describe_methods();
-  TVAL(1);
+  digits = TVAL(1);
   TVAL(0);
   switch (FAILURE) {
     case create_crashes:
       crash();
+      break;
+    case create_forks:
+      if (fork() == 0) usleep(50000);
+      break;
+    case create_changes_folder:
+      if (chdir("/") != 0) crash();
       break;
     case create_throws:
       throw_error("no numbers today");
@@ -407,4 +471,8 @@ void call_undefined_symbol(void) {
 
 __attribute__((constructor)) static void load(void) {
   if (FAILURE == crashes_at_loading) crash();
+}
+
+__attribute__((destructor)) static void unload(void) {
+  if (FAILURE == crashes_at_the_end) crash();
 }

@@ -106,7 +106,8 @@ Expectation one(const std::string& plugin, const std::string& failed) {
 Lines not_working(const std::string& check) {
   return {"the methods work one after the other: " + check + " did not pass",
           "the methods work from last to first, each twice: " + check + " did not pass",
-          "a hundred instances work side by side: " + check + " did not pass"};
+          "a hundred instances work side by side: " + check + " did not pass",
+          "the process ends well after the methods have worked: " + check + " did not pass"};
 }
 
 // A method that fails whatever its inputs are, or as often as not.
@@ -157,6 +158,9 @@ const std::vector<Expectation>& expectations() {
   static const std::vector<Expectation> all = {
       loading("undefined_symbol", "undefined symbol: there_is_no_such_function"),
       loading("crashes_at_loading", kSegfault),
+      one("crashes_at_the_end",
+          "the process ends well after the methods have worked: at the end of the process: " +
+              kSegfault),
 
       records("no_version", missing("Kem_V_of_no_version")),
       records("no_folder", missing("gsFolder_no_folder")),
@@ -198,6 +202,9 @@ const std::vector<Expectation>& expectations() {
       creation("create_returns_a_stranger", "create returned what is no unit of this host"),
       creation("create_throws", "threw: no numbers today"),
       creation("create_crashes", kSegfault),
+      creation("create_forks", "create forked and came back in both processes"),
+      one("create_changes_folder",
+          "creating an instance leaves the process as it was: it changed the working folder"),
       one("accepts_any_parent",
           with_both_parents("primitive_unit: the unit is null",
                             "primitive_unit: the unit is none of this host's")),
@@ -312,6 +319,10 @@ const std::vector<Expectation>& expectations() {
       scaling("static_array",
               "output 0: the array is not from new[] but a variable of static_array.so; when the "
               "host frees the instance: killed by signal 6 (Aborted)"),
+      scaling("short_array", "output 0: the array has no room for 1000 elements, but for 6"),
+      scaling("inner_array",
+              "output 0: the array is not from new[]; when the host frees the instance: killed by "
+              "signal 6 (Aborted)"),
       scaling("same_array_twice", kOwned),
       // Where there is no array at the input, none is handed over.
       scaling("input_as_output", kOwned, "inputs never set"),
@@ -320,6 +331,16 @@ const std::vector<Expectation>& expectations() {
       scaling("length_of_no_array",
               "zel_dim_of_dyn_inp: Arrays:Scale, input 0: the port is no array but 1 float"),
       scaling("changes_its_inputs", "it changed its inputs"),
+      scaling("closes_output", "it closed standard output; it closed standard error"),
+      scaling("replaces_input", "it replaced standard input"),
+      scaling("changes_folder", "it changed the working folder"),
+      scaling("changes_locale", "it changed the locale"),
+      scaling("forks", "it forked and came back in both processes"),
+      scaling("calls_from_a_thread",
+              "zel_dim_of_dyn_inp: called from another thread than the host's"),
+      scaling("grows", "primitive_unit: called while no instance is created"),
+      {"keeps_dialog_text", counting("returned 1"),
+       not_working("Arrays:Count with ordinary inputs")},
       scaling("crashes_the_second_time", "the second time: " + kSegfault),
       {"crashes_before_another_method", counting(kSegfault),
        not_working("Arrays:Count with ordinary inputs")},
@@ -369,8 +390,8 @@ TEST(Check, IsTriedOnEveryBrokenPlugin) {
 TEST(Check, PassesAPluginThatBreaksNothing) {
   const Ended ended = zelrun_check((kBroken / "whole.so").string());
   EXPECT_EQ(ended.exit_code, 0);
-  EXPECT_EQ(ended.lines().back(), "36 checks, 36 passed, 0 failed, 0 skipped") << ended.output;
-  EXPECT_EQ(ended.lines("passed").size(), 36U);
+  EXPECT_EQ(ended.lines().back(), "38 checks, 38 passed, 0 failed, 0 skipped") << ended.output;
+  EXPECT_EQ(ended.lines("passed").size(), 38U);
 }
 
 TEST(Check, FindsThePluginByItsNameInAFolder) {
@@ -459,7 +480,7 @@ TEST(Check, PassesTheSdpsolPluginWithItsCommand) {
   const Ended ended = zelrun_check("sdpsol", "PATH=" + folder.path() + ":$PATH");
   EXPECT_EQ(ended.exit_code, 0);
   EXPECT_EQ(ended.lines("passed").size() + 1, ended.lines().size()) << ended.output;
-  EXPECT_EQ(ended.lines().back(), "85 checks, 85 passed, 0 failed, 0 skipped");
+  EXPECT_EQ(ended.lines().back(), "87 checks, 87 passed, 0 failed, 0 skipped");
   // Or it would have been checked without.
   const std::string runs = test_support::content_of(folder.path("log"));
   EXPECT_GT(std::count(runs.begin(), runs.end(), '\n'), 50);
@@ -468,7 +489,7 @@ TEST(Check, PassesTheSdpsolPluginWithItsCommand) {
 TEST(Check, PassesTheSdpsolPluginWithoutItsCommand) {
   const Ended ended = zelrun_check("sdpsol", "PATH=/nowhere");
   EXPECT_EQ(ended.exit_code, 0);
-  EXPECT_EQ(ended.lines().back(), "85 checks, 85 passed, 0 failed, 0 skipped") << ended.output;
+  EXPECT_EQ(ended.lines().back(), "87 checks, 87 passed, 0 failed, 0 skipped") << ended.output;
 }
 
 }  // namespace
