@@ -49,13 +49,21 @@ Host::~Host() {
 Instance Host::create(const Icon& icon, std::vector<std::string> dialog) {
   const std::size_t reports_before = reports_.size();
   MethodTexts texts;
-  Unit* root = create_root(icon, std::move(dialog), environment_->record(), &texts);
+  Unit* root = nullptr;
+  std::string why = "icon " + icon.name + ": ";
+  try {
+    root = create_root(icon, std::move(dialog), environment_->record(), &texts);
+    why += "no instance was created";
+  } catch (const std::exception& error) {
+    why += std::string("create threw: ") + error.what();
+  } catch (...) {
+    why += "create threw";
+  }
   if (root != nullptr && root->parent() != environment_) {
     misuse("create", "it returned a unit that is no child of the parent it was given");
     root = nullptr;
   }
   if (root == nullptr) {
-    std::string why = "icon " + icon.name + ": no instance was created";
     for (std::size_t i = reports_before; i < reports_.size(); ++i) why += "; " + reports_[i].text;
     throw CreationError(why);
   }

@@ -55,14 +55,15 @@ class Host {
 
   /// Creates an instance as a user does who fills in the icon's dialog.
   /// @param dialog the texts of the editable fields, in their order.
-  /// @return valid as long as the host. @throws CreationError; whatever the
-  /// plug-in itself throws.
+  /// @return valid as long as the host. @throws CreationError, also where the plug-in
+  /// throws.
   Instance create(const Icon& icon, std::vector<std::string> dialog);
 
   /// As above, below the given parent: for those who want to see what a plug-in
   /// does with one that is no unit.
   /// @param texts if not null, takes what the plug-in described.
-  /// @return the instance's root; null where create throws CreationError.
+  /// @return the instance's root; null where the plug-in gives none. @throws whatever
+  /// the plug-in throws.
   Unit* create_root(const Icon& icon, std::vector<std::string> dialog, def_unittype* parent,
                     MethodTexts* texts = nullptr);
 

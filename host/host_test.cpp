@@ -301,8 +301,28 @@ TEST_F(HostTest, RefusesARootThatIsNoChildOfTheParent) {
 
 TEST_F(HostTest, ForgetsAnInstanceWhosePluginThrew) {
   creating = [](def_unittype*) -> def_unittype* { throw std::runtime_error("no"); };
-  EXPECT_THROW(host_.create(kIcon, {"text"}), std::runtime_error);
+  EXPECT_THROW(host_.create(kIcon, {"text"}), CreationError);
+  EXPECT_THROW(host_.create_root(kIcon, {"text"}, nullptr), std::runtime_error);
   EXPECT_EQ(TVAL(0), nullptr);
+}
+
+TEST_F(HostTest, SaysWhatACreateThrew) {
+  const auto error = [this](std::function<def_unittype*(def_unittype*)> create) -> std::string {
+    creating = std::move(create);
+    try {
+      host_.create(kIcon, {});
+    } catch (const CreationError& thrown) {
+      return thrown.what();
+    }
+    return "no error";
+  };
+  EXPECT_EQ(error([](def_unittype*) -> def_unittype* { throw std::runtime_error("no"); }),
+            "icon test: create threw: no");
+  EXPECT_EQ(error([](def_unittype* parent) -> def_unittype* {
+              error_msg(30, "test", 1, 0);
+              throw parent;
+            }),
+            "icon test: create threw; test: error 30: the unit could not be created");
 }
 
 TEST_F(HostTest, MakesNoMoreUnitsThanItIsTold) {

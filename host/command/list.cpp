@@ -59,6 +59,14 @@ void print_tree(const Instance& instance, const Unit& parent, const std::string&
   }
 }
 
+Instance create(zelhost::Host& host, const zelhost::Plugin& plugin, const zelhost::Icon& icon) {
+  try {
+    return host.create(icon, icon.presets());
+  } catch (const zelhost::CreationError& error) {
+    throw zelhost::CreationError(plugin.file.string() + ": " + error.what());
+  }
+}
+
 }  // namespace
 
 void list_plugin(const zelhost::Plugin& plugin, std::ostream& out) {
@@ -67,7 +75,7 @@ void list_plugin(const zelhost::Plugin& plugin, std::ostream& out) {
     text << "folder " << plugin.folder << ", for interface " << plugin.version << "\n";
   });
   for (const auto& icon : plugin.icons) {
-    const Instance instance = host.create(icon, icon.presets());
+    const Instance instance = create(host, plugin, icon);
     print(out, [&](std::ostream& text) {
       text << "\nicon " << icon.name << ", dialog\n";
       print_dialog(icon, text);

@@ -69,5 +69,7 @@ int main(int argc, char** argv) {
     return fail(zelrun::kExitInternal, "out of memory");
   } catch (const std::exception& error) {
     return fail(zelrun::kExitInternal, std::string("internal error: ") + error.what());
+  } catch (...) {
+    return fail(zelrun::kExitInternal, "internal error");
   }
 }

@@ -1,0 +1,42 @@
+// What plug-ins do that a host has to live with: zelrun with the plug-in odd.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/host/run_zelrun.h"
+
+namespace {
+
+using zelrun_test::Ended;
+using zelrun_test::Json;
+using zelrun_test::Zelrun;
+
+class Odd : public Zelrun {
+ protected:
+  // Writes "odd.json", which fires Copy of an instance "a" once.
+  Odd() { network_of_odd(R"("order": [["a", "Copy"]])"); }
+
+  void network_of_odd(const std::string& members) const {
+    folder_.file("odd.json", R"({"instances": {"a": {"plugin": ")" SDPSOL_ODD
+                             R"(", "icon": "odd"}}, )" +
+                                 members + "}");
+  }
+};
+
+TEST_F(Odd, ThatThrowsInCreateEndsWithThePlace) {
+  const std::string lists =
+      std::string("zelrun: error: ") + SDPSOL_ODD + ": icon odd: create threw";
+  const std::string runs = "zelrun: error: odd.json: /instances/a: icon odd: create threw";
+  for (const auto& [does, threw] : {std::pair("throws an error in create", ": no\nmood\n"),
+                                    std::pair("throws a number in create", "\n")}) {
+    const std::string asked = std::string("export ODD='") + does + "'\n";
+    const Ended list = run_line(asked + "$Z list " SDPSOL_ODD);
+    EXPECT_EQ(list.status, 1);
+    EXPECT_EQ(list.error, lists + threw);
+    const Ended run = run_line(asked + "$Z run odd.json");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.error, runs + threw);
+  }
+}
+
+}  // namespace
