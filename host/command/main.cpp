@@ -8,6 +8,7 @@
 #include "host/command/list.h"
 #include "host/command/options.h"
 #include "host/command/run.h"
+#include "host/command/standard_output.h"
 #include "host/error.h"
 #include "host/plugin.h"
 
@@ -56,6 +57,7 @@ int fail(zelrun::ExitStatus status, const std::string& what) {
 int main(int argc, char** argv) {
   // Beyond the largest size of files a write fails, and is no end of the host.
   std::signal(SIGXFSZ, SIG_IGN);
+  zelrun::open_missing_descriptors();
   try {
     const zelrun::ParsedCommandLine parsed = zelrun::parse_command_line(argc, argv);
     std::cout << parsed.output;

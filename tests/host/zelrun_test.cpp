@@ -119,6 +119,27 @@ TEST_F(Zelrun, EndsAtTheMethodThatThrows) {
             0U);
 }
 
+TEST_F(Zelrun, PrintsAllAsJsonWhereOtherDescriptorsAreClosed) {
+  solver("echo from the solver; echo and its errors >&2; exit 1\n");
+  network(R"(["General:Run_Sdpsol"])");
+  for (const char* const closed : {"2>&-", "<&-", "<&- 2>&-"}) {
+    const Ended ended = run_line(std::string("$Z run --json network.json ") + closed);
+    EXPECT_EQ(ended.status, 0) << closed;
+    EXPECT_TRUE(Json::accept(ended.output)) << closed << ": " << ended.output;
+  }
+}
+
+TEST_F(Zelrun, SaysThatStandardOutputIsClosed) {
+  answer(kResult);
+  network(R"(["General:Run_Sdpsol"])");
+  for (const char* const line :
+       {"$Z run network.json >&-", "$Z run --json network.json >&-", "$Z list sdpsol >&-"}) {
+    const Ended ended = run_line(line);
+    EXPECT_EQ(ended.status, 3) << line;
+    EXPECT_EQ(ended.error, "zelrun: error: standard output: Bad file descriptor\n") << line;
+  }
+}
+
 TEST_F(Zelrun, SaysWhatIsWrongWithANetwork) {
   network(R"(["General:Nothing"])");
   const Ended ended = run_line("$Z run network.json");
