@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <iostream>
 #include <system_error>
 
@@ -50,9 +49,6 @@ ReservedOutput::ReservedOutput() {
 }
 
 ReservedOutput::~ReservedOutput() {
-  std::cout.flush();
-  std::fflush(stdout);
-  dup2(reserved_, STDOUT_FILENO);
   close(reserved_);
 }
 

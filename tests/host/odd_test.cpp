@@ -39,4 +39,11 @@ TEST_F(Odd, ThatThrowsInCreateEndsWithThePlace) {
   }
 }
 
+TEST_F(Odd, ThatPrintsWhenTheProcessEndsLeavesTheDocumentAlone) {
+  const Ended ended = run_line("export ODD='says farewell'\n$Z run --json odd.json");
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_TRUE(Json::accept(ended.output)) << ended.output;
+  EXPECT_EQ(ended.error, "farewell\n");
+}
+
 }  // namespace
