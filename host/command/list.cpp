@@ -5,6 +5,7 @@
 #include <ostream>
 #include <string>
 
+#include "host/command/reports.h"
 #include "host/command/standard_output.h"
 #include "host/host.h"
 #include "host/text.h"
@@ -59,7 +60,9 @@ void print_tree(const Instance& instance, const Unit& parent, const std::string&
   }
 }
 
-Instance create(zelhost::Host& host, const zelhost::Plugin& plugin, const zelhost::Icon& icon) {
+Instance create(zelhost::Host& host, const zelhost::Plugin& plugin, const zelhost::Icon& icon,
+                std::ostream& err) {
+  const ReportsSaid reports(host, err);
   try {
     return host.create(icon, icon.presets());
   } catch (const zelhost::CreationError& error) {
@@ -69,13 +72,13 @@ Instance create(zelhost::Host& host, const zelhost::Plugin& plugin, const zelhos
 
 }  // namespace
 
-void list_plugin(const zelhost::Plugin& plugin, std::ostream& out) {
+void list_plugin(const zelhost::Plugin& plugin, std::ostream& out, std::ostream& err) {
   zelhost::Host host;
   print(out, [&plugin](std::ostream& text) {
     text << "folder " << plugin.folder << ", for interface " << plugin.version << "\n";
   });
   for (const auto& icon : plugin.icons) {
-    const Instance instance = create(host, plugin, icon);
+    const Instance instance = create(host, plugin, icon, err);
     print(out, [&](std::ostream& text) {
       text << "\nicon " << icon.name << ", dialog\n";
       print_dialog(icon, text);

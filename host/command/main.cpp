@@ -38,7 +38,7 @@ fs::path find(const std::string& name, zelrun::Folders folders) {
 int carry_out(const zelrun::Options& options) {
   const zelrun::Folders folders = plugin_folders(options);
   if (const auto* const list = std::get_if<zelrun::ListOptions>(&options.what)) {
-    zelrun::list_plugin(zelhost::load_plugin(find(list->plugin, folders)), std::cout);
+    zelrun::list_plugin(zelhost::load_plugin(find(list->plugin, folders)), std::cout, std::cerr);
     return zelrun::kExitDone;
   }
   if (const auto* const run = std::get_if<zelrun::RunOptions>(&options.what))

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "host/command/progress.h"
+#include "host/command/reports.h"
 #include "host/command/standard_output.h"
 #include "host/host.h"
 #include "host/literal.h"
@@ -132,13 +133,10 @@ class Document {
   Json document_;
 };
 
-void say_reports(zelhost::Host& host, std::ostream& err) {
-  for (const auto& report : host.take_reports()) {
-    err << (report.kind == zelhost::Report::Kind::kError ? "zelrun: error reported by "
-                                                         : "zelrun: warning: plug-in misuses ")
-        << report.text << "\n";
-  }
-  err.flush();
+zelhost::Network load(zelhost::Host& host, const zelhost::NetworkFile& file,
+                      const Folders& plugin_folders, std::ostream& err) {
+  const ReportsSaid reports(host, err);
+  return {host, file, plugin_folders};
 }
 
 template <class Printer>
@@ -146,8 +144,7 @@ ExitStatus run_with(Printer& printer, const RunOptions& options, const Folders& 
                     std::ostream& err) {
   const zelhost::NetworkFile file = zelhost::read_network(options.network);
   zelhost::Host host;
-  zelhost::Network network(host, file, plugin_folders);
-  say_reports(host, err);
+  zelhost::Network network = load(host, file, plugin_folders, err);
 
   printer.begin(file.title, network.steps());
   ExitStatus status = kExitDone;

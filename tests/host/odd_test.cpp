@@ -46,4 +46,17 @@ TEST_F(Odd, ThatPrintsWhenTheProcessEndsLeavesTheDocumentAlone) {
   EXPECT_EQ(ended.error, "farewell\n");
 }
 
+TEST_F(Odd, ThatMisusesTheInterfaceIsToldOnBeforeAnythingElse) {
+  const std::string misuses = "export ODD='misuses in create'\n";
+  const std::string warning =
+      "zelrun: warning: plug-in misuses primitive_unit: TAG_FLOAT with count 0\n";
+  EXPECT_EQ(run_line(misuses + "$Z list " SDPSOL_ODD).error, warning);
+  EXPECT_EQ(run_line(misuses + "$Z run odd.json").error, warning);
+  network_of_odd(R"("order": [["a", "Paste"]])");
+  EXPECT_EQ(
+      run_line(misuses + "$Z run odd.json").error,
+      warning +
+          "zelrun: error: odd.json: /order/0: \"a\" has no method \"Paste\"; it has \"Copy\"\n");
+}
+
 }  // namespace
