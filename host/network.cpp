@@ -132,7 +132,10 @@ const Plugin& Network::load(const NetworkFile::Instance& instance,
                             const std::vector<std::filesystem::path>& places) {
   std::string place = instance.at.member("plugin").place() + ": ";
   try {
-    const auto path = std::filesystem::weakly_canonical(find_plugin(instance.plugin, base, places));
+    // The file's own name stays as it was found: a library of another name behind a
+    // link has other records, for all that the plug-in's name says.
+    const auto found = find_plugin(instance.plugin, base, places);
+    const auto path = std::filesystem::weakly_canonical(found.parent_path()) / found.filename();
     const auto known = plugins_.find(path);
     if (known != plugins_.end()) return known->second;
     place += "the plug-in cannot be used: ";

@@ -57,6 +57,30 @@ class NetworkTest : public testing::Test {
   Host host_;
 };
 
+// A library is installed under a name with its version, and linked to.
+TEST_F(NetworkTest, LoadsAPluginByTheNameOfTheLinkToIt) {
+  const auto error_with = [this](const std::string& plugin) -> std::string {
+    try {
+      const Network unused(
+          host_,
+          read_network(folder_.file("network.json", R"({"instances": {"a": {"plugin": ")" + plugin +
+                                                        R"(", "icon": "sdpsol"}},
+                                                  "order": [["a", "Is_Feasible"]]})")),
+          {});
+    } catch (const PluginError& error) {
+      return error.what();
+    }
+    return "no error";
+  };
+  const std::filesystem::path library = SDPSOL_BIN_DIR "/../lib/sdpsol.so";
+  std::filesystem::copy_file(library, folder_.path("sdpsol.so.0.1"));
+  std::filesystem::create_symlink("sdpsol.so.0.1", folder_.path("sdpsol.so"));
+  EXPECT_EQ(error_with("./sdpsol"), "no error");
+  EXPECT_EQ(error_with("sdpsol"), "no error");
+  std::filesystem::create_symlink("sdpsol.so", folder_.path("other.so"));
+  EXPECT_NE(error_with("other").find("there is no record Kem_V_of_other"), std::string::npos);
+}
+
 TEST_F(NetworkTest, FiresInItsOrder) {
   answer("x = 1.5\n\ny = 2\n\n");
   Network net = network(R"("order": [["a", "General:Get_Result"], ["a", "General:Run_Sdpsol"],
