@@ -126,6 +126,13 @@ std::size_t start_of_text(std::string_view text, std::size_t end) {
   return end;
 }
 
+std::string line_and_column(std::string_view text, std::size_t at) {
+  const std::string_view before = text.substr(0, at);
+  const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+  const std::size_t line_start = before.rfind('\n') + 1;  // npos + 1 is 0
+  return std::to_string(line) + ":" + std::to_string(at - line_start + 1);
+}
+
 // "FILE:LINE:COLUMN: WHAT" from the library's message and the place it names.
 std::string syntax_error(const std::string& file, std::string_view text,
                          const Json::parse_error& error) {
@@ -139,11 +146,7 @@ std::string syntax_error(const std::string& file, std::string_view text,
     const std::string_view hint = remedy(text, at, reason);
     if (!hint.empty()) reason += " (" + std::string(hint) + ")";
   }
-  const std::string_view before = text.substr(0, at);
-  const auto line = 1 + std::count(before.begin(), before.end(), '\n');
-  const std::size_t line_start = before.rfind('\n') + 1;  // npos + 1 is 0
-  return file + ":" + std::to_string(line) + ":" + std::to_string(at - line_start + 1) + ": " +
-         reason;
+  return file + ":" + line_and_column(text, at) + ": " + reason;
 }
 
 std::string listed(std::initializer_list<std::string_view> first,
@@ -220,6 +223,11 @@ Json read_json(const std::filesystem::path& file) {
   std::ifstream in(file, std::ios::binary);
   if (!in) throw std::system_error(errno, std::generic_category(), file.string());
   const std::string text{std::istreambuf_iterator<char>(in), {}};
+  // The parser takes one for the end of the text.
+  const std::size_t nul = text.find('\0');
+  if (nul != std::string::npos)
+    throw JsonError(file.string() + ":" + line_and_column(text, nul) +
+                    ": a NUL byte stands here; JSON is text in UTF-8");
   ParserFollower follower;
   try {
     Json document = Json::parse(text, [&](int, Json::parse_event_t event, Json& parsed) {

@@ -46,6 +46,14 @@ TEST_F(ReadJson, PointsAtTheCharacterThatDoesNotBelong) {
   EXPECT_EQ(error("{\"a\": 1").substr(0, 23), "a.json:1:8: syntax erro");
 }
 
+TEST_F(ReadJson, RefusesANulByteWhereverItStands) {
+  using namespace std::string_view_literals;
+  EXPECT_EQ(error("{}\n \0 and more"sv),
+            "a.json:2:2: a NUL byte stands here; JSON is text in UTF-8");
+  EXPECT_EQ(error("[\"a\0\"]"sv), "a.json:1:4: a NUL byte stands here; JSON is text in UTF-8");
+  EXPECT_EQ(error("{\0\"\0a\0"sv), "a.json:1:2: a NUL byte stands here; JSON is text in UTF-8");
+}
+
 TEST_F(ReadJson, FindsKeysThatStandTwice) {
   EXPECT_EQ(error(R"({"a": 1, "b": [{}, {"c": [], "c": 2}]})"),
             "a.json: /b/1/c: this key stands here twice");
