@@ -9,6 +9,8 @@
 #include <system_error>
 #include <vector>
 
+#include "host/text.h"
+
 namespace zelhost {
 namespace {
 
@@ -82,6 +84,9 @@ class ParserFollower {
   std::vector<Level> levels_;
   std::string found_;
 };
+
+// A longer place than this is cut, so that the reason behind it is seen.
+constexpr std::size_t kLongestPlace = 1'000;
 
 constexpr std::string_view kBlanks = " \t\r\n";
 
@@ -163,7 +168,7 @@ std::string listed(std::initializer_list<std::string_view> first,
 }  // namespace
 
 std::string JsonNode::place() const {
-  return file_ + ": " + (pointer_.empty() ? "/" : pointer_);
+  return file_ + ": " + (pointer_.empty() ? "/" : on_one_line(pointer_, kLongestPlace));
 }
 
 void JsonNode::fail(const std::string& what) const {
@@ -235,13 +240,14 @@ Json read_json(const std::filesystem::path& file) {
       return true;
     });
     if (!follower.found().empty())
-      throw JsonError(file.string() + ": " + follower.found() + ": this key stands here twice");
+      throw JsonError(file.string() + ": " + on_one_line(follower.found(), kLongestPlace) +
+                      ": this key stands here twice");
     return document;
   } catch (const Json::parse_error& error) {
     throw JsonError(syntax_error(file.string(), text, error));
   } catch (const Json::out_of_range&) {
     // Thrown before the parser tells of the number.
-    throw JsonError(file.string() + ": " + follower.place() +
+    throw JsonError(file.string() + ": " + on_one_line(follower.place(), kLongestPlace) +
                     ": the number is too large for double precision");
   }
 }

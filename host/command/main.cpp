@@ -11,6 +11,7 @@
 #include "host/command/standard_output.h"
 #include "host/error.h"
 #include "host/plugin.h"
+#include "host/text.h"
 
 namespace {
 
@@ -48,7 +49,7 @@ int carry_out(const zelrun::Options& options) {
 }
 
 int fail(zelrun::ExitStatus status, const std::string& what) {
-  std::cerr << "zelrun: " << what << "\n";
+  std::cerr << "zelrun: " << zelhost::on_one_line(what) << "\n";
   return status;
 }
 

@@ -15,24 +15,32 @@
 #include "host/host.h"
 #include "host/literal.h"
 #include "host/network.h"
+#include "host/text.h"
 
 namespace zelrun {
 namespace {
 
 using zelhost::Json;
+using zelhost::on_one_line;
 using zelhost::Step;
 
 // A table shows the first of many elements, JSON shows all.
 constexpr std::size_t kShownElements = 12;
+// A longer name is cut: it widens the column of all.
+constexpr std::size_t kLongestLabel = 200;
 constexpr std::string_view kIndent = "  ";
 
 std::string heading(const Step& step) {
-  return step.instance + "  " + step.method.name;
+  return on_one_line(step.instance + "  " + step.method.name, kLongestLabel);
 }
 
 std::string port_text(const Step& step, std::size_t output) {
   const auto text = step.method.text.outputs.find(static_cast<int>(output));
   return text == step.method.text.outputs.end() ? "output " + std::to_string(output) : text->second;
+}
+
+std::string label_of(const Step& step, std::size_t output) {
+  return std::string(kIndent) + on_one_line(port_text(step, output), kLongestLabel);
 }
 
 // In milliseconds, with one decimal.
@@ -53,13 +61,13 @@ std::size_t widest_label(const std::vector<Step>& steps) {
   for (const Step& step : steps) {
     width = std::max(width, heading(step).size());
     for (std::size_t i = 0; i < step.method.unit->outputs().size(); ++i)
-      width = std::max(width, kIndent.size() + port_text(step, i).size());
+      width = std::max(width, label_of(step, i).size());
   }
   return width;
 }
 
 std::string shown(const Json& value) {
-  if (value.is_string()) return value.get<std::string>();
+  if (value.is_string()) return on_one_line(value.get_ref<const std::string&>());
   if (value.is_number_float()) {
     std::array<char, 32> digits;
     return {digits.data(),
@@ -78,7 +86,8 @@ class Table {
   explicit Table(std::ostream& out) : out_(out) {}
 
   void begin(const std::string& title, const std::vector<Step>& steps) {
-    if (!title.empty()) print(out_, [&title](std::ostream& out) { out << title << "\n"; });
+    if (!title.empty())
+      print(out_, [&title](std::ostream& out) { out << on_one_line(title) << "\n"; });
     label_width_ = widest_label(steps);
   }
 
@@ -87,7 +96,7 @@ class Table {
       out << "\n" << in_column(heading(step), label_width_) << in_milliseconds(seconds) << " ms\n";
       const auto& outputs = step.method.unit->outputs();
       for (std::size_t i = 0; i < outputs.size(); ++i) {
-        out << in_column(std::string(kIndent) + port_text(step, i), label_width_)
+        out << in_column(label_of(step, i), label_width_)
             << shown(to_json(outputs[i].value(), outputs[i].type())) << "\n";
       }
     });
@@ -158,7 +167,7 @@ ExitStatus run_with(Printer& printer, const RunOptions& options, const Folders& 
     } catch (const zelhost::MethodError& error) {
       const std::string what =
           options.network.string() + ": /order/" + std::to_string(i) + ": " + error.what();
-      err << "zelrun: error: " << what << "\n";
+      err << "zelrun: error: " << on_one_line(what) << "\n";
       printer.error(what);
       status = kExitFailed;
     }

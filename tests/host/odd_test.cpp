@@ -27,7 +27,7 @@ TEST_F(Odd, ThatThrowsInCreateEndsWithThePlace) {
   const std::string lists =
       std::string("zelrun: error: ") + SDPSOL_ODD + ": icon odd: create threw";
   const std::string runs = "zelrun: error: odd.json: /instances/a: icon odd: create threw";
-  for (const auto& [does, threw] : {std::pair("throws an error in create", ": no\nmood\n"),
+  for (const auto& [does, threw] : {std::pair("throws an error in create", ": no mood\n"),
                                     std::pair("throws a number in create", "\n")}) {
     const std::string asked = std::string("export ODD='") + does + "'\n";
     const Ended list = run_line(asked + "$Z list " SDPSOL_ODD);

@@ -12,6 +12,7 @@
 
 namespace {
 
+using test_support::content_of;
 using zelrun_test::Ended;
 using zelrun_test::Json;
 using zelrun_test::kResult;
@@ -42,6 +43,16 @@ TEST_F(Zelrun, PrintsATableOfOutputs) {
             "  error code               0\n"
             "\n"
             "a  General:Set_Definition  T ms\n");
+}
+
+TEST_F(Zelrun, PrintsATitleThatDoesNothingToATerminal) {
+  answer(kResult);
+  network(R"(["General:Run_Sdpsol"])");
+  Json json = Json::parse(content_of(folder_.path("network.json")));
+  json["title"] = "red: \033[31m";
+  folder_.file("network.json", json.dump());
+  EXPECT_EQ(run_line("$Z run network.json").output.find("red: ?[31m\n"), 0U);
+  EXPECT_EQ(Json::parse(run_line("$Z run --json network.json").output)["title"], json["title"]);
 }
 
 TEST_F(Zelrun, CutsLongListsInTheTableOnly) {
