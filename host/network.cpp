@@ -45,16 +45,15 @@ std::size_t find_port(const JsonNode& at, const std::string& port, std::size_t c
                       const std::map<int, std::string>& texts, const Method& method,
                       const std::string& direction) {
   if (count == 0) at.fail(method.name + " has no " + direction + "s");
-  const auto has_text = [&port](const auto& entry) {
-    return trimmed(entry.second) == trimmed(port);
+  // A plug-in may describe a port that the method has not.
+  const auto has_text = [&port, count](const auto& entry) {
+    return static_cast<std::size_t>(entry.first) < count && trimmed(entry.second) == trimmed(port);
   };
   const auto by_text = std::count_if(texts.begin(), texts.end(), has_text);
   if (by_text > 1)
     at.fail(method.name + " has several " + direction + "s \"" + port + "\"; take its number");
-  if (by_text == 1) {
-    const int number = std::find_if(texts.begin(), texts.end(), has_text)->first;
-    if (static_cast<std::size_t>(number) < count) return static_cast<std::size_t>(number);
-  }
+  if (by_text == 1)
+    return static_cast<std::size_t>(std::find_if(texts.begin(), texts.end(), has_text)->first);
   const auto number = as_number(port);
   if (!number || *number >= count)
     at.fail(method.name + " has no " + direction + " \"" + port + "\"; it has " +

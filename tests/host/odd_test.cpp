@@ -59,4 +59,12 @@ TEST_F(Odd, ThatMisusesTheInterfaceIsToldOnBeforeAnythingElse) {
           "zelrun: error: odd.json: /order/0: \"a\" has no method \"Paste\"; it has \"Copy\"\n");
 }
 
+TEST_F(Odd, ThatDescribesAPortTooManyHasTheOthersByTheirTexts) {
+  network_of_odd(R"("inputs": [{"instance": "a", "methods": ["Copy"], "values": {"number": 3}}],
+                    "order": [["a", "Copy"]])");
+  const Ended ended = run_line("export ODD='describes a port too many'\n$Z run --json odd.json");
+  EXPECT_EQ(ended.status, 0) << ended.error;
+  EXPECT_EQ(Json::parse(ended.output)["firings"][0]["outputs"][0]["value"], 3.0);
+}
+
 }  // namespace
