@@ -197,12 +197,15 @@ JsonNode JsonNode::member(const std::string& key) const {
   return {value_->at(key), file_, pointer_ + "/" + escaped(key)};
 }
 
+JsonNode JsonNode::element(std::size_t i) const {
+  return {value_->at(i), file_, pointer_ + "/" + std::to_string(i)};
+}
+
 std::vector<JsonNode> JsonNode::elements(std::string_view what) const {
   if (!value_->is_array()) fail("this takes " + std::string(what) + ", in [ ]");
   std::vector<JsonNode> nodes;
-  for (const Json& element : *value_) {
-    nodes.emplace_back(element, file_, pointer_ + "/" + std::to_string(nodes.size()));
-  }
+  nodes.reserve(value_->size());
+  for (std::size_t i = 0; i < value_->size(); ++i) nodes.push_back(element(i));
   return nodes;
 }
 

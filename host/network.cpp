@@ -21,11 +21,12 @@ std::string listed(const Things& things, const Name& name) {
   return list.empty() ? "none" : list;
 }
 
+// A number as one writes it: "01" is none.
 std::optional<std::size_t> as_number(const std::string& text) {
   std::size_t number = 0;
   const char* const end = text.data() + text.size();
   const auto read = std::from_chars(text.data(), end, number);
-  if (read.ec != std::errc() || read.ptr != end) return {};
+  if (read.ec != std::errc() || read.ptr != end || std::to_string(number) != text) return {};
   return number;
 }
 

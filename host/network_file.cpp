@@ -1,5 +1,7 @@
 #include "host/network_file.h"
 
+#include <cmath>
+#include <cstdint>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -9,10 +11,15 @@ namespace {
 
 // A port is named by its number or by its text.
 std::string read_port(const JsonNode& node) {
-  if (node.value().is_number_unsigned()) return std::to_string(node.value().get<std::uint64_t>());
-  if (!node.value().is_string())
-    node.fail("this takes a port: its text in quotes, or its number from 0");
-  return node.text("a port");
+  constexpr std::string_view kWhat = "a port: its text in quotes, or its number from 0";
+  const Json& value = node.value();
+  if (value.is_string()) return node.text(kWhat);
+  const double number = value.is_number() ? value.get<double>() : -1;
+  if (number < 0 || number != std::trunc(number)) node.fail("this takes " + std::string(kWhat));
+  // As one writes it: this may be 1.0 or -0. No method has so many ports that it matters
+  // how a larger number is written.
+  constexpr double kHuge = 1e15;
+  return number < kHuge ? std::to_string(static_cast<std::uint64_t>(number)) : value.dump();
 }
 
 NetworkFile::MethodAddress read_method(const JsonNode& node, const std::vector<JsonNode>& parts) {
