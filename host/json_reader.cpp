@@ -7,12 +7,19 @@
 #include <nlohmann/json.hpp>
 #include <set>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "host/text.h"
 
 namespace zelhost {
 namespace {
+
+// A longer place than this is cut, so that the reason behind it is seen.
+constexpr std::size_t kLongestPlace = 1'000;
+
+// Of an object: the document looks through all of them for the one that is added.
+constexpr std::size_t kMostKeys = 10'000;
 
 std::string escaped(const std::string& key) {
   std::string text;
@@ -31,6 +38,9 @@ std::string escaped(const std::string& key) {
 // the document keeps only one.
 class ParserFollower {
  public:
+  explicit ParserFollower(std::string file) : file_(std::move(file)) {}
+
+  /// @throws JsonError if there are too many keys.
   void see(Json::parse_event_t event, const Json& parsed) {
     switch (event) {
       case Json::parse_event_t::object_start:
@@ -53,15 +63,13 @@ class ParserFollower {
     }
   }
 
-  [[nodiscard]] const std::string& found() const { return found_; }
-
-  /// Where the parser is.
-  [[nodiscard]] std::string place() const {
-    std::string pointer;
-    for (const Level& each : levels_)
-      pointer += "/" + (each.is_array ? std::to_string(each.index) : escaped(each.key));
-    return pointer.empty() ? "/" : pointer;
+  /// @throws JsonError if a key stood twice.
+  void end() const {
+    if (!found_.empty()) fail_at(found_, "this key stands here twice");
   }
+
+  /// @throws JsonError with the parser's place.
+  [[noreturn]] void fail(const std::string& what) const { fail_at(place(), what); }
 
  private:
   struct Level {
@@ -71,22 +79,33 @@ class ParserFollower {
     std::set<std::string> keys;
   };
 
+  [[nodiscard]] std::string place() const {
+    std::string pointer;
+    for (const Level& each : levels_)
+      pointer += "/" + (each.is_array ? std::to_string(each.index) : escaped(each.key));
+    return pointer.empty() ? "/" : pointer;
+  }
+
+  [[noreturn]] void fail_at(const std::string& place, const std::string& what) const {
+    throw JsonError(file_ + ": " + on_one_line(place, kLongestPlace) + ": " + what);
+  }
+
   void see_key(const std::string& key) {
     Level& level = levels_.back();
     level.key = key;
     if (!level.keys.insert(key).second && found_.empty()) found_ = place();
+    if (level.keys.size() > kMostKeys)
+      fail("an object can have " + std::to_string(kMostKeys) + " keys");
   }
 
   void count_element() {
     if (!levels_.empty() && levels_.back().is_array) ++levels_.back().index;
   }
 
+  std::string file_;
   std::vector<Level> levels_;
   std::string found_;
 };
-
-// A longer place than this is cut, so that the reason behind it is seen.
-constexpr std::size_t kLongestPlace = 1'000;
 
 constexpr std::string_view kBlanks = " \t\r\n";
 
@@ -212,7 +231,10 @@ std::vector<JsonNode> JsonNode::elements(std::string_view what) const {
 std::vector<std::pair<std::string, JsonNode>> JsonNode::members(std::string_view what) const {
   if (!value_->is_object()) fail("this takes " + std::string(what) + ", in { }");
   std::vector<std::pair<std::string, JsonNode>> nodes;
-  for (const auto& [key, value] : value_->items()) nodes.emplace_back(key, member(key));
+  nodes.reserve(value_->size());
+  // Not by the key: the document looks for it among all of them.
+  for (const auto& [key, value] : value_->items())
+    nodes.emplace_back(key, JsonNode(value, file_, pointer_ + "/" + escaped(key)));
   return nodes;
 }
 
@@ -236,22 +258,19 @@ Json read_json(const std::filesystem::path& file) {
   if (nul != std::string::npos)
     throw JsonError(file.string() + ":" + line_and_column(text, nul) +
                     ": a NUL byte stands here; JSON is text in UTF-8");
-  ParserFollower follower;
+  ParserFollower follower(file.string());
   try {
     Json document = Json::parse(text, [&](int, Json::parse_event_t event, Json& parsed) {
       follower.see(event, parsed);
       return true;
     });
-    if (!follower.found().empty())
-      throw JsonError(file.string() + ": " + on_one_line(follower.found(), kLongestPlace) +
-                      ": this key stands here twice");
+    follower.end();
     return document;
   } catch (const Json::parse_error& error) {
     throw JsonError(syntax_error(file.string(), text, error));
   } catch (const Json::out_of_range&) {
     // Thrown before the parser tells of the number.
-    throw JsonError(file.string() + ": " + on_one_line(follower.place(), kLongestPlace) +
-                    ": the number is too large for double precision");
+    follower.fail("the number is too large for double precision");
   }
 }
 

@@ -147,13 +147,19 @@ const Plugin& Network::load(const NetworkFile::Instance& instance,
 
 void Network::set_inputs(const NetworkFile& file) {
   for (const auto& input : file.inputs) {
-    const Method& method = find_method(input.method);
-    auto& ports = method.unit->inputs();
-    Port& port = ports[find_port(input.value, input.port, ports.size(), method.text.inputs, method,
-                                 "input")];
-    claim(input.value, &port);
-    port.set(read_value(input.value, port.type()));
+    for (const auto& address : input.methods) {
+      const Method& method = find_method(address);
+      for (const auto& value : input.values) set_input(method, value);
+    }
   }
+}
+
+void Network::set_input(const Method& method, const NetworkFile::Value& value) {
+  auto& ports = method.unit->inputs();
+  Port& port =
+      ports[find_port(value.value, value.port, ports.size(), method.text.inputs, method, "input")];
+  claim(value.value, &port);
+  port.set(read_value(value.value, port.type()));
 }
 
 void Network::lay_wires(const NetworkFile& file) {

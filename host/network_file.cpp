@@ -52,18 +52,19 @@ NetworkFile::Instance read_instance(const std::string& name, const JsonNode& nod
   return instance;
 }
 
-// One value serves several methods that take the same input.
-void read_inputs(const JsonNode& node, std::vector<NetworkFile::Input>& inputs) {
+NetworkFile::Input read_input(const JsonNode& node) {
   node.expect_keys({"instance", "methods", "values"});
   const std::string instance = node.member("instance").text("the name of an instance");
-  const auto methods = node.member("methods").elements("the names of methods");
-  const auto values = node.member("values").members("values by the port they are for");
+  NetworkFile::Input input;
   std::set<std::string> names;
-  for (const JsonNode& method : methods) {
-    const NetworkFile::MethodAddress address{method, instance, method.text("the name of a method")};
-    if (!names.insert(address.method).second) method.fail("this method stands here twice");
-    for (const auto& [port, value] : values) inputs.push_back({address, value, port});
+  for (const JsonNode& method : node.member("methods").elements("the names of methods")) {
+    input.methods.push_back({method, instance, method.text("the name of a method")});
+    if (!names.insert(input.methods.back().method).second)
+      method.fail("this method stands here twice");
   }
+  for (const auto& [port, value] : node.member("values").members("values by the port they are for"))
+    input.values.push_back({port, value});
+  return input;
 }
 
 }  // namespace
@@ -84,7 +85,7 @@ NetworkFile read_network(const std::filesystem::path& file) {
     network.instances.push_back(read_instance(name, node));
   if (top.has("inputs")) {
     for (const JsonNode& node : top.member("inputs").elements("inputs"))
-      read_inputs(node, network.inputs);
+      network.inputs.push_back(read_input(node));
   }
   if (top.has("wires")) {
     for (const JsonNode& node : top.member("wires").elements("wires")) {
