@@ -94,7 +94,16 @@ Unit* Host::create_root(const Icon& icon, std::vector<std::string> dialog, def_u
 
 int Host::fire(Unit& unit) {
   if (!unit.is_method()) throw std::invalid_argument("the unit has no method");
-  return unit.record()->method(unit.record());
+  // What the method points to as its texts need not live beyond it.
+  int status = 0;
+  try {
+    status = unit.record()->method(unit.record());
+  } catch (...) {
+    for (Port& output : unit.outputs()) output.restore_text();
+    throw;
+  }
+  for (Port& output : unit.outputs()) output.keep_text();
+  return status;
 }
 
 std::vector<Report> Host::take_reports() {

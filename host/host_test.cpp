@@ -125,6 +125,35 @@ TEST_F(HostTest, FiresMethods) {
   EXPECT_EQ(built.find("Nothing"), nullptr);
 }
 
+std::string published;
+
+// Publishes a text that is another one at the next call.
+int publish(def_unittype* unit) {
+  published = "text " + std::to_string(zel_float_inp(unit, 0, 0));
+  zel_set_text_out(unit, 0, published.c_str());
+  if (zel_float_inp(unit, 0, 0) == 3) throw std::runtime_error("enough");
+  return 0;
+}
+
+TEST_F(HostTest, KeepsTextsThatMethodsPublish) {
+  const Instance built = instance([](def_unittype* root) {
+    def_unittype* const method =
+        primitive_unit(TAG_INP, TAG_FLOAT, 1, TAG_OUT, TAG_STRING, 1, TAG_END, root);
+    zel_name_unit("Publish", method);
+    zel_set_method(method, publish);
+  });
+  Unit& unit = *built.find("Publish")->unit;
+  for (const float number : {1.0F, 2.0F}) {
+    unit.inputs()[0].set(std::vector<float>{number});
+    EXPECT_EQ(host_.fire(unit), 0);
+    published[0] = 'T';
+    EXPECT_EQ(unit.outputs()[0].value(), PortValue("text " + std::to_string(number)));
+  }
+  unit.inputs()[0].set(std::vector<float>{3});
+  EXPECT_THROW(host_.fire(unit), std::runtime_error);
+  EXPECT_EQ(unit.outputs()[0].value(), PortValue("text " + std::to_string(2.0F)));
+}
+
 TEST_F(HostTest, RefusesDescriptorsThatAreNone) {
   instance([](def_unittype* root) {
     EXPECT_EQ(primitive_unit(5, root), nullptr);

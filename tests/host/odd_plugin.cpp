@@ -1,6 +1,7 @@
 // A plug-in that does what the environment variable ODD says, of the things that
 // plug-ins do and a host has to live with. Its folder and its icon are called odd, its
-// one method is Copy: input 0 "number" goes to output 0, and output 1 is a text.
+// one method is Copy: input 0 "number" goes to output 0, and output 1 is a text
+// that is gone when Copy returns.
 #include <cstdlib>
 #include <iostream>
 #include <stdexcept>
@@ -28,6 +29,8 @@ const Farewell farewell;
 
 int copy(def_unittype* unit) {
   zel_set_float_out(unit, 0, 0, zel_float_inp(unit, 0, 0));
+  const std::string text = "a text of this call\n\033[31mthat ends with it";
+  zel_set_text_out(unit, 1, text.c_str());
   return 0;
 }
 

@@ -67,4 +67,14 @@ TEST_F(Odd, ThatDescribesAPortTooManyHasTheOthersByTheirTexts) {
   EXPECT_EQ(Json::parse(ended.output)["firings"][0]["outputs"][0]["value"], 3.0);
 }
 
+TEST_F(Odd, ThatPublishesATextOfOneCallHasItShown) {
+  EXPECT_NE(run_line("$Z run odd.json")
+                .output.find("  text    a text of this call ?[31mthat ends with it\n"),
+            std::string::npos);
+  const Ended ended = run_line("$Z run --json odd.json");
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_EQ(Json::parse(ended.output)["firings"][0]["outputs"][1]["value"],
+            "a text of this call\n\033[31mthat ends with it");
+}
+
 }  // namespace
