@@ -9,6 +9,9 @@
 namespace zelhost {
 namespace {
 
+// A plug-in may report the same in a loop.
+constexpr std::size_t kMostReports = 100;
+
 std::string quoted(const char* text) {
   return text == nullptr ? "null" : "\"" + std::string(text) + "\"";
 }
@@ -107,7 +110,21 @@ int Host::fire(Unit& unit) {
 }
 
 std::vector<Report> Host::take_reports() {
-  return std::exchange(reports_, {});
+  std::vector<Report> reports = std::exchange(reports_, {});
+  const std::size_t more = std::exchange(more_reports_, 0);
+  if (more > 0)
+    reports.push_back({Report::Kind::kMisuse, 0,
+                       "the interface, or reports an error, " + std::to_string(more) +
+                           (more == 1 ? " time more" : " times more")});
+  return reports;
+}
+
+void Host::refuse_without_memory(const char* operation) noexcept {
+  try {
+    misuse(operation, "there is no memory for it");
+  } catch (const std::bad_alloc&) {
+    ++more_reports_;
+  }
 }
 
 // ---- Operations on units
@@ -115,10 +132,16 @@ std::vector<Report> Host::take_reports() {
 def_unittype* Host::make_unit(const UnitDescription& description) {
   Unit* const parent = expect_unit("primitive_unit", description.parent);
   if (parent == nullptr || units_left_ == 0) return nullptr;
-  --units_left_;
   auto unit = std::make_unique<Unit>(parent, description.inputs, description.outputs);
   def_unittype* const record = unit->record();
-  units_.emplace(record, std::move(unit));
+  const auto made = units_.emplace(record, std::move(unit)).first;
+  try {
+    parent->add_child(*made->second);
+  } catch (...) {
+    units_.erase(made);
+    throw;
+  }
+  --units_left_;
   return record;
 }
 
@@ -168,9 +191,9 @@ bool Host::is_unit(const def_unittype* unit) {
 
 void Host::report_error(int code, const char* text) {
   tell_observer("error_msg", nullptr);
-  reports_.push_back({Report::Kind::kError, code,
-                      (text == nullptr ? std::string() : std::string(text)) + ": error " +
-                          std::to_string(code) + ": " + error_text(code)});
+  report({Report::Kind::kError, code,
+          (text == nullptr ? std::string() : std::string(text)) + ": error " +
+              std::to_string(code) + ": " + error_text(code)});
 }
 
 // ---- Operations while an instance is created
@@ -240,8 +263,8 @@ bool Host::replace_array(const def_unittype* unit, int output, int reserved, int
            find(unit)->qualified_name() + ", output " + std::to_string(output) + ": " + why);
     return false;
   }
-  owned_arrays_.erase(port->array());
   if (array != nullptr) owned_arrays_.insert(array);
+  owned_arrays_.erase(port->array());
   port->take(array, length);
   return true;
 }
@@ -300,7 +323,14 @@ void Host::tell_observer(const char* operation, const Unit* unit) {
 }
 
 void Host::misuse(const char* operation, std::string_view what) {
-  reports_.push_back({Report::Kind::kMisuse, 0, std::string(operation) + ": " + std::string(what)});
+  report({Report::Kind::kMisuse, 0, std::string(operation) + ": " + std::string(what)});
+}
+
+void Host::report(Report report) {
+  if (reports_.size() < kMostReports)
+    reports_.push_back(std::move(report));
+  else
+    ++more_reports_;
 }
 
 }  // namespace zelhost

@@ -71,7 +71,8 @@ class Host {
   /// @throws std::invalid_argument if the unit has no method; whatever the method throws.
   int fire(Unit& unit);
 
-  /// What has been reported since the last call, oldest first.
+  /// What has been reported since the last call, oldest first: a hundred reports, and
+  /// then one that says how many more there were.
   std::vector<Report> take_reports();
 
   /// Is told of every operation that a plug-in calls, before it happens, with the
@@ -85,7 +86,11 @@ class Host {
   /// The unit under which instances are created.
   [[nodiscard]] Unit& environment() { return *environment_; }
 
-  // The operations. Their contracts are those of zel/zel.h.
+  /// Reports that an operation has ended without effect, for want of memory.
+  void refuse_without_memory(const char* operation) noexcept;
+
+  // The operations. Their contracts are those of zel/zel.h, but that they throw
+  // std::bad_alloc.
 
   struct UnitDescription {
     std::vector<PortType> inputs;
@@ -123,6 +128,7 @@ class Host {
   bool expect_creation(const char* operation);
   void tell_observer(const char* operation, const Unit* unit);
   void misuse(const char* operation, std::string_view what);
+  void report(Report report);
 
   std::unordered_map<const def_unittype*, std::unique_ptr<Unit>> units_;
   Unit* environment_ = nullptr;
@@ -131,6 +137,7 @@ class Host {
   // What an icon's create leaves behind, while it runs.
   std::unique_ptr<Creation> creation_;
   std::vector<Report> reports_;
+  std::size_t more_reports_ = 0;
   Observer observer_;
   std::size_t units_left_ = static_cast<std::size_t>(-1);
 };

@@ -4,8 +4,11 @@
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
+#include <fstream>
 #include <functional>
+#include <stdexcept>
 #include <utility>
 
 namespace zelhost {
@@ -160,6 +163,7 @@ TEST_F(HostTest, RefusesDescriptorsThatAreNone) {
     EXPECT_EQ(primitive_unit(TAG_FLOAT, 1, TAG_END, root), nullptr);
     EXPECT_EQ(primitive_unit(TAG_INP, TAG_OUT, TAG_END, root), nullptr);
     EXPECT_EQ(primitive_unit(TAG_INP, TAG_FLOAT, 0, TAG_END, root), nullptr);
+    EXPECT_EQ(primitive_unit(TAG_INP, TAG_FLOAT, 1'000'001, TAG_END, root), nullptr);
     EXPECT_EQ(primitive_unit(TAG_INP, TAG_STRING, 2, TAG_END, root), nullptr);
     EXPECT_EQ(primitive_unit(TAG_OUT, TAG_DYN, "D", TAG_END, root), nullptr);
     EXPECT_EQ(primitive_unit(TAG_OUT, TAG_DYN, static_cast<const char*>(nullptr), TAG_END, root),
@@ -172,6 +176,7 @@ TEST_F(HostTest, RefusesDescriptorsThatAreNone) {
                    "misuse: primitive_unit: neither TAG_INP, TAG_OUT nor TAG_END: -99999994",
                    "misuse: primitive_unit: no port kind: -99999998",
                    "misuse: primitive_unit: TAG_FLOAT with count 0",
+                   "misuse: primitive_unit: TAG_FLOAT with count 1000001, the most is 1000000",
                    "misuse: primitive_unit: TAG_STRING with count 2", no_element, no_element}));
 }
 
@@ -363,20 +368,74 @@ TEST_F(HostTest, MakesNoMoreUnitsThanItIsTold) {
   EXPECT_EQ(said(), Texts{});
 }
 
+// Leaves the process 50 megabytes more than it has.
+class LittleMemory {
+ public:
+  LittleMemory() {
+    std::size_t pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    getrlimit(RLIMIT_AS, &before_);
+    const rlimit little = {pages * static_cast<std::size_t>(getpagesize()) + 50'000'000,
+                           before_.rlim_max};
+    if (pages == 0 || setrlimit(RLIMIT_AS, &little) != 0) throw std::runtime_error("no limit");
+  }
+  ~LittleMemory() { setrlimit(RLIMIT_AS, &before_); }
+  LittleMemory(const LittleMemory&) = delete;
+  LittleMemory& operator=(const LittleMemory&) = delete;
+
+ private:
+  rlimit before_{};
+};
+
 TEST_F(HostTest, MakesNoUnitThatThereIsNoMemoryFor) {
 #ifdef __SANITIZE_ADDRESS__
   GTEST_SKIP() << "the address sanitizer needs more memory than this test leaves";
 #endif
-  instance([](def_unittype* root) {
-    rlimit before{};
-    ASSERT_EQ(getrlimit(RLIMIT_AS, &before), 0);
-    const rlimit one_gigabyte = {1U << 30U, before.rlim_max};
-    ASSERT_EQ(setrlimit(RLIMIT_AS, &one_gigabyte), 0);
-    def_unittype* const unit = primitive_unit(TAG_INP, TAG_FLOAT, 500'000'000, TAG_END, root);
-    ASSERT_EQ(setrlimit(RLIMIT_AS, &before), 0);
-    EXPECT_EQ(unit, nullptr);
+  const LittleMemory little;
+  std::size_t made = 0;
+  const Instance built = instance([&](def_unittype* root) {
+    // Each has 12 megabytes.
+    while (primitive_unit(TAG_INP, TAG_FLOAT, 1'000'000, TAG_END, root) != nullptr) ++made;
   });
-  EXPECT_EQ(said(), Texts{"misuse: primitive_unit: no memory for its ports"});
+  EXPECT_GT(made, 0U);
+  EXPECT_LT(made, 100U);
+  EXPECT_EQ(built.root().children().size(), made);
+  EXPECT_EQ(said(), Texts{"misuse: primitive_unit: there is no memory for it"});
+}
+
+TEST_F(HostTest, KeepsWhatAPluginHasWhereThereIsNoMemory) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the address sanitizer needs more memory than this test leaves";
+#endif
+  const std::string long_text(100'000'000, 'x');
+  const Instance built = instance([&](def_unittype* root) {
+    def_unittype* const method = primitive_unit(TAG_END, root);
+    zel_name_unit("Method", method);
+    zel_set_method(method, count_firing);
+    kem_iconform_for_method("Method", "help", 0, 0);
+    const LittleMemory little;
+    zel_name_unit(long_text.c_str(), method);
+    kem_iconform_for_method("Method", long_text.c_str(), 0, 0);
+    label(root, long_text.c_str());
+    error_msg(30, long_text.c_str(), 1, 0);
+  });
+  ASSERT_NE(built.find("Method"), nullptr);
+  EXPECT_EQ(built.find("Method")->text.help, "help");
+  EXPECT_EQ(said(), (Texts{"misuse: zel_name_unit: there is no memory for it",
+                           "misuse: kem_iconform_for_method: there is no memory for it",
+                           "misuse: label: there is no memory for it",
+                           "misuse: error_msg: there is no memory for it"}));
+}
+
+TEST_F(HostTest, KeepsAHundredReportsAndCountsTheOthers) {
+  for (int i = 0; i < 100; ++i) TVAL(i);
+  EXPECT_EQ(said().size(), 100U);
+  for (int i = 0; i < 100'000; ++i) error_msg(i, "test", 1, 0);
+  const std::vector<Report> reports = host_.take_reports();
+  ASSERT_EQ(reports.size(), 101U);
+  EXPECT_EQ(reports[99].code, 99);
+  EXPECT_EQ(reports[100].text, "the interface, or reports an error, 99900 times more");
+  EXPECT_EQ(said(), Texts{});
 }
 
 TEST_F(HostTest, TellsAnObserverOfEveryOperation) {
