@@ -61,7 +61,7 @@ int main(int argc, char** argv) {
   zelrun::open_missing_descriptors();
   try {
     const zelrun::ParsedCommandLine parsed = zelrun::parse_command_line(argc, argv);
-    std::cout << parsed.output;
+    zelrun::print(std::cout, [&parsed](std::ostream& out) { out << parsed.output; });
     std::cerr << parsed.error;
     return parsed.options ? carry_out(*parsed.options) : parsed.status;
   } catch (const zelhost::HostError& error) {

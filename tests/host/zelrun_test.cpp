@@ -143,8 +143,8 @@ TEST_F(Zelrun, PrintsAllAsJsonWhereOtherDescriptorsAreClosed) {
 TEST_F(Zelrun, SaysThatStandardOutputIsClosed) {
   answer(kResult);
   network(R"(["General:Run_Sdpsol"])");
-  for (const char* const line :
-       {"$Z run network.json >&-", "$Z run --json network.json >&-", "$Z list sdpsol >&-"}) {
+  for (const char* const line : {"$Z run network.json >&-", "$Z run --json network.json >&-",
+                                 "$Z list sdpsol >&-", "$Z --version >&-"}) {
     const Ended ended = run_line(line);
     EXPECT_EQ(ended.status, 3) << line;
     EXPECT_EQ(ended.error, "zelrun: error: standard output: Bad file descriptor\n") << line;
@@ -176,7 +176,8 @@ TEST_F(Zelrun, SaysThatItsOutputCannotBeWritten) {
   network(R"(["General:Run_Sdpsol"])");
   for (const char* const line :
        {"$Z run network.json >/dev/full", "$Z run --json network.json >/dev/full",
-        "$Z list sdpsol >/dev/full"}) {
+        "$Z list sdpsol >/dev/full", "$Z --help >/dev/full", "$Z run --help >/dev/full",
+        "$Z --version >/dev/full"}) {
     const Ended ended = run_line(line);
     EXPECT_EQ(ended.status, 3) << line;
     EXPECT_EQ(ended.error, "zelrun: error: standard output: No space left on device\n") << line;
