@@ -76,7 +76,12 @@ NetworkFile read_network(const std::filesystem::path& file) {
   const JsonNode top(*network.document, file.string(), "");
   top.expect_keys({"instances", "order"}, {"title", "notes", "inputs", "wires"});
 
-  if (top.has("title")) network.title = top.member("title").text("a title");
+  if (top.has("title")) {
+    const JsonNode title = top.member("title");
+    network.title = title.text("a title");
+    if (network.title.find_first_of("\n\r") != std::string::npos)
+      title.fail("a title is one line; there are \"notes\" for more");
+  }
   if (top.has("notes")) {
     for (const JsonNode& line : top.member("notes").elements("lines of text"))
       network.notes.push_back(line.text("a line"));
