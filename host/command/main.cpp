@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "host/command/check.h"
+#include "host/command/interrupts.h"
 #include "host/command/list.h"
 #include "host/command/options.h"
 #include "host/command/run.h"
@@ -64,6 +65,8 @@ int main(int argc, char** argv) {
     zelrun::print(std::cout, [&parsed](std::ostream& out) { out << parsed.output; });
     std::cerr << parsed.error;
     return parsed.options ? carry_out(*parsed.options) : parsed.status;
+  } catch (const zelrun::Interrupted& interrupted) {
+    zelrun::end_by(interrupted.signal);
   } catch (const zelhost::HostError& error) {
     return fail(zelrun::kExitFailed, std::string("error: ") + error.what());
   } catch (const std::system_error& error) {

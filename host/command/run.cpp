@@ -5,10 +5,12 @@
 #include <charconv>
 #include <chrono>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
 
+#include "host/command/interrupts.h"
 #include "host/command/progress.h"
 #include "host/command/reports.h"
 #include "host/command/standard_output.h"
@@ -148,35 +150,50 @@ zelhost::Network load(zelhost::Host& host, const zelhost::NetworkFile& file,
   return {host, file, plugin_folders};
 }
 
+// Fires a step, with a line on the terminal that says so. @return why it failed;
+// nothing if it did its work.
+std::optional<std::string> fire(zelhost::Network& network, std::size_t index) {
+  const auto& steps = network.steps();
+  const Step& step = steps[index];
+  try {
+    const Progress progress("[" + std::to_string(index + 1) + "/" + std::to_string(steps.size()) +
+                            "] " + heading(step));
+    network.fire(step);
+    return {};
+  } catch (const zelhost::MethodError& error) {
+    return error.what();
+  }
+}
+
+// @throws Interrupted, with the document or the table ended.
 template <class Printer>
 ExitStatus run_with(Printer& printer, const RunOptions& options, const Folders& plugin_folders,
                     std::ostream& err) {
   const zelhost::NetworkFile file = zelhost::read_network(options.network);
+  const InterruptWatch interrupts;
   zelhost::Host host;
   zelhost::Network network = load(host, file, plugin_folders, err);
 
   printer.begin(file.title, network.steps());
-  ExitStatus status = kExitDone;
-  for (std::size_t i = 0; i < network.steps().size() && status == kExitDone; ++i) {
-    const Step& step = network.steps()[i];
+  std::optional<std::string> error;
+  int signal = interrupts.noticed();
+  for (std::size_t i = 0; i < network.steps().size() && !error && signal == 0; ++i) {
     const auto start = std::chrono::steady_clock::now();
-    try {
-      const Progress progress("[" + std::to_string(i + 1) + "/" +
-                              std::to_string(network.steps().size()) + "] " + heading(step));
-      network.fire(step);
-    } catch (const zelhost::MethodError& error) {
-      const std::string what =
-          options.network.string() + ": /order/" + std::to_string(i) + ": " + error.what();
-      err << "zelrun: error: " << on_one_line(what) << "\n";
-      printer.error(what);
-      status = kExitFailed;
-    }
+    error = fire(network, i);
     const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
+    signal = interrupts.noticed();
+    if (signal != 0) error = heading(network.steps()[i]) + ": interrupted";
+    if (error) {
+      error = options.network.string() + ": /order/" + std::to_string(i) + ": " + *error;
+      err << "zelrun: error: " << on_one_line(*error) << "\n";
+      printer.error(*error);
+    }
     say_reports(host, err);
-    if (status == kExitDone) printer.firing(step, time.count());
+    if (!error) printer.firing(network.steps()[i], time.count());
   }
   printer.end();
-  return status;
+  if (signal != 0) throw Interrupted{signal};
+  return error ? kExitFailed : kExitDone;
 }
 
 }  // namespace

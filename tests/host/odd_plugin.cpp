@@ -1,9 +1,12 @@
 // A plug-in that does what the environment variable ODD says, of the things that
 // plug-ins do and a host has to live with. Its folder and its icon are called odd, its
 // one method is Copy: input 0 "number" goes to output 0, and output 1 is a text
-// that is gone when Copy returns.
+// that says how often Copy ran.
+#include <sys/wait.h>
+
+#include <cerrno>
+#include <cstdio>
 #include <cstdlib>
-#include <iostream>
 #include <stdexcept>
 #include <string>
 
@@ -27,10 +30,16 @@ struct Farewell {
 };
 const Farewell farewell;
 
+int calls = 0;
+std::string text;
+
 int copy(def_unittype* unit) {
   zel_set_float_out(unit, 0, 0, zel_float_inp(unit, 0, 0));
-  const std::string text = "a text of this call\n\033[31mthat ends with it";
+  text = "call " + std::to_string(++calls) + "\n\033[31mof this process";
   zel_set_text_out(unit, 1, text.c_str());
+  // Some programs leave it to whoever started them to wait for all they have started.
+  if (is_asked("waits for its children"))
+    zel_set_float_out(unit, 0, 0, wait(nullptr) == -1 && errno == ECHILD ? 1 : 2);
   return 0;
 }
 

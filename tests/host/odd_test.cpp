@@ -67,14 +67,36 @@ TEST_F(Odd, ThatDescribesAPortTooManyHasTheOthersByTheirTexts) {
   EXPECT_EQ(Json::parse(ended.output)["firings"][0]["outputs"][0]["value"], 3.0);
 }
 
-TEST_F(Odd, ThatPublishesATextOfOneCallHasItShown) {
-  EXPECT_NE(run_line("$Z run odd.json")
-                .output.find("  text    a text of this call ?[31mthat ends with it\n"),
+TEST_F(Odd, ThatPublishesATextHasItShownOnOneLine) {
+  EXPECT_NE(run_line("$Z run odd.json").output.find("  text    call 1 ?[31mof this process\n"),
             std::string::npos);
   const Ended ended = run_line("$Z run --json odd.json");
   EXPECT_EQ(ended.status, 0);
   EXPECT_EQ(Json::parse(ended.output)["firings"][0]["outputs"][1]["value"],
-            "a text of this call\n\033[31mthat ends with it");
+            "call 1\n\033[31mof this process");
+}
+
+TEST_F(Odd, ThatWaitsForChildrenHasNone) {
+  const Ended ended = run_line("export ODD='waits for its children'\n$Z run --json odd.json");
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_EQ(Json::parse(ended.output)["firings"][0]["outputs"][0]["value"], 1.0);
+}
+
+TEST_F(Odd, LeavesNoProcessBehind) {
+  // A copy, whose processes are told from those of other tests.
+  const Ended ended = run_line(
+      "cp $Z copy\n./copy run odd.json\n"
+      "for i in $(seq 500); do\n"
+      "  found=\n"
+      "  for process in /proc/[0-9]*/exe; do\n"
+      "    [ \"$(readlink $process)\" = \"$PWD/copy\" ] && found=$process\n"
+      "  done\n"
+      "  [ -z \"$found\" ] && exit 0\n"
+      "  sleep 0.01\n"
+      "done\n"
+      "echo still there: $found; exit 1\n");
+  EXPECT_EQ(ended.status, 0) << ended.output;
+  EXPECT_EQ(ended.error, "");
 }
 
 }  // namespace
