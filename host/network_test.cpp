@@ -168,19 +168,19 @@ TEST_F(NetworkTest, NamesWhatThePluginDoesNotHave) {
             "network.json: /inputs/0/values/3: Is_Feasible has no input \"3\"; i");
 }
 
-// Not all the pairs of methods and values, of which there would be 25 million here.
+// Not all the pairs of methods and values, of which there would be a million here.
 TEST_F(NetworkTest, RefusesTheFirstOfManyMethodsBeforeItLooksAtValues) {
   std::string methods = "\"m\"";
   std::string values = "\"v\": 0";
-  for (int i = 0; i < 5'000; ++i) {
+  for (int i = 0; i < 1'000; ++i) {
     methods += ", \"m" + std::to_string(i) + "\"";
     values += ", \"v" + std::to_string(i) + "\": 0";
   }
   const NetworkFile many =
       file(R"("inputs": [{"instance": "a", "methods": [)" + methods + R"(], "values": {)" + values +
            R"(}}], "order": [["a", "Is_Feasible"]])");
-  EXPECT_EQ(many.inputs.front().methods.size(), 5'001U);
-  EXPECT_EQ(many.inputs.front().values.size(), 5'001U);
+  EXPECT_EQ(many.inputs.front().methods.size(), 1'001U);
+  EXPECT_EQ(many.inputs.front().values.size(), 1'001U);
   try {
     const Network unused(host_, many, {SDPSOL_BIN_DIR "/../lib"});
     ADD_FAILURE() << "no error";

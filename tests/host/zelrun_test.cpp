@@ -166,6 +166,16 @@ TEST_F(Zelrun, SaysWhatIsWrongWithANetwork) {
       << ended.error;
 }
 
+TEST_F(Zelrun, TakesTenThousandKeysAndNoMore) {
+  std::string keys = "\"k0\": 0";
+  for (int i = 1; i < 20'000; ++i) keys += ", \"k" + std::to_string(i) + "\": 0";
+  folder_.file("keys.json", R"({"instances": {"a": {)" + keys + "}}}");
+  const Ended ended = run_line("$Z run keys.json");
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_EQ(ended.error,
+            "zelrun: error: keys.json: /instances/a/k10000: an object can have 10000 keys\n");
+}
+
 TEST_F(Zelrun, SaysWhichFileCannotBeRead) {
   const Ended nothing = run_line("$Z run nothing.json");
   EXPECT_EQ(nothing.status, 3);
