@@ -9,6 +9,9 @@
 namespace zelhost {
 namespace {
 
+// A plug-in may report the same in a loop.
+constexpr std::size_t kMostReports = 100;
+
 std::string quoted(const char* text) {
   return text == nullptr ? "null" : "\"" + std::string(text) + "\"";
 }
@@ -59,13 +62,21 @@ Host::~Host() {
 Instance Host::create(const Icon& icon, std::vector<std::string> dialog) {
   const std::size_t reports_before = reports_.size();
   MethodTexts texts;
-  Unit* root = create_root(icon, std::move(dialog), environment_->record(), &texts);
+  Unit* root = nullptr;
+  std::string why = "icon " + icon.name + ": ";
+  try {
+    root = create_root(icon, std::move(dialog), environment_->record(), &texts);
+    why += "no instance was created";
+  } catch (const std::exception& error) {
+    why += std::string("create threw: ") + error.what();
+  } catch (...) {
+    why += "create threw";
+  }
   if (root != nullptr && root->parent() != environment_) {
     misuse("create", "it returned a unit that is no child of the parent it was given");
     root = nullptr;
   }
   if (root == nullptr) {
-    std::string why = "icon " + icon.name + ": no instance was created";
     for (std::size_t i = reports_before; i < reports_.size(); ++i) why += "; " + reports_[i].text;
     throw CreationError(why);
   }
@@ -96,12 +107,35 @@ Unit* Host::create_root(const Icon& icon, std::vector<std::string> dialog, def_u
 
 int Host::fire(Unit& unit) {
   if (!unit.is_method()) throw std::invalid_argument("the unit has no method");
-  return unit.record()->method(unit.record());
+  // What the method points to as its texts need not live beyond it.
+  int status = 0;
+  try {
+    status = unit.record()->method(unit.record());
+  } catch (...) {
+    for (Port& output : unit.outputs()) output.restore_text();
+    throw;
+  }
+  for (Port& output : unit.outputs()) output.keep_text();
+  return status;
 }
 
 std::vector<Report> Host::take_reports() {
   report_strays();
-  return std::exchange(reports_, {});
+  std::vector<Report> reports = std::exchange(reports_, {});
+  const std::size_t more = std::exchange(more_reports_, 0);
+  if (more > 0)
+    reports.push_back({Report::Kind::kMisuse, 0,
+                       "the interface, or reports an error, " + std::to_string(more) +
+                           (more == 1 ? " time more" : " times more")});
+  return reports;
+}
+
+void Host::refuse_without_memory(const char* operation) noexcept {
+  try {
+    misuse(operation, "there is no memory for it");
+  } catch (const std::bad_alloc&) {
+    ++more_reports_;
+  }
 }
 
 bool Host::admits(const char* operation) {
@@ -117,10 +151,16 @@ bool Host::admits(const char* operation) {
 def_unittype* Host::make_unit(const UnitDescription& description) {
   Unit* const parent = expect_unit("primitive_unit", description.parent);
   if (parent == nullptr || !expect_creation("primitive_unit") || units_left_ == 0) return nullptr;
-  --units_left_;
   auto unit = std::make_unique<Unit>(parent, description.inputs, description.outputs);
   def_unittype* const record = unit->record();
-  units_.emplace(record, std::move(unit));
+  const auto made = units_.emplace(record, std::move(unit)).first;
+  try {
+    parent->add_child(*made->second);
+  } catch (...) {
+    units_.erase(made);
+    throw;
+  }
+  --units_left_;
   return record;
 }
 
@@ -171,9 +211,9 @@ bool Host::is_unit(const def_unittype* unit) {
 
 void Host::report_error(int code, const char* text) {
   tell_observer("error_msg", nullptr);
-  reports_.push_back({Report::Kind::kError, code,
-                      (text == nullptr ? std::string() : std::string(text)) + ": error " +
-                          std::to_string(code) + ": " + error_text(code)});
+  report({Report::Kind::kError, code,
+          (text == nullptr ? std::string() : std::string(text)) + ": error " +
+              std::to_string(code) + ": " + error_text(code)});
 }
 
 // ---- Operations while an instance is created
@@ -243,8 +283,8 @@ bool Host::replace_array(const def_unittype* unit, int output, int reserved, int
            find(unit)->qualified_name() + ", output " + std::to_string(output) + ": " + why);
     return false;
   }
-  owned_arrays_.erase(port->array());
   if (array != nullptr) owned_arrays_.insert(array);
+  owned_arrays_.erase(port->array());
   port->take(array, length);
   return true;
 }
@@ -309,7 +349,14 @@ void Host::report_strays() {
 }
 
 void Host::misuse(const char* operation, std::string_view what) {
-  reports_.push_back({Report::Kind::kMisuse, 0, std::string(operation) + ": " + std::string(what)});
+  report({Report::Kind::kMisuse, 0, std::string(operation) + ": " + std::string(what)});
+}
+
+void Host::report(Report report) {
+  if (reports_.size() < kMostReports)
+    reports_.push_back(std::move(report));
+  else
+    ++more_reports_;
 }
 
 }  // namespace zelhost

@@ -59,14 +59,15 @@ class Host {
 
   /// Creates an instance as a user does who fills in the icon's dialog.
   /// @param dialog the texts of the editable fields, in their order.
-  /// @return valid as long as the host. @throws CreationError; whatever the
-  /// plug-in itself throws.
+  /// @return valid as long as the host. @throws CreationError, also where the plug-in
+  /// throws.
   Instance create(const Icon& icon, std::vector<std::string> dialog);
 
   /// As above, below the given parent: for those who want to see what a plug-in
   /// does with one that is no unit.
   /// @param texts if not null, takes what the plug-in described.
-  /// @return the instance's root; null where create throws CreationError.
+  /// @return the instance's root; null where the plug-in gives none. @throws whatever
+  /// the plug-in throws.
   Unit* create_root(const Icon& icon, std::vector<std::string> dialog, def_unittype* parent,
                     MethodTexts* texts = nullptr);
 
@@ -74,7 +75,8 @@ class Host {
   /// @throws std::invalid_argument if the unit has no method; whatever the method throws.
   int fire(Unit& unit);
 
-  /// What has been reported since the last call, oldest first.
+  /// What has been reported since the last call, oldest first: a hundred reports, and
+  /// then one that says how many more there were.
   std::vector<Report> take_reports();
 
   /// Is told of every operation that a plug-in calls, before it happens, with the
@@ -92,7 +94,11 @@ class Host {
   /// noted as misuse. The only function that another thread may call.
   bool admits(const char* operation);
 
-  // The operations. Their contracts are those of zel/zel.h.
+  /// Reports that an operation has ended without effect, for want of memory.
+  void refuse_without_memory(const char* operation) noexcept;
+
+  // The operations. Their contracts are those of zel/zel.h, but that they throw
+  // std::bad_alloc.
 
   struct UnitDescription {
     std::vector<PortType> inputs;
@@ -132,6 +138,7 @@ class Host {
   void report_strays();
   void tell_observer(const char* operation, const Unit* unit);
   void misuse(const char* operation, std::string_view what);
+  void report(Report report);
 
   std::unordered_map<const def_unittype*, std::unique_ptr<Unit>> units_;
   Unit* environment_ = nullptr;
@@ -147,6 +154,7 @@ class Host {
   std::mutex strays_mutex_;
   // The operations that other threads have called.
   std::set<std::string> strays_;
+  std::size_t more_reports_ = 0;
   Observer observer_;
   std::size_t units_left_ = static_cast<std::size_t>(-1);
 };

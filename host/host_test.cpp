@@ -2,7 +2,9 @@
 // about those who misuse them.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
+#include <fstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -80,12 +82,42 @@ TEST_F(HostTest, FiresMethods) {
   EXPECT_EQ(built.find("Nothing"), nullptr);
 }
 
+std::string published;
+
+// Publishes a text that is another one at the next call.
+int publish(def_unittype* unit) {
+  published = "text " + std::to_string(zel_float_inp(unit, 0, 0));
+  zel_set_text_out(unit, 0, published.c_str());
+  if (zel_float_inp(unit, 0, 0) == 3) throw std::runtime_error("enough");
+  return 0;
+}
+
+TEST_F(HostTest, KeepsTextsThatMethodsPublish) {
+  const Instance built = instance([](def_unittype* root) {
+    def_unittype* const method =
+        primitive_unit(TAG_INP, TAG_FLOAT, 1, TAG_OUT, TAG_STRING, 1, TAG_END, root);
+    zel_name_unit("Publish", method);
+    zel_set_method(method, publish);
+  });
+  Unit& unit = *built.find("Publish")->unit;
+  for (const float number : {1.0F, 2.0F}) {
+    unit.inputs()[0].set(std::vector<float>{number});
+    EXPECT_EQ(host_.fire(unit), 0);
+    published[0] = 'T';
+    EXPECT_EQ(unit.outputs()[0].value(), PortValue("text " + std::to_string(number)));
+  }
+  unit.inputs()[0].set(std::vector<float>{3});
+  EXPECT_THROW(host_.fire(unit), std::runtime_error);
+  EXPECT_EQ(unit.outputs()[0].value(), PortValue("text " + std::to_string(2.0F)));
+}
+
 TEST_F(HostTest, RefusesDescriptorsThatAreNone) {
   instance([](def_unittype* root) {
     EXPECT_EQ(primitive_unit(5, root), nullptr);
     EXPECT_EQ(primitive_unit(TAG_FLOAT, 1, TAG_END, root), nullptr);
     EXPECT_EQ(primitive_unit(TAG_INP, TAG_OUT, TAG_END, root), nullptr);
     EXPECT_EQ(primitive_unit(TAG_INP, TAG_FLOAT, 0, TAG_END, root), nullptr);
+    EXPECT_EQ(primitive_unit(TAG_INP, TAG_FLOAT, 1'000'001, TAG_END, root), nullptr);
     EXPECT_EQ(primitive_unit(TAG_INP, TAG_STRING, 2, TAG_END, root), nullptr);
     EXPECT_EQ(primitive_unit(TAG_OUT, TAG_DYN, "D", TAG_END, root), nullptr);
     EXPECT_EQ(primitive_unit(TAG_OUT, TAG_DYN, static_cast<const char*>(nullptr), TAG_END, root),
@@ -98,6 +130,7 @@ TEST_F(HostTest, RefusesDescriptorsThatAreNone) {
                    "misuse: primitive_unit: neither TAG_INP, TAG_OUT nor TAG_END: -99999994",
                    "misuse: primitive_unit: no port kind: -99999998",
                    "misuse: primitive_unit: TAG_FLOAT with count 0",
+                   "misuse: primitive_unit: TAG_FLOAT with count 1000001, the most is 1000000",
                    "misuse: primitive_unit: TAG_STRING with count 2", no_element, no_element}));
 }
 
@@ -256,8 +289,28 @@ TEST_F(HostTest, RefusesARootThatIsNoChildOfTheParent) {
 
 TEST_F(HostTest, ForgetsAnInstanceWhosePluginThrew) {
   creating = [](def_unittype*) -> def_unittype* { throw std::runtime_error("no"); };
-  EXPECT_THROW(host_.create(kIcon, {"text"}), std::runtime_error);
+  EXPECT_THROW(host_.create(kIcon, {"text"}), CreationError);
+  EXPECT_THROW(host_.create_root(kIcon, {"text"}, nullptr), std::runtime_error);
   EXPECT_EQ(TVAL(0), nullptr);
+}
+
+TEST_F(HostTest, SaysWhatACreateThrew) {
+  const auto error = [this](std::function<def_unittype*(def_unittype*)> create) -> std::string {
+    creating = std::move(create);
+    try {
+      host_.create(kIcon, {});
+    } catch (const CreationError& thrown) {
+      return thrown.what();
+    }
+    return "no error";
+  };
+  EXPECT_EQ(error([](def_unittype*) -> def_unittype* { throw std::runtime_error("no"); }),
+            "icon test: create threw: no");
+  EXPECT_EQ(error([](def_unittype* parent) -> def_unittype* {
+              error_msg(30, "test", 1, 0);
+              throw parent;
+            }),
+            "icon test: create threw; test: error 30: the unit could not be created");
 }
 
 TEST_F(HostTest, MakesNoMoreUnitsThanItIsTold) {
@@ -269,20 +322,74 @@ TEST_F(HostTest, MakesNoMoreUnitsThanItIsTold) {
   EXPECT_EQ(said(), Texts{});
 }
 
+// Leaves the process 50 megabytes more than it has.
+class LittleMemory {
+ public:
+  LittleMemory() {
+    std::size_t pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    getrlimit(RLIMIT_AS, &before_);
+    const rlimit little = {pages * static_cast<std::size_t>(getpagesize()) + 50'000'000,
+                           before_.rlim_max};
+    if (pages == 0 || setrlimit(RLIMIT_AS, &little) != 0) throw std::runtime_error("no limit");
+  }
+  ~LittleMemory() { setrlimit(RLIMIT_AS, &before_); }
+  LittleMemory(const LittleMemory&) = delete;
+  LittleMemory& operator=(const LittleMemory&) = delete;
+
+ private:
+  rlimit before_{};
+};
+
 TEST_F(HostTest, MakesNoUnitThatThereIsNoMemoryFor) {
 #ifdef __SANITIZE_ADDRESS__
   GTEST_SKIP() << "the address sanitizer needs more memory than this test leaves";
 #endif
-  instance([](def_unittype* root) {
-    rlimit before{};
-    ASSERT_EQ(getrlimit(RLIMIT_AS, &before), 0);
-    const rlimit one_gigabyte = {1U << 30U, before.rlim_max};
-    ASSERT_EQ(setrlimit(RLIMIT_AS, &one_gigabyte), 0);
-    def_unittype* const unit = primitive_unit(TAG_INP, TAG_FLOAT, 500'000'000, TAG_END, root);
-    ASSERT_EQ(setrlimit(RLIMIT_AS, &before), 0);
-    EXPECT_EQ(unit, nullptr);
+  const LittleMemory little;
+  std::size_t made = 0;
+  const Instance built = instance([&](def_unittype* root) {
+    // Each has 12 megabytes.
+    while (primitive_unit(TAG_INP, TAG_FLOAT, 1'000'000, TAG_END, root) != nullptr) ++made;
   });
-  EXPECT_EQ(said(), Texts{"misuse: primitive_unit: no memory for its ports"});
+  EXPECT_GT(made, 0U);
+  EXPECT_LT(made, 100U);
+  EXPECT_EQ(built.root().children().size(), made);
+  EXPECT_EQ(said(), Texts{"misuse: primitive_unit: there is no memory for it"});
+}
+
+TEST_F(HostTest, KeepsWhatAPluginHasWhereThereIsNoMemory) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the address sanitizer needs more memory than this test leaves";
+#endif
+  const std::string long_text(100'000'000, 'x');
+  const Instance built = instance([&](def_unittype* root) {
+    def_unittype* const method = primitive_unit(TAG_END, root);
+    zel_name_unit("Method", method);
+    zel_set_method(method, count_firing);
+    kem_iconform_for_method("Method", "help", 0, 0);
+    const LittleMemory little;
+    zel_name_unit(long_text.c_str(), method);
+    kem_iconform_for_method("Method", long_text.c_str(), 0, 0);
+    label(root, long_text.c_str());
+    error_msg(30, long_text.c_str(), 1, 0);
+  });
+  ASSERT_NE(built.find("Method"), nullptr);
+  EXPECT_EQ(built.find("Method")->text.help, "help");
+  EXPECT_EQ(said(), (Texts{"misuse: zel_name_unit: there is no memory for it",
+                           "misuse: kem_iconform_for_method: there is no memory for it",
+                           "misuse: label: there is no memory for it",
+                           "misuse: error_msg: there is no memory for it"}));
+}
+
+TEST_F(HostTest, KeepsAHundredReportsAndCountsTheOthers) {
+  for (int i = 0; i < 100; ++i) TVAL(i);
+  EXPECT_EQ(said().size(), 100U);
+  for (int i = 0; i < 100'000; ++i) error_msg(i, "test", 1, 0);
+  const std::vector<Report> reports = host_.take_reports();
+  ASSERT_EQ(reports.size(), 101U);
+  EXPECT_EQ(reports[99].code, 99);
+  EXPECT_EQ(reports[100].text, "the interface, or reports an error, 99900 times more");
+  EXPECT_EQ(said(), Texts{});
 }
 
 TEST_F(HostTest, TellsAnObserverOfEveryOperation) {

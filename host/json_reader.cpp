@@ -7,10 +7,19 @@
 #include <nlohmann/json.hpp>
 #include <set>
 #include <system_error>
+#include <utility>
 #include <vector>
+
+#include "host/text.h"
 
 namespace zelhost {
 namespace {
+
+// A longer place than this is cut, so that the reason behind it is seen.
+constexpr std::size_t kLongestPlace = 1'000;
+
+// Of an object: the document looks through all of them for the one that is added.
+constexpr std::size_t kMostKeys = 10'000;
 
 std::string escaped(const std::string& key) {
   std::string text;
@@ -29,6 +38,9 @@ std::string escaped(const std::string& key) {
 // the document keeps only one.
 class ParserFollower {
  public:
+  explicit ParserFollower(std::string file) : file_(std::move(file)) {}
+
+  /// @throws JsonError if there are too many keys.
   void see(Json::parse_event_t event, const Json& parsed) {
     switch (event) {
       case Json::parse_event_t::object_start:
@@ -51,15 +63,13 @@ class ParserFollower {
     }
   }
 
-  [[nodiscard]] const std::string& found() const { return found_; }
-
-  /// Where the parser is.
-  [[nodiscard]] std::string place() const {
-    std::string pointer;
-    for (const Level& each : levels_)
-      pointer += "/" + (each.is_array ? std::to_string(each.index) : escaped(each.key));
-    return pointer.empty() ? "/" : pointer;
+  /// @throws JsonError if a key stood twice.
+  void end() const {
+    if (!found_.empty()) fail_at(found_, "this key stands here twice");
   }
+
+  /// @throws JsonError with the parser's place.
+  [[noreturn]] void fail(const std::string& what) const { fail_at(place(), what); }
 
  private:
   struct Level {
@@ -69,16 +79,30 @@ class ParserFollower {
     std::set<std::string> keys;
   };
 
+  [[nodiscard]] std::string place() const {
+    std::string pointer;
+    for (const Level& each : levels_)
+      pointer += "/" + (each.is_array ? std::to_string(each.index) : escaped(each.key));
+    return pointer.empty() ? "/" : pointer;
+  }
+
+  [[noreturn]] void fail_at(const std::string& place, const std::string& what) const {
+    throw JsonError(file_ + ": " + on_one_line(place, kLongestPlace) + ": " + what);
+  }
+
   void see_key(const std::string& key) {
     Level& level = levels_.back();
     level.key = key;
     if (!level.keys.insert(key).second && found_.empty()) found_ = place();
+    if (level.keys.size() > kMostKeys)
+      fail("an object can have " + std::to_string(kMostKeys) + " keys");
   }
 
   void count_element() {
     if (!levels_.empty() && levels_.back().is_array) ++levels_.back().index;
   }
 
+  std::string file_;
   std::vector<Level> levels_;
   std::string found_;
 };
@@ -126,6 +150,13 @@ std::size_t start_of_text(std::string_view text, std::size_t end) {
   return end;
 }
 
+std::string line_and_column(std::string_view text, std::size_t at) {
+  const std::string_view before = text.substr(0, at);
+  const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+  const std::size_t line_start = before.rfind('\n') + 1;  // npos + 1 is 0
+  return std::to_string(line) + ":" + std::to_string(at - line_start + 1);
+}
+
 // "FILE:LINE:COLUMN: WHAT" from the library's message and the place it names.
 std::string syntax_error(const std::string& file, std::string_view text,
                          const Json::parse_error& error) {
@@ -139,11 +170,7 @@ std::string syntax_error(const std::string& file, std::string_view text,
     const std::string_view hint = remedy(text, at, reason);
     if (!hint.empty()) reason += " (" + std::string(hint) + ")";
   }
-  const std::string_view before = text.substr(0, at);
-  const auto line = 1 + std::count(before.begin(), before.end(), '\n');
-  const std::size_t line_start = before.rfind('\n') + 1;  // npos + 1 is 0
-  return file + ":" + std::to_string(line) + ":" + std::to_string(at - line_start + 1) + ": " +
-         reason;
+  return file + ":" + line_and_column(text, at) + ": " + reason;
 }
 
 std::string listed(std::initializer_list<std::string_view> first,
@@ -160,7 +187,7 @@ std::string listed(std::initializer_list<std::string_view> first,
 }  // namespace
 
 std::string JsonNode::place() const {
-  return file_ + ": " + (pointer_.empty() ? "/" : pointer_);
+  return file_ + ": " + (pointer_.empty() ? "/" : on_one_line(pointer_, kLongestPlace));
 }
 
 void JsonNode::fail(const std::string& what) const {
@@ -189,19 +216,25 @@ JsonNode JsonNode::member(const std::string& key) const {
   return {value_->at(key), file_, pointer_ + "/" + escaped(key)};
 }
 
+JsonNode JsonNode::element(std::size_t i) const {
+  return {value_->at(i), file_, pointer_ + "/" + std::to_string(i)};
+}
+
 std::vector<JsonNode> JsonNode::elements(std::string_view what) const {
   if (!value_->is_array()) fail("this takes " + std::string(what) + ", in [ ]");
   std::vector<JsonNode> nodes;
-  for (const Json& element : *value_) {
-    nodes.emplace_back(element, file_, pointer_ + "/" + std::to_string(nodes.size()));
-  }
+  nodes.reserve(value_->size());
+  for (std::size_t i = 0; i < value_->size(); ++i) nodes.push_back(element(i));
   return nodes;
 }
 
 std::vector<std::pair<std::string, JsonNode>> JsonNode::members(std::string_view what) const {
   if (!value_->is_object()) fail("this takes " + std::string(what) + ", in { }");
   std::vector<std::pair<std::string, JsonNode>> nodes;
-  for (const auto& [key, value] : value_->items()) nodes.emplace_back(key, member(key));
+  nodes.reserve(value_->size());
+  // Not by the key: the document looks for it among all of them.
+  for (const auto& [key, value] : value_->items())
+    nodes.emplace_back(key, JsonNode(value, file_, pointer_ + "/" + escaped(key)));
   return nodes;
 }
 
@@ -220,21 +253,24 @@ Json read_json(const std::filesystem::path& file) {
   std::ifstream in(file, std::ios::binary);
   if (!in) throw std::system_error(errno, std::generic_category(), file.string());
   const std::string text{std::istreambuf_iterator<char>(in), {}};
-  ParserFollower follower;
+  // The parser takes one for the end of the text.
+  const std::size_t nul = text.find('\0');
+  if (nul != std::string::npos)
+    throw JsonError(file.string() + ":" + line_and_column(text, nul) +
+                    ": a NUL byte stands here; JSON is text in UTF-8");
+  ParserFollower follower(file.string());
   try {
     Json document = Json::parse(text, [&](int, Json::parse_event_t event, Json& parsed) {
       follower.see(event, parsed);
       return true;
     });
-    if (!follower.found().empty())
-      throw JsonError(file.string() + ": " + follower.found() + ": this key stands here twice");
+    follower.end();
     return document;
   } catch (const Json::parse_error& error) {
     throw JsonError(syntax_error(file.string(), text, error));
   } catch (const Json::out_of_range&) {
     // Thrown before the parser tells of the number.
-    throw JsonError(file.string() + ": " + follower.place() +
-                    ": the number is too large for double precision");
+    follower.fail("the number is too large for double precision");
   }
 }
 

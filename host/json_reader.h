@@ -48,6 +48,9 @@ class JsonNode {
   /// A member of an object, which must be there.
   [[nodiscard]] JsonNode member(const std::string& key) const;
 
+  /// An element of an array, which must be there.
+  [[nodiscard]] JsonNode element(std::size_t i) const;
+
   /// The elements of an array. @param what says what it is an array of, for the
   /// error that it is none. @throws JsonError.
   [[nodiscard]] std::vector<JsonNode> elements(std::string_view what) const;

@@ -46,11 +46,27 @@ TEST_F(ReadJson, PointsAtTheCharacterThatDoesNotBelong) {
   EXPECT_EQ(error("{\"a\": 1").substr(0, 23), "a.json:1:8: syntax erro");
 }
 
+TEST_F(ReadJson, RefusesANulByteWhereverItStands) {
+  using namespace std::string_view_literals;
+  EXPECT_EQ(error("{}\n \0 and more"sv),
+            "a.json:2:2: a NUL byte stands here; JSON is text in UTF-8");
+  EXPECT_EQ(error("[\"a\0\"]"sv), "a.json:1:4: a NUL byte stands here; JSON is text in UTF-8");
+  EXPECT_EQ(error("{\0\"\0a\0"sv), "a.json:1:2: a NUL byte stands here; JSON is text in UTF-8");
+}
+
 TEST_F(ReadJson, FindsKeysThatStandTwice) {
   EXPECT_EQ(error(R"({"a": 1, "b": [{}, {"c": [], "c": 2}]})"),
             "a.json: /b/1/c: this key stands here twice");
   EXPECT_EQ(error(R"({"a/~": 1, "a/~": 2})"), "a.json: /a~1~0: this key stands here twice");
   EXPECT_EQ(error(R"({"a": {"x": 1}, "b": {"x": 1}})"), "no error");
+}
+
+TEST_F(ReadJson, NamesKeysOnOneShortLine) {
+  EXPECT_EQ(error("{\"a\\n\\u001b[31m\": 1, \"a\\n\\u001b[31m\": 2}"),
+            "a.json: /a ?[31m: this key stands here twice");
+  const std::string key(100'000, 'k');
+  EXPECT_EQ(error("{\"" + key + "\": [1e400]}"),
+            "a.json: /" + key.substr(0, 999) + "...: the number is too large for double precision");
 }
 
 TEST_F(ReadJson, SaysWhichFileCannotBeRead) {
@@ -83,6 +99,16 @@ TEST_F(Node, CarriesItsPlace) {
   const JsonNode element = node(json).member("a/b").elements("things")[1];
   EXPECT_EQ(element.pointer(), "/a~1b/1");
   EXPECT_EQ(error_of([&] { element.fail("is odd"); }), "f: /a~1b/1: is odd");
+}
+
+TEST_F(Node, FailsOnOneLineOfSomeLength) {
+  const std::string key = "a\n" + std::string(1'000'000, 'k');
+  const Json json = {{key, 1}};
+  EXPECT_EQ(error_of([&] { node(json).expect_keys({"a"}); }).substr(0, 30),
+            "f: /: unknown key \"a kkkkkkkkk");
+  EXPECT_LT(error_of([&] { node(json).expect_keys({"a"}); }).size(), 11'000U);
+  EXPECT_EQ(error_of([&] { node(json).member(key).fail("is odd"); }),
+            "f: /a " + std::string(997, 'k') + "...: is odd");
 }
 
 TEST_F(Node, SaysWhatItTakes) {

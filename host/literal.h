@@ -7,10 +7,12 @@
 namespace zelhost {
 
 /// A value for a port from JSON. Floats: numbers, or "nan", "inf", "-inf"; for
-/// more than one a list, or lists of equally long lists (rows), read row after row.
+/// more than one a list, a list of equally long lists (rows), or a list of such lists
+/// of one size (matrices), read row after row.
 /// A port of one float takes a number without a list too. Text: a text, or a list
 /// of lines, each of which gets a line break.
 /// @throws JsonError that names the element and what would be right.
+/// Cost: one pass over the numbers.
 PortValue read_value(const JsonNode& node, PortType type);
 
 /// The value as JSON: a number for a port of one float, a list for more, a text,

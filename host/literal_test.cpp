@@ -51,11 +51,31 @@ TEST(ReadValue, ReadsRowsOneAfterTheOther) {
   EXPECT_EQ(read("[]", kFloats), PortValue(Floats{}));
   EXPECT_EQ(error_of("[[1, 2], [3]]", kFloats),
             "f: /v/1: this row has 1 elements, the first has 2");
-  EXPECT_EQ(error_of("[1, [3]]", kFloats),
-            "f: /v/1: a list holds either numbers or rows, not both");
+  const std::string both = "lists of one depth hold either numbers or rows, not both";
+  EXPECT_EQ(error_of("[1, [3]]", kFloats), "f: /v/1: " + both);
+  EXPECT_EQ(error_of("[[1], 3]", kFloats), "f: /v/1: " + both);
+  EXPECT_EQ(error_of("[[2], [[1]]]", kFloats), "f: /v/1/0: " + both);
+  EXPECT_EQ(error_of("[[[2]], [1]]", kFloats), "f: /v/1/0: " + both);
   EXPECT_EQ(error_of("[[[[1]]]]", kFloats),
             "f: /v/0/0/0: lists are nested too deep; the most is a list of matrices, each a list "
             "of its rows");
+}
+
+TEST(ReadValue, WantsMatricesOfOneSize) {
+  EXPECT_EQ(error_of("[[[1, 2]], [[3]]]", kFloats),
+            "f: /v/1/0: this row has 1 elements, the first has 2");
+  EXPECT_EQ(error_of("[[[1, 2], [3, 4]], [[5, 6]]]", kFloats),
+            "f: /v/1: this matrix has 1 rows, the first has 2");
+  EXPECT_EQ(read("[[], []]", kFloats), PortValue(Floats{}));
+  EXPECT_EQ(error_of("[[], [1]]", kFloats), "f: /v/1: this row has 1 elements, the first has 0");
+}
+
+TEST(ReadValue, NamesTheNumberInRowsAndMatrices) {
+  const std::string no_number = "this takes a number, or \"nan\", \"inf\", \"-inf\"";
+  EXPECT_EQ(error_of("null", kFloat), "f: /v: " + no_number);
+  EXPECT_EQ(error_of("[[1, 2, 3], [4, 5, null]]", kFloats), "f: /v/1/2: " + no_number);
+  EXPECT_EQ(error_of("[[[1], [2], [3]], [[4], [true], [5]]]", kFloats),
+            "f: /v/1/1/0: " + no_number);
 }
 
 TEST(ReadValue, KnowsTheNumbersThatJsonHasNot) {

@@ -21,11 +21,12 @@ std::string listed(const Things& things, const Name& name) {
   return list.empty() ? "none" : list;
 }
 
+// A number as one writes it: "01" is none.
 std::optional<std::size_t> as_number(const std::string& text) {
   std::size_t number = 0;
   const char* const end = text.data() + text.size();
   const auto read = std::from_chars(text.data(), end, number);
-  if (read.ec != std::errc() || read.ptr != end) return {};
+  if (read.ec != std::errc() || read.ptr != end || std::to_string(number) != text) return {};
   return number;
 }
 
@@ -45,16 +46,15 @@ std::size_t find_port(const JsonNode& at, const std::string& port, std::size_t c
                       const std::map<int, std::string>& texts, const Method& method,
                       const std::string& direction) {
   if (count == 0) at.fail(method.name + " has no " + direction + "s");
-  const auto has_text = [&port](const auto& entry) {
-    return trimmed(entry.second) == trimmed(port);
+  // A plug-in may describe a port that the method has not.
+  const auto has_text = [&port, count](const auto& entry) {
+    return static_cast<std::size_t>(entry.first) < count && trimmed(entry.second) == trimmed(port);
   };
   const auto by_text = std::count_if(texts.begin(), texts.end(), has_text);
   if (by_text > 1)
     at.fail(method.name + " has several " + direction + "s \"" + port + "\"; take its number");
-  if (by_text == 1) {
-    const int number = std::find_if(texts.begin(), texts.end(), has_text)->first;
-    if (static_cast<std::size_t>(number) < count) return static_cast<std::size_t>(number);
-  }
+  if (by_text == 1)
+    return static_cast<std::size_t>(std::find_if(texts.begin(), texts.end(), has_text)->first);
   const auto number = as_number(port);
   if (!number || *number >= count)
     at.fail(method.name + " has no " + direction + " \"" + port + "\"; it has " +
@@ -132,7 +132,10 @@ const Plugin& Network::load(const NetworkFile::Instance& instance,
                             const std::vector<std::filesystem::path>& places) {
   std::string place = instance.at.member("plugin").place() + ": ";
   try {
-    const auto path = std::filesystem::weakly_canonical(find_plugin(instance.plugin, base, places));
+    // The file's own name stays as it was found: a library of another name behind a
+    // link has other records, for all that the plug-in's name says.
+    const auto found = find_plugin(instance.plugin, base, places);
+    const auto path = std::filesystem::weakly_canonical(found.parent_path()) / found.filename();
     const auto known = plugins_.find(path);
     if (known != plugins_.end()) return known->second;
     place += "the plug-in cannot be used: ";
@@ -144,13 +147,19 @@ const Plugin& Network::load(const NetworkFile::Instance& instance,
 
 void Network::set_inputs(const NetworkFile& file) {
   for (const auto& input : file.inputs) {
-    const Method& method = find_method(input.method);
-    auto& ports = method.unit->inputs();
-    Port& port = ports[find_port(input.value, input.port, ports.size(), method.text.inputs, method,
-                                 "input")];
-    claim(input.value, &port);
-    port.set(read_value(input.value, port.type()));
+    for (const auto& address : input.methods) {
+      const Method& method = find_method(address);
+      for (const auto& value : input.values) set_input(method, value);
+    }
   }
+}
+
+void Network::set_input(const Method& method, const NetworkFile::Value& value) {
+  auto& ports = method.unit->inputs();
+  Port& port =
+      ports[find_port(value.value, value.port, ports.size(), method.text.inputs, method, "input")];
+  claim(value.value, &port);
+  port.set(read_value(value.value, port.type()));
 }
 
 void Network::lay_wires(const NetworkFile& file) {

@@ -51,6 +51,7 @@ class Network {
   const Plugin& load(const NetworkFile::Instance& instance, const std::filesystem::path& base,
                      const std::vector<std::filesystem::path>& places);
   void set_inputs(const NetworkFile& file);
+  void set_input(const Method& method, const NetworkFile::Value& value);
   void lay_wires(const NetworkFile& file);
   [[nodiscard]] const Method& find_method(const NetworkFile::MethodAddress& address) const;
   // Notes who fills a port, and refuses a second one.

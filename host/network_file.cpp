@@ -1,5 +1,7 @@
 #include "host/network_file.h"
 
+#include <cmath>
+#include <cstdint>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -9,10 +11,15 @@ namespace {
 
 // A port is named by its number or by its text.
 std::string read_port(const JsonNode& node) {
-  if (node.value().is_number_unsigned()) return std::to_string(node.value().get<std::uint64_t>());
-  if (!node.value().is_string())
-    node.fail("this takes a port: its text in quotes, or its number from 0");
-  return node.text("a port");
+  constexpr std::string_view kWhat = "a port: its text in quotes, or its number from 0";
+  const Json& value = node.value();
+  if (value.is_string()) return node.text(kWhat);
+  const double number = value.is_number() ? value.get<double>() : -1;
+  if (number < 0 || number != std::trunc(number)) node.fail("this takes " + std::string(kWhat));
+  // As one writes it: this may be 1.0 or -0. No method has so many ports that it matters
+  // how a larger number is written.
+  constexpr double kHuge = 1e15;
+  return number < kHuge ? std::to_string(static_cast<std::uint64_t>(number)) : value.dump();
 }
 
 NetworkFile::MethodAddress read_method(const JsonNode& node, const std::vector<JsonNode>& parts) {
@@ -45,18 +52,19 @@ NetworkFile::Instance read_instance(const std::string& name, const JsonNode& nod
   return instance;
 }
 
-// One value serves several methods that take the same input.
-void read_inputs(const JsonNode& node, std::vector<NetworkFile::Input>& inputs) {
+NetworkFile::Input read_input(const JsonNode& node) {
   node.expect_keys({"instance", "methods", "values"});
   const std::string instance = node.member("instance").text("the name of an instance");
-  const auto methods = node.member("methods").elements("the names of methods");
-  const auto values = node.member("values").members("values by the port they are for");
+  NetworkFile::Input input;
   std::set<std::string> names;
-  for (const JsonNode& method : methods) {
-    const NetworkFile::MethodAddress address{method, instance, method.text("the name of a method")};
-    if (!names.insert(address.method).second) method.fail("this method stands here twice");
-    for (const auto& [port, value] : values) inputs.push_back({address, value, port});
+  for (const JsonNode& method : node.member("methods").elements("the names of methods")) {
+    input.methods.push_back({method, instance, method.text("the name of a method")});
+    if (!names.insert(input.methods.back().method).second)
+      method.fail("this method stands here twice");
   }
+  for (const auto& [port, value] : node.member("values").members("values by the port they are for"))
+    input.values.push_back({port, value});
+  return input;
 }
 
 }  // namespace
@@ -68,7 +76,12 @@ NetworkFile read_network(const std::filesystem::path& file) {
   const JsonNode top(*network.document, file.string(), "");
   top.expect_keys({"instances", "order"}, {"title", "notes", "inputs", "wires"});
 
-  if (top.has("title")) network.title = top.member("title").text("a title");
+  if (top.has("title")) {
+    const JsonNode title = top.member("title");
+    network.title = title.text("a title");
+    if (network.title.find_first_of("\n\r") != std::string::npos)
+      title.fail("a title is one line; there are \"notes\" for more");
+  }
   if (top.has("notes")) {
     for (const JsonNode& line : top.member("notes").elements("lines of text"))
       network.notes.push_back(line.text("a line"));
@@ -77,7 +90,7 @@ NetworkFile read_network(const std::filesystem::path& file) {
     network.instances.push_back(read_instance(name, node));
   if (top.has("inputs")) {
     for (const JsonNode& node : top.member("inputs").elements("inputs"))
-      read_inputs(node, network.inputs);
+      network.inputs.push_back(read_input(node));
   }
   if (top.has("wires")) {
     for (const JsonNode& node : top.member("wires").elements("wires")) {

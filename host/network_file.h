@@ -30,11 +30,14 @@ struct NetworkFile {
     std::string instance;
     std::string method;
   };
-  /// A value for an input, which stays for the whole run.
-  struct Input {
-    MethodAddress method;
-    JsonNode value;
+  struct Value {
     std::string port;
+    JsonNode value;
+  };
+  /// Values for inputs, which stay for the whole run: each of the methods gets them all.
+  struct Input {
+    std::vector<MethodAddress> methods;
+    std::vector<Value> values;
   };
   struct PortAddress {
     MethodAddress method;

@@ -57,6 +57,30 @@ class NetworkTest : public testing::Test {
   Host host_;
 };
 
+// A library is installed under a name with its version, and linked to.
+TEST_F(NetworkTest, LoadsAPluginByTheNameOfTheLinkToIt) {
+  const auto error_with = [this](const std::string& plugin) -> std::string {
+    try {
+      const Network unused(
+          host_,
+          read_network(folder_.file("network.json", R"({"instances": {"a": {"plugin": ")" + plugin +
+                                                        R"(", "icon": "sdpsol"}},
+                                                  "order": [["a", "Is_Feasible"]]})")),
+          {});
+    } catch (const PluginError& error) {
+      return error.what();
+    }
+    return "no error";
+  };
+  const std::filesystem::path library = SDPSOL_BIN_DIR "/../lib/sdpsol.so";
+  std::filesystem::copy_file(library, folder_.path("sdpsol.so.0.1"));
+  std::filesystem::create_symlink("sdpsol.so.0.1", folder_.path("sdpsol.so"));
+  EXPECT_EQ(error_with("./sdpsol"), "no error");
+  EXPECT_EQ(error_with("sdpsol"), "no error");
+  std::filesystem::create_symlink("sdpsol.so", folder_.path("other.so"));
+  EXPECT_NE(error_with("other").find("there is no record Kem_V_of_other"), std::string::npos);
+}
+
 TEST_F(NetworkTest, FiresInItsOrder) {
   answer("x = 1.5\n\ny = 2\n\n");
   Network net = network(R"("order": [["a", "General:Get_Result"], ["a", "General:Run_Sdpsol"],
@@ -142,6 +166,28 @@ TEST_F(NetworkTest, NamesWhatThePluginDoesNotHave) {
                      order)
                 .substr(0, 65),
             "network.json: /inputs/0/values/3: Is_Feasible has no input \"3\"; i");
+}
+
+// Not all the pairs of methods and values, of which there would be a million here.
+TEST_F(NetworkTest, RefusesTheFirstOfManyMethodsBeforeItLooksAtValues) {
+  std::string methods = "\"m\"";
+  std::string values = "\"v\": 0";
+  for (int i = 0; i < 1'000; ++i) {
+    methods += ", \"m" + std::to_string(i) + "\"";
+    values += ", \"v" + std::to_string(i) + "\": 0";
+  }
+  const NetworkFile many =
+      file(R"("inputs": [{"instance": "a", "methods": [)" + methods + R"(], "values": {)" + values +
+           R"(}}], "order": [["a", "Is_Feasible"]])");
+  EXPECT_EQ(many.inputs.front().methods.size(), 1'001U);
+  EXPECT_EQ(many.inputs.front().values.size(), 1'001U);
+  try {
+    const Network unused(host_, many, {SDPSOL_BIN_DIR "/../lib"});
+    ADD_FAILURE() << "no error";
+  } catch (const JsonError& error) {
+    EXPECT_NE(std::string(error.what()).find("/inputs/0/methods/0: \"a\" has no method \"m\""),
+              std::string::npos);
+  }
 }
 
 TEST_F(NetworkTest, RefusesToFillAnInputTwice) {

@@ -18,9 +18,30 @@ namespace {
 
 Host* the_host = nullptr;
 
-// The one that a call of the operation leads to.
-Host* host_for(const char* operation) {
-  return the_host != nullptr && the_host->admits(operation) ? the_host : nullptr;
+// Each takes its place at once. More is rather a mistake than a port.
+constexpr int kMostFloats = 1'000'000;
+
+// Lets the host carry out an operation. What a plug-in calls does not throw.
+// @return what `call` returns, or `otherwise` where there is no host, no memory, or
+// the host does not admit the call.
+template <class Result, class Call>
+Result carry_out(const char* operation, Result otherwise, const Call& call) {
+  Host* const host = the_host;
+  if (host == nullptr) return otherwise;
+  try {
+    return host->admits(operation) ? call(*host) : otherwise;
+  } catch (const std::bad_alloc&) {
+    host->refuse_without_memory(operation);
+    return otherwise;
+  }
+}
+
+template <class Call>
+void carry_out(const char* operation, const Call& call) {
+  carry_out(operation, 0, [&call](Host& host) {
+    call(host);
+    return 0;
+  });
 }
 
 // One kind of port with its parameter, read from the arguments. Null and the
@@ -30,8 +51,9 @@ std::optional<PortType> read_port_type(std::va_list& arguments, std::string& why
   switch (kind) {
     case TAG_FLOAT: {
       const int count = va_arg(arguments, int);
-      if (count > 0) return PortType{PortKind::kFloats, count};
+      if (count > 0 && count <= kMostFloats) return PortType{PortKind::kFloats, count};
       why = "TAG_FLOAT with count " + std::to_string(count);
+      if (count > kMostFloats) why += ", the most is " + std::to_string(kMostFloats);
       return {};
     }
     case TAG_STRING: {
@@ -80,75 +102,68 @@ void zelhost::set_current_host(Host* host) {
 }
 
 def_unittype* primitive_unit(int tag, ...) {
-  Host* const host = host_for("primitive_unit");
-  if (host == nullptr) return nullptr;
   std::va_list arguments;
   va_start(arguments, tag);
-  def_unittype* unit = nullptr;
-  try {
-    unit = make_unit(*host, tag, arguments);
-  } catch (const std::bad_alloc&) {
-    unit = host->refuse_unit("no memory for its ports");
-  }
+  def_unittype* const unit = carry_out<def_unittype*>(
+      "primitive_unit", nullptr, [&](Host& host) { return make_unit(host, tag, arguments); });
   va_end(arguments);
   return unit;
 }
 
 void zel_name_unit(const char* name, def_unittype* unit) {
-  if (Host* const host = host_for("zel_name_unit")) host->name_unit(name, unit);
+  carry_out("zel_name_unit", [&](Host& host) { host.name_unit(name, unit); });
 }
 
 void zel_indicate_export_of_methods(def_unittype* unit) {
-  if (Host* const host = host_for("zel_indicate_export_of_methods")) host->export_methods(unit);
+  carry_out("zel_indicate_export_of_methods", [&](Host& host) { host.export_methods(unit); });
 }
 
 void return_unit(def_unittype* root) {
-  if (Host* const host = host_for("return_unit")) host->set_root(root);
+  carry_out("return_unit", [&](Host& host) { host.set_root(root); });
 }
 
 void label(def_unittype* root, const char* text) {
-  if (Host* const host = host_for("label")) host->set_label(root, text);
+  carry_out("label", [&](Host& host) { host.set_label(root, text); });
 }
 
 int is_not_unit(const def_unittype* unit) {
-  Host* const host = host_for("is_not_unit");
-  return host != nullptr && host->is_unit(unit) ? 0 : 1;
+  return carry_out("is_not_unit", 1, [&](Host& host) { return host.is_unit(unit) ? 0 : 1; });
 }
 
 int error_msg(int code, const char* text, int, int) {
-  if (Host* const host = host_for("error_msg")) host->report_error(code, text);
+  carry_out("error_msg", [&](Host& host) { host.report_error(code, text); });
   return 0;
 }
 
 void kem_iconform_for_method(const char* method, const char* help, int, int) {
-  if (Host* const host = host_for("kem_iconform_for_method")) host->describe_method(method, help);
+  carry_out("kem_iconform_for_method", [&](Host& host) { host.describe_method(method, help); });
 }
 
 void SET_INFO_FOR_METHOD(const char* method) {
-  if (Host* const host = host_for("SET_INFO_FOR_METHOD")) host->select_method(method);
+  carry_out("SET_INFO_FOR_METHOD", [&](Host& host) { host.select_method(method); });
 }
 
 void INFO_FOR_INP(int input, const char* text) {
-  if (Host* const host = host_for("INFO_FOR_INP"))
-    host->describe_port(Direction::kInput, input, text);
+  carry_out("INFO_FOR_INP",
+            [&](Host& host) { host.describe_port(Direction::kInput, input, text); });
 }
 
 void INFO_FOR_OUT(int output, const char* text) {
-  if (Host* const host = host_for("INFO_FOR_OUT"))
-    host->describe_port(Direction::kOutput, output, text);
+  carry_out("INFO_FOR_OUT",
+            [&](Host& host) { host.describe_port(Direction::kOutput, output, text); });
 }
 
 char* TVAL(int field) {
-  Host* const host = host_for("TVAL");
-  return host == nullptr ? nullptr : host->dialog_text(field);
+  return carry_out<char*>("TVAL", nullptr, [field](Host& host) { return host.dialog_text(field); });
 }
 
 int zel_dim_of_dyn_inp(const def_unittype* unit, int input, int reserved) {
-  Host* const host = host_for("zel_dim_of_dyn_inp");
-  return host == nullptr ? 0 : host->array_length(unit, input, reserved);
+  return carry_out("zel_dim_of_dyn_inp", 0,
+                   [&](Host& host) { return host.array_length(unit, input, reserved); });
 }
 
 int zel_reassign(const def_unittype* unit, int output, int reserved, int length, void* array) {
-  Host* const host = host_for("zel_reassign");
-  return host != nullptr && host->replace_array(unit, output, reserved, length, array) ? 0 : 1;
+  return carry_out("zel_reassign", 1, [&](Host& host) {
+    return host.replace_array(unit, output, reserved, length, array) ? 0 : 1;
+  });
 }

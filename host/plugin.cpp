@@ -4,6 +4,9 @@
 #include <link.h>
 
 #include <algorithm>
+#include <system_error>
+
+#include "host/text.h"
 
 namespace zelhost {
 namespace {
@@ -101,6 +104,12 @@ class Records {
   void* library_;
 };
 
+// As much of a name as an error shows, so that the reason behind it is seen.
+std::string cut(const std::filesystem::path& file) {
+  constexpr std::size_t kLongest = 1'000;
+  return on_one_line(file.string(), kLongest);
+}
+
 }  // namespace
 
 std::vector<std::string> Icon::presets() const {
@@ -130,17 +139,19 @@ std::filesystem::path find_plugin(const std::string& name, const std::filesystem
                                   const std::vector<std::filesystem::path>& folders) {
   std::filesystem::path file = name;
   if (file.extension() != ".so") file += ".so";
+  std::error_code error;
   if (name.find('/') != std::string::npos) {
     file = base / file;
-    if (!std::filesystem::exists(file)) throw PluginError(file.string() + ": no such file");
-    return file;
+    if (std::filesystem::exists(file, error)) return file;
+    throw PluginError(cut(file) + ": " + (error ? error.message() : "no such file"));
   }
   std::string places;
   for (const auto& folder : folders) {
-    if (std::filesystem::exists(folder / file)) return folder / file;
+    if (std::filesystem::exists(folder / file, error)) return folder / file;
     places += (places.empty() ? "" : ", ") + folder.string();
+    if (error) places += " (" + error.message() + ")";
   }
-  throw PluginError("no plug-in " + file.string() + " in " + places);
+  throw PluginError("no plug-in " + cut(file) + " in " + places);
 }
 
 }  // namespace zelhost

@@ -93,5 +93,14 @@ TEST_F(FindPlugin, SaysWhereItHasLooked) {
   EXPECT_EQ(error_of([&] { find("c/one"); }), folder_.path() + "/c/one.so: no such file");
 }
 
+TEST_F(FindPlugin, SaysThatANameIsTooLong) {
+  const std::string name(5'000, 'n');
+  const std::string shown = std::string(1'000, 'n') + "...";
+  EXPECT_EQ(error_of([&] { find(name); }), "no plug-in " + shown + " in " + folder_.path() +
+                                               "/a (File name too long), " + b_.string() +
+                                               " (File name too long)");
+  EXPECT_EQ(error_of([&] { find("/" + name); }), "/" + shown.substr(1) + ": File name too long");
+}
+
 }  // namespace
 }  // namespace zelhost

@@ -88,12 +88,11 @@ void Port::set(const PortValue& value) {
       set_floats(expect<std::vector<float>>(value, type_));
       break;
     case PortKind::kText:
-      if (std::holds_alternative<std::monostate>(value)) {
-        elements_.front().value = nullptr;
-      } else {
+      if (std::holds_alternative<std::monostate>(value))
+        text_.reset();
+      else
         text_ = expect<std::string>(value, type_);
-        elements_.front().value = text_.data();
-      }
+      restore_text();
       break;
     case PortKind::kFloatArray: {
       const auto& floats = expect<std::vector<float>>(value, type_);
@@ -114,6 +113,20 @@ void Port::set_floats(const std::vector<float>& floats) {
   }
   // In place: the record's elements lead to these.
   std::copy(floats.begin(), floats.end(), floats_.begin());
+}
+
+void Port::keep_text() {
+  if (type_.kind != PortKind::kText) return;
+  const auto* const text = static_cast<const char*>(elements_.front().value);
+  if (text == nullptr)
+    text_.reset();
+  else if (!text_ || text != text_->data())
+    text_ = std::string(text);
+  restore_text();
+}
+
+void Port::restore_text() {
+  if (type_.kind == PortKind::kText) elements_.front().value = text_ ? text_->data() : nullptr;
 }
 
 void Port::take(void* array, int length) {

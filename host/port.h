@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -64,6 +65,14 @@ class Port {
   /// @param length not negative.
   void take(void* array, int length);
 
+  /// Of a text: copies the one that the plug-in has left in the record. Nothing for the
+  /// other kinds.
+  void keep_text();
+
+  /// Of a text: puts the copy that was kept last back into the record, in the place of
+  /// one that may not live any more. Nothing for the other kinds.
+  void restore_text();
+
   [[nodiscard]] zel_port* record() { return &record_; }
 
  private:
@@ -71,7 +80,8 @@ class Port {
 
   PortType type_;
   std::vector<float> floats_;  // of kFloats
-  std::string text_;           // of kText
+  // Of kText: what the element leads to, unless a method is just publishing another.
+  std::optional<std::string> text_;
   // Of an array: frees the elements by their type.
   std::unique_ptr<void, void (*)(void*)> owned_;
   zel_dyn_array array_{nullptr};

@@ -63,6 +63,29 @@ TEST(Port, ShowsItsTextAsTheElementItself) {
   EXPECT_EQ(element(port).value, nullptr);
 }
 
+TEST(Port, KeepsACopyOfATextThatIsPublished) {
+  Port port(kText);
+  port.keep_text();
+  EXPECT_EQ(port.value(), PortValue());
+  char published[] = "first";
+  port.record()->elements[0].value = published;
+  port.keep_text();
+  published[0] = 'F';
+  EXPECT_EQ(port.value(), PortValue("first"));
+  port.keep_text();
+  EXPECT_EQ(port.value(), PortValue("first"));
+  // A part of the copy itself.
+  port.record()->elements[0].value = static_cast<char*>(element(port).value) + 2;
+  port.keep_text();
+  EXPECT_EQ(port.value(), PortValue("rst"));
+  port.record()->elements[0].value = published;
+  port.restore_text();
+  EXPECT_EQ(port.value(), PortValue("rst"));
+  port.record()->elements[0].value = nullptr;
+  port.keep_text();
+  EXPECT_EQ(port.value(), PortValue());
+}
+
 TEST(Port, ShowsAnArrayThroughItsRecord) {
   Port port(kIntegers);
   port.set(Integers{3, 1});

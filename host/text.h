@@ -21,4 +21,9 @@ constexpr std::string_view trimmed(std::string_view text) {
 /// A help text for people: "%n" becomes a line break, blanks around it go.
 std::string readable(std::string_view help);
 
+/// The text on one line, and without what would do something to a terminal: line
+/// breaks become blanks, other control characters and what is no UTF-8 become "?".
+/// @param longest how many bytes it may have; "..." stands for the rest.
+std::string on_one_line(std::string_view text, std::size_t longest = 10'000);
+
 }  // namespace zelhost

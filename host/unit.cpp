@@ -26,10 +26,7 @@ Unit::Unit(Unit* parent, const std::vector<PortType>& inputs, const std::vector<
       output_records_(records_of(outputs_)) {
   record_.inputs = input_records_.data();
   record_.outputs = output_records_.data();
-  if (parent != nullptr) {
-    record_.parent = parent->record();
-    parent->children_.push_back(this);
-  }
+  if (parent != nullptr) record_.parent = parent->record();
 }
 
 std::string Unit::qualified_name() const {

@@ -31,6 +31,9 @@ class Unit {
 
   [[nodiscard]] Unit* parent() const { return parent_; }
 
+  /// Enters a unit that was made below this one.
+  void add_child(Unit& child) { children_.push_back(&child); }
+
   /// In the order in which they were made; they belong to the host.
   [[nodiscard]] const std::vector<Unit*>& children() const { return children_; }
 

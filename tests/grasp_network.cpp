@@ -29,7 +29,8 @@ std::vector<double> numbers_in(const zelhost::Json& value) {
 
 std::vector<double> input(const zelhost::NetworkFile& file, const std::string& port) {
   for (const auto& each : file.inputs)
-    if (each.port == port) return numbers_in(each.value.value());
+    for (const auto& value : each.values)
+      if (value.port == port) return numbers_in(value.value.value());
   throw std::runtime_error("no input \"" + port + "\"");
 }
 

@@ -123,6 +123,13 @@ static inline void zel_set_float_out(const def_unittype* unit, int output, int e
   *(float*)unit->outputs[output].elements[element].value = value;
 }
 
+/* TAG_STRING outputs: NUL-terminated, or null for none. The text stays the plug-in's.
+ * The host copies it when the method has returned and before it calls the plug-in
+ * again: it must live until then, and so be no local variable of the method. */
+static inline void zel_set_text_out(const def_unittype* unit, int output, const char* text) {
+  unit->outputs[output].elements[0].value = (void*)text;
+}
+
 /* ---- Records: what a plug-in exports. The host only reads them. All texts are
  * NUL-terminated and, as the records, live as long as the library is loaded. */
 

@@ -4,7 +4,7 @@
 #ifndef ZEL_ZEL_HEADER_FACTS_H
 #define ZEL_ZEL_HEADER_FACTS_H
 
-/* NOLINTBEGIN(modernize-*): C reads this too. */
+/* NOLINTBEGIN(modernize-*,clang-diagnostic-zero-as-null-pointer-constant): C reads this too. */
 #include <stddef.h>
 
 typedef struct zel_fact {
@@ -87,7 +87,7 @@ static inline int method_of_the_facts(def_unittype* unit) {
 }
 
 /* A unit with inputs: two floats, a text, no text, an array of floats, one of
- * integers; and outputs: a float, two floats. */
+ * integers; and outputs: a float, two floats, a text. */
 static inline void add_accessor_facts(zel_facts* facts) {
   float in_floats[2] = {0.5F, -2.25F};
   char in_text[] = "text";
@@ -97,9 +97,9 @@ static inline void add_accessor_facts(zel_facts* facts) {
   zel_dyn_array floats;
   zel_dyn_array integers;
   zel_element in_elements[6];
-  zel_element out_elements[3];
+  zel_element out_elements[4];
   zel_port inputs[5];
-  zel_port outputs[2];
+  zel_port outputs[3];
   def_unittype parent = {NULL, NULL, NULL, NULL, NULL};
   def_unittype unit = {inputs, outputs, &parent, NULL, NULL};
   int i;
@@ -116,6 +116,8 @@ static inline void add_accessor_facts(zel_facts* facts) {
   for (i = 0; i < 3; ++i) out_elements[i].value = &out_floats[i];
   outputs[0].elements = &out_elements[0];
   outputs[1].elements = &out_elements[1];
+  out_elements[3].value = NULL;
+  outputs[2].elements = &out_elements[3];
 
   add_fact(facts, "zel_float_inp, element 0, in quarters", (int)(4 * zel_float_inp(&unit, 0, 0)),
            2);
@@ -141,6 +143,10 @@ static inline void add_accessor_facts(zel_facts* facts) {
   add_fact(facts, "zel_set_float_out elsewhere, in quarters", (int)(4 * out_floats[1]), 80);
   add_fact(facts, "zel_set_float_out, output 1, element 1, in quarters", (int)(4 * out_floats[2]),
            1);
+  zel_set_text_out(&unit, 2, in_text);
+  add_fact(facts, "zel_set_text_out", out_elements[3].value == in_text, 1);
+  zel_set_text_out(&unit, 2, NULL);
+  add_fact(facts, "zel_set_text_out of no text", out_elements[3].value == NULL, 1);
 }
 
 static inline zel_facts all_zel_facts(void) {

@@ -8,12 +8,14 @@
 
 #include "host/check/check_plugin.h"
 #include "host/command/standard_output.h"
+#include "host/text.h"
 
 namespace zelrun {
 namespace {
 
 using zelcheck::Result;
 using zelcheck::Verdict;
+using zelhost::on_one_line;
 
 std::string_view word(Verdict verdict) {
   switch (verdict) {
@@ -25,15 +27,6 @@ std::string_view word(Verdict verdict) {
       return "skipped  ";
   }
   return {};
-}
-
-// On one line, and without what would do something to a terminal: it is the plug-in's.
-std::string on_one_line(std::string_view text) {
-  constexpr std::size_t kLongest = 10'000;
-  std::string line(text.substr(0, kLongest));
-  for (char& c : line)
-    if (static_cast<unsigned char>(c) < ' ' || c == '\x7f') c = c == '\n' ? ' ' : '?';
-  return text.size() > kLongest ? line + "..." : line;
 }
 
 void print_output(std::string_view output, std::ostream& out) {

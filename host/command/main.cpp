@@ -5,11 +5,14 @@
 #include <system_error>
 
 #include "host/command/check.h"
+#include "host/command/interrupts.h"
 #include "host/command/list.h"
 #include "host/command/options.h"
 #include "host/command/run.h"
+#include "host/command/standard_output.h"
 #include "host/error.h"
 #include "host/plugin.h"
+#include "host/text.h"
 
 namespace {
 
@@ -37,7 +40,7 @@ fs::path find(const std::string& name, zelrun::Folders folders) {
 int carry_out(const zelrun::Options& options) {
   const zelrun::Folders folders = plugin_folders(options);
   if (const auto* const list = std::get_if<zelrun::ListOptions>(&options.what)) {
-    zelrun::list_plugin(zelhost::load_plugin(find(list->plugin, folders)), std::cout);
+    zelrun::list_plugin(zelhost::load_plugin(find(list->plugin, folders)), std::cout, std::cerr);
     return zelrun::kExitDone;
   }
   if (const auto* const run = std::get_if<zelrun::RunOptions>(&options.what))
@@ -47,7 +50,7 @@ int carry_out(const zelrun::Options& options) {
 }
 
 int fail(zelrun::ExitStatus status, const std::string& what) {
-  std::cerr << "zelrun: " << what << "\n";
+  std::cerr << "zelrun: " << zelhost::on_one_line(what) << "\n";
   return status;
 }
 
@@ -56,11 +59,14 @@ int fail(zelrun::ExitStatus status, const std::string& what) {
 int main(int argc, char** argv) {
   // Beyond the largest size of files a write fails, and is no end of the host.
   std::signal(SIGXFSZ, SIG_IGN);
+  zelrun::open_missing_descriptors();
   try {
     const zelrun::ParsedCommandLine parsed = zelrun::parse_command_line(argc, argv);
-    std::cout << parsed.output;
+    zelrun::print(std::cout, [&parsed](std::ostream& out) { out << parsed.output; });
     std::cerr << parsed.error;
     return parsed.options ? carry_out(*parsed.options) : parsed.status;
+  } catch (const zelrun::Interrupted& interrupted) {
+    zelrun::end_by(interrupted.signal);
   } catch (const zelhost::HostError& error) {
     return fail(zelrun::kExitFailed, std::string("error: ") + error.what());
   } catch (const std::system_error& error) {
@@ -69,5 +75,7 @@ int main(int argc, char** argv) {
     return fail(zelrun::kExitInternal, "out of memory");
   } catch (const std::exception& error) {
     return fail(zelrun::kExitInternal, std::string("internal error: ") + error.what());
+  } catch (...) {
+    return fail(zelrun::kExitInternal, "internal error");
   }
 }

@@ -34,10 +34,10 @@ ParsedCommandLine parse_command_line(int argc, const char* const* argv) {
       "internal error.");
 
   Options options;
-  const auto add_folders = [&options](CLI::App& command) {
+  const auto add_folders = [&options](CLI::App& command, const std::string& first) {
     command
         .add_option("-p,--plugins", options.plugin_folders,
-                    "Look for plug-ins in FOLDER first; may be given several times")
+                    "Look for plug-ins in FOLDER, after " + first + "; may be given several times")
         ->type_name("FOLDER")
         ->allow_extra_args(false);
   };
@@ -48,7 +48,7 @@ ParsedCommandLine parse_command_line(int argc, const char* const* argv) {
   list_command.add_option("PLUGIN", list.plugin, "Plug-in: a path, or a name to look for")
       ->required()
       ->type_name("");
-  add_folders(list_command);
+  add_folders(list_command, "the working folder");
 
   RunOptions run;
   CLI::App& run_command = *app.add_subcommand("run", "Run a network and print its outputs");
@@ -57,7 +57,7 @@ ParsedCommandLine parse_command_line(int argc, const char* const* argv) {
       .add_flag("--json", run.json,
                 "Print the outputs as JSON; what plug-ins print goes to standard error")
       ->disable_flag_override();
-  add_folders(run_command);
+  add_folders(run_command, "the network's folder");
 
   CheckOptions check;
   CLI::App& check_command =
@@ -69,7 +69,7 @@ ParsedCommandLine parse_command_line(int argc, const char* const* argv) {
       ->capture_default_str()
       ->type_name("SECONDS")
       ->check(is_time_limit);
-  add_folders(check_command);
+  add_folders(check_command, "the working folder");
 
   ParsedCommandLine parsed;
   try {

@@ -100,20 +100,21 @@ TEST(CommandLine, Helps) {
 }
 
 TEST(CommandLine, HelpsWithRun) {
-  EXPECT_EQ(parse({"run", "--help"}).output,
-            "Run a network and print its outputs\n"
-            "Usage: zelrun run [OPTIONS] NETWORK\n"
-            "\n"
-            "Positionals:\n"
-            "  NETWORK REQUIRED            Network file\n"
-            "\n"
-            "Options:\n"
-            "  -h,--help                   Print this help message and exit\n"
-            "  --json                      Print the outputs as JSON; what plug-ins print goes to "
-            "standard error\n"
-            "  -p,--plugins FOLDER ...     Look for plug-ins in FOLDER first; may be given several "
-            "times\n" +
-                kFooter);
+  EXPECT_EQ(
+      parse({"run", "--help"}).output,
+      "Run a network and print its outputs\n"
+      "Usage: zelrun run [OPTIONS] NETWORK\n"
+      "\n"
+      "Positionals:\n"
+      "  NETWORK REQUIRED            Network file\n"
+      "\n"
+      "Options:\n"
+      "  -h,--help                   Print this help message and exit\n"
+      "  --json                      Print the outputs as JSON; what plug-ins print goes to "
+      "standard error\n"
+      "  -p,--plugins FOLDER ...     Look for plug-ins in FOLDER, after the network's folder; "
+      "may be given several times\n" +
+          kFooter);
 }
 
 TEST(CommandLine, TellsItsVersion) {

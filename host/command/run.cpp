@@ -5,33 +5,44 @@
 #include <charconv>
 #include <chrono>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
 
+#include "host/command/interrupts.h"
 #include "host/command/progress.h"
+#include "host/command/reports.h"
 #include "host/command/standard_output.h"
 #include "host/host.h"
 #include "host/literal.h"
 #include "host/network.h"
+#include "host/text.h"
 
 namespace zelrun {
 namespace {
 
 using zelhost::Json;
+using zelhost::on_one_line;
 using zelhost::Step;
 
 // A table shows the first of many elements, JSON shows all.
 constexpr std::size_t kShownElements = 12;
+// A longer name is cut: it widens the column of all.
+constexpr std::size_t kLongestLabel = 200;
 constexpr std::string_view kIndent = "  ";
 
 std::string heading(const Step& step) {
-  return step.instance + "  " + step.method.name;
+  return on_one_line(step.instance + "  " + step.method.name, kLongestLabel);
 }
 
 std::string port_text(const Step& step, std::size_t output) {
   const auto text = step.method.text.outputs.find(static_cast<int>(output));
   return text == step.method.text.outputs.end() ? "output " + std::to_string(output) : text->second;
+}
+
+std::string label_of(const Step& step, std::size_t output) {
+  return std::string(kIndent) + on_one_line(port_text(step, output), kLongestLabel);
 }
 
 // In milliseconds, with one decimal.
@@ -52,13 +63,13 @@ std::size_t widest_label(const std::vector<Step>& steps) {
   for (const Step& step : steps) {
     width = std::max(width, heading(step).size());
     for (std::size_t i = 0; i < step.method.unit->outputs().size(); ++i)
-      width = std::max(width, kIndent.size() + port_text(step, i).size());
+      width = std::max(width, label_of(step, i).size());
   }
   return width;
 }
 
 std::string shown(const Json& value) {
-  if (value.is_string()) return value.get<std::string>();
+  if (value.is_string()) return on_one_line(value.get_ref<const std::string&>());
   if (value.is_number_float()) {
     std::array<char, 32> digits;
     return {digits.data(),
@@ -77,7 +88,8 @@ class Table {
   explicit Table(std::ostream& out) : out_(out) {}
 
   void begin(const std::string& title, const std::vector<Step>& steps) {
-    if (!title.empty()) print(out_, [&title](std::ostream& out) { out << title << "\n"; });
+    if (!title.empty())
+      print(out_, [&title](std::ostream& out) { out << on_one_line(title) << "\n"; });
     label_width_ = widest_label(steps);
   }
 
@@ -86,7 +98,7 @@ class Table {
       out << "\n" << in_column(heading(step), label_width_) << in_milliseconds(seconds) << " ms\n";
       const auto& outputs = step.method.unit->outputs();
       for (std::size_t i = 0; i < outputs.size(); ++i) {
-        out << in_column(std::string(kIndent) + port_text(step, i), label_width_)
+        out << in_column(label_of(step, i), label_width_)
             << shown(to_json(outputs[i].value(), outputs[i].type())) << "\n";
       }
     });
@@ -132,45 +144,56 @@ class Document {
   Json document_;
 };
 
-void say_reports(zelhost::Host& host, std::ostream& err) {
-  for (const auto& report : host.take_reports()) {
-    err << (report.kind == zelhost::Report::Kind::kError ? "zelrun: error reported by "
-                                                         : "zelrun: warning: plug-in misuses ")
-        << report.text << "\n";
-  }
-  err.flush();
+zelhost::Network load(zelhost::Host& host, const zelhost::NetworkFile& file,
+                      const Folders& plugin_folders, std::ostream& err) {
+  const ReportsSaid reports(host, err);
+  return {host, file, plugin_folders};
 }
 
+// Fires a step, with a line on the terminal that says so. @return why it failed;
+// nothing if it did its work.
+std::optional<std::string> fire(zelhost::Network& network, std::size_t index) {
+  const auto& steps = network.steps();
+  const Step& step = steps[index];
+  try {
+    const Progress progress("[" + std::to_string(index + 1) + "/" + std::to_string(steps.size()) +
+                            "] " + heading(step));
+    network.fire(step);
+    return {};
+  } catch (const zelhost::MethodError& error) {
+    return error.what();
+  }
+}
+
+// @throws Interrupted, with the document or the table ended.
 template <class Printer>
 ExitStatus run_with(Printer& printer, const RunOptions& options, const Folders& plugin_folders,
                     std::ostream& err) {
   const zelhost::NetworkFile file = zelhost::read_network(options.network);
+  const InterruptWatch interrupts;
   zelhost::Host host;
-  zelhost::Network network(host, file, plugin_folders);
-  say_reports(host, err);
+  zelhost::Network network = load(host, file, plugin_folders, err);
 
   printer.begin(file.title, network.steps());
-  ExitStatus status = kExitDone;
-  for (std::size_t i = 0; i < network.steps().size() && status == kExitDone; ++i) {
-    const Step& step = network.steps()[i];
+  std::optional<std::string> error;
+  int signal = interrupts.noticed();
+  for (std::size_t i = 0; i < network.steps().size() && !error && signal == 0; ++i) {
     const auto start = std::chrono::steady_clock::now();
-    try {
-      const Progress progress("[" + std::to_string(i + 1) + "/" +
-                              std::to_string(network.steps().size()) + "] " + heading(step));
-      network.fire(step);
-    } catch (const zelhost::MethodError& error) {
-      const std::string what =
-          options.network.string() + ": /order/" + std::to_string(i) + ": " + error.what();
-      err << "zelrun: error: " << what << "\n";
-      printer.error(what);
-      status = kExitFailed;
-    }
+    error = fire(network, i);
     const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
+    signal = interrupts.noticed();
+    if (signal != 0) error = heading(network.steps()[i]) + ": interrupted";
+    if (error) {
+      error = options.network.string() + ": /order/" + std::to_string(i) + ": " + *error;
+      err << "zelrun: error: " << on_one_line(*error) << "\n";
+      printer.error(*error);
+    }
     say_reports(host, err);
-    if (status == kExitDone) printer.firing(step, time.count());
+    if (!error) printer.firing(network.steps()[i], time.count());
   }
   printer.end();
-  return status;
+  if (signal != 0) throw Interrupted{signal};
+  return error ? kExitFailed : kExitDone;
 }
 
 }  // namespace

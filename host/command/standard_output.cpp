@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <iostream>
 #include <system_error>
 
@@ -13,6 +12,17 @@ namespace {
 
 [[noreturn]] void fail() {
   throw std::system_error(errno == 0 ? EIO : errno, std::generic_category(), "standard output");
+}
+
+// The lowest descriptor that is none of the standard ones.
+constexpr int kFirstFree = 3;
+
+void open_if_closed(int descriptor) {
+  if (fcntl(descriptor, F_GETFD) >= 0) return;
+  const int nothing = open("/dev/null", O_RDWR);
+  if (nothing < 0 || nothing == descriptor) return;
+  dup2(nothing, descriptor);
+  close(nothing);
 }
 
 }  // namespace
@@ -25,18 +35,20 @@ void print(std::ostream& out, const std::function<void(std::ostream&)>& write) {
   if (!out) fail();
 }
 
+void open_missing_descriptors() {
+  open_if_closed(STDIN_FILENO);
+  open_if_closed(STDERR_FILENO);
+}
+
 ReservedOutput::ReservedOutput() {
   std::cout.flush();
   // Programs that plug-ins start must not inherit it.
-  reserved_ = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0);
+  reserved_ = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, kFirstFree);
   if (reserved_ < 0) fail();
   if (dup2(STDERR_FILENO, STDOUT_FILENO) < 0) fail();
 }
 
 ReservedOutput::~ReservedOutput() {
-  std::cout.flush();
-  std::fflush(stdout);
-  dup2(reserved_, STDOUT_FILENO);
   close(reserved_);
 }
 

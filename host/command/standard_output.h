@@ -13,8 +13,14 @@ namespace zelrun {
 /// @throws std::system_error if the stream fails.
 void print(std::ostream& out, const std::function<void(std::ostream&)>& write);
 
-/// While it lives, whatever plug-ins and the programs they start print to standard
-/// output goes to standard error; write() still reaches standard output.
+/// Takes the place of descriptors 0 and 2 where they are closed, so that no file of
+/// ours or of a plug-in becomes standard input or standard error. A standard output
+/// that is closed stays so: it fails when it is written.
+void open_missing_descriptors();
+
+/// From now on, and until the process ends, whatever plug-ins and the programs they
+/// start print to standard output goes to standard error: a plug-in may print as late
+/// as when it is unloaded. write() still reaches standard output.
 class ReservedOutput {
  public:
   /// @throws std::system_error if descriptors cannot be duplicated.

@@ -1,10 +1,13 @@
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <exception>
 #include <new>
+#include <string>
 
 #include "solver/command/options.h"
 #include "solver/command/run.h"
@@ -19,6 +22,13 @@ void report_exit_inside_engine() {
   ::_exit(sdpsol::kExitInternal);
 }
 
+bool print(const std::string& text) {
+  errno = 0;
+  if (std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0) return true;
+  std::fprintf(stderr, "sdpsol: cannot write standard output: %s\n", std::strerror(errno));
+  return false;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -27,9 +37,8 @@ int main(int argc, char** argv) {
   std::signal(SIGXFSZ, SIG_IGN);
   try {
     const sdpsol::ParsedCommandLine parsed = sdpsol::parse_command_line(argc, argv);
-    std::fputs(parsed.output.c_str(), stdout);
     std::fputs(parsed.error.c_str(), stderr);
-    if (!parsed.options) return parsed.status;
+    if (!parsed.options) return print(parsed.output) ? parsed.status : sdpsol::kExitFile;
     return sdpsol::run(*parsed.options);
   } catch (const std::bad_alloc&) {
     std::fputs("sdpsol: out of memory\n", stderr);

@@ -109,6 +109,12 @@ TEST(Status, Is3ForFilesThatCannotBeReadOrWritten) {
   const Ended closed = run_line(folder, "$S in >&-");
   EXPECT_EQ(closed.status, 3);
   EXPECT_EQ(closed.error, "sdpsol: cannot write standard output: Bad file descriptor\n");
+  for (const char* const asked : {"--help", "--version"}) {
+    const Ended unheard = run_line(folder, std::string("$S ") + asked + " >/dev/full");
+    EXPECT_EQ(unheard.status, 3) << asked;
+    EXPECT_EQ(unheard.error, full.error) << asked;
+    EXPECT_EQ(run_line(folder, std::string("$S ") + asked + " >&-").error, closed.error) << asked;
+  }
   const Ended limited = run_line(folder, "{ (ulimit -f 0; $S -o out in; echo $?) 2>&1; } | cat");
   EXPECT_EQ(limited.output, "sdpsol: cannot write 'out': File too large\n3\n");
   EXPECT_EQ(folder.names(), Names({"in"}));

@@ -4,14 +4,19 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
+#include <csignal>
+#include <filesystem>
 #include <regex>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 #include "tests/host/run_zelrun.h"
 
 namespace {
 
+using test_support::content_of;
 using zelrun_test::Ended;
 using zelrun_test::Json;
 using zelrun_test::kResult;
@@ -42,6 +47,16 @@ TEST_F(Zelrun, PrintsATableOfOutputs) {
             "  error code               0\n"
             "\n"
             "a  General:Set_Definition  T ms\n");
+}
+
+TEST_F(Zelrun, PrintsATitleThatDoesNothingToATerminal) {
+  answer(kResult);
+  network(R"(["General:Run_Sdpsol"])");
+  Json json = Json::parse(content_of(folder_.path("network.json")));
+  json["title"] = "red: \033[31m";
+  folder_.file("network.json", json.dump());
+  EXPECT_EQ(run_line("$Z run network.json").output.find("red: ?[31m\n"), 0U);
+  EXPECT_EQ(Json::parse(run_line("$Z run --json network.json").output)["title"], json["title"]);
 }
 
 TEST_F(Zelrun, CutsLongListsInTheTableOnly) {
@@ -119,6 +134,27 @@ TEST_F(Zelrun, EndsAtTheMethodThatThrows) {
             0U);
 }
 
+TEST_F(Zelrun, PrintsAllAsJsonWhereOtherDescriptorsAreClosed) {
+  solver("echo from the solver; echo and its errors >&2; exit 1\n");
+  network(R"(["General:Run_Sdpsol"])");
+  for (const char* const closed : {"2>&-", "<&-", "<&- 2>&-"}) {
+    const Ended ended = run_line(std::string("$Z run --json network.json ") + closed);
+    EXPECT_EQ(ended.status, 0) << closed;
+    EXPECT_TRUE(Json::accept(ended.output)) << closed << ": " << ended.output;
+  }
+}
+
+TEST_F(Zelrun, SaysThatStandardOutputIsClosed) {
+  answer(kResult);
+  network(R"(["General:Run_Sdpsol"])");
+  for (const char* const line : {"$Z run network.json >&-", "$Z run --json network.json >&-",
+                                 "$Z list sdpsol >&-", "$Z --version >&-"}) {
+    const Ended ended = run_line(line);
+    EXPECT_EQ(ended.status, 3) << line;
+    EXPECT_EQ(ended.error, "zelrun: error: standard output: Bad file descriptor\n") << line;
+  }
+}
+
 TEST_F(Zelrun, SaysWhatIsWrongWithANetwork) {
   network(R"(["General:Nothing"])");
   const Ended ended = run_line("$Z run network.json");
@@ -128,6 +164,16 @@ TEST_F(Zelrun, SaysWhatIsWrongWithANetwork) {
       ended.error.find("zelrun: error: network.json: /order/0: \"a\" has no method \"General:N"),
       0U)
       << ended.error;
+}
+
+TEST_F(Zelrun, TakesTenThousandKeysAndNoMore) {
+  std::string keys = "\"k0\": 0";
+  for (int i = 1; i < 20'000; ++i) keys += ", \"k" + std::to_string(i) + "\": 0";
+  folder_.file("keys.json", R"({"instances": {"a": {)" + keys + "}}}");
+  const Ended ended = run_line("$Z run keys.json");
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_EQ(ended.error,
+            "zelrun: error: keys.json: /instances/a/k10000: an object can have 10000 keys\n");
 }
 
 TEST_F(Zelrun, SaysWhichFileCannotBeRead) {
@@ -144,7 +190,8 @@ TEST_F(Zelrun, SaysThatItsOutputCannotBeWritten) {
   network(R"(["General:Run_Sdpsol"])");
   for (const char* const line :
        {"$Z run network.json >/dev/full", "$Z run --json network.json >/dev/full",
-        "$Z list sdpsol >/dev/full"}) {
+        "$Z list sdpsol >/dev/full", "$Z --help >/dev/full", "$Z run --help >/dev/full",
+        "$Z --version >/dev/full"}) {
     const Ended ended = run_line(line);
     EXPECT_EQ(ended.status, 3) << line;
     EXPECT_EQ(ended.error, "zelrun: error: standard output: No space left on device\n") << line;
@@ -188,35 +235,90 @@ TEST_F(Zelrun, ListsThePlugin) {
             std::string::npos);
 }
 
-// What a program writes to a terminal until it ends.
-std::string on_a_terminal(const std::string& line) {
-  int master = -1;
-  const pid_t child = forkpty(&master, nullptr, nullptr, nullptr);
-  if (child < 0) throw std::runtime_error("no terminal");
-  if (child == 0) {
+// A program with a terminal of its own, of whose job it is.
+class OnATerminal {
+ public:
+  explicit OnATerminal(const std::string& line) {
+    child_ = forkpty(&master_, nullptr, nullptr, nullptr);
+    if (child_ < 0) throw std::runtime_error("no terminal");
+    if (child_ > 0) return;
     execl("/bin/sh", "sh", "-c", line.c_str(), static_cast<char*>(nullptr));
     _exit(127);
   }
-  std::string text;
-  char block[256];
-  // The master side fails with EIO once the child has closed its side.
-  for (ssize_t got = 0; (got = read(master, block, sizeof block)) > 0;)
-    text.append(block, static_cast<std::size_t>(got));
-  close(master);
-  int status = 0;
-  waitpid(child, &status, 0);
-  return text;
-}
+  ~OnATerminal() { close(master_); }
+  OnATerminal(const OnATerminal&) = delete;
+  OnATerminal& operator=(const OnATerminal&) = delete;
+
+  void type(char key) const {
+    if (write(master_, &key, 1) != 1) throw std::runtime_error("nobody takes the key");
+  }
+
+  // What the program writes until it ends.
+  std::string until_the_end() {
+    std::string text;
+    char block[256];
+    // The master side fails with EIO once the child has closed its side.
+    for (ssize_t got = 0; (got = read(master_, block, sizeof block)) > 0;)
+      text.append(block, static_cast<std::size_t>(got));
+    waitpid(child_, &status_, 0);
+    return text;
+  }
+
+  // Of the program that has ended, as waitpid tells it.
+  int status() const { return status_; }
+
+ private:
+  int master_ = -1;
+  pid_t child_ = -1;
+  int status_ = -1;
+};
 
 TEST_F(Zelrun, CountsTheSecondsOfALongRunOnATerminal) {
   answer(kResult);
   solver("sleep 1.5; cp answer \"$3\"\n");
   network(R"(["General:Get_Default_Params", "General:Run_Sdpsol"])");
   const std::string text =
-      on_a_terminal("cd " + folder_.path() + " && " + kZelrun + " run network.json");
+      OnATerminal("cd " + folder_.path() + " && " + kZelrun + " run network.json").until_the_end();
   EXPECT_NE(text.find("\r[2/2] a  General:Run_Sdpsol  1.1 s "), std::string::npos) << text;
   EXPECT_NE(text.find("\r\033[K"), std::string::npos);
   EXPECT_EQ(text.find("[1/2]"), std::string::npos);
+}
+
+class Interrupt : public Zelrun {
+ protected:
+  // Runs the network with the options given, and interrupts it with a key as soon as
+  // its solver runs, which it does twice.
+  std::string interrupt(const std::string& options, char key, int signal) {
+    std::filesystem::remove(folder_.path("started"));
+    solver("echo started >>started; exec sleep 100\n");
+    network(R"(["General:Get_Default_Params", "General:Run_Sdpsol", "General:Run_Sdpsol"])");
+    OnATerminal terminal("ulimit -c 0; cd " + folder_.path() + " && exec " + kZelrun +
+                         " run network.json " + options);
+    while (!folder_.exists("started") || content_of(folder_.path("started")).empty())
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    terminal.type(key);
+    std::string text = terminal.until_the_end();
+    EXPECT_TRUE(WIFSIGNALED(terminal.status())) << terminal.status() << ": " << text;
+    EXPECT_EQ(WTERMSIG(terminal.status()), signal);
+    EXPECT_EQ(content_of(folder_.path("started")), "started\n");
+    return text;
+  }
+};
+
+const std::string kInterrupted = "network.json: /order/1: a  General:Run_Sdpsol: interrupted";
+
+TEST_F(Interrupt, EndsTheNetworkAndNotOnlyTheSolver) {
+  const std::string text = interrupt("", '\003', SIGINT);
+  EXPECT_NE(text.find("zelrun: error: " + kInterrupted), std::string::npos) << text;
+  EXPECT_NE(text.find("General:Get_Default_Params"), std::string::npos) << text;
+  interrupt("", '\034', SIGQUIT);
+}
+
+TEST_F(Interrupt, LeavesADocumentOfWhatWasDone) {
+  interrupt("--json >document", '\003', SIGINT);
+  const Json json = Json::parse(content_of(folder_.path("document")));
+  EXPECT_EQ(json["firings"].size(), 1U);
+  EXPECT_EQ(json["error"], kInterrupted);
 }
 
 }  // namespace
