@@ -158,6 +158,6 @@ static inline zel_facts all_zel_facts(void) {
   return facts;
 }
 
-/* NOLINTEND(modernize-*) */
+/* NOLINTEND(modernize-*,clang-diagnostic-zero-as-null-pointer-constant) */
 
 #endif
