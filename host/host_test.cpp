@@ -306,7 +306,7 @@ TEST_F(HostTest, SaysWhatACreateThrew) {
   };
   EXPECT_EQ(error([](def_unittype*) -> def_unittype* { throw std::runtime_error("no"); }),
             "icon test: create threw: no");
-  EXPECT_EQ(error([](def_unittype* parent) -> def_unittype* {
+  EXPECT_EQ(error([](def_unittype*) -> def_unittype* {
               error_msg(30, "test", 1, 0);
               throw 7;
             }),

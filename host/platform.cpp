@@ -102,10 +102,16 @@ void zelhost::set_current_host(Host* host) {
 }
 
 def_unittype* primitive_unit(int tag, ...) {
+  Host* const host = the_host;
+  if (host == nullptr) return nullptr;
   std::va_list arguments;
   va_start(arguments, tag);
-  def_unittype* const unit = carry_out<def_unittype*>(
-      "primitive_unit", nullptr, [&](Host& host) { return make_unit(host, tag, arguments); });
+  def_unittype* unit = nullptr;
+  try {
+    if (host->admits("primitive_unit")) unit = make_unit(*host, tag, arguments);
+  } catch (const std::bad_alloc&) {
+    host->refuse_without_memory("primitive_unit");
+  }
   va_end(arguments);
   return unit;
 }

@@ -192,7 +192,7 @@ enum {
 /* Makes a unit below a parent. The arguments are one descriptor per port, then
  * TAG_END and the parent (def_unittype*). A descriptor is three arguments:
  *   TAG_INP or TAG_OUT,
- *   TAG_FLOAT, int count          count floats, 0 at first; count > 0
+ *   TAG_FLOAT, int count          count floats, 0 at first; 1 to 1000000
  *   TAG_STRING, 1                 a text, null at first
  *   TAG_DYN, const char* "F"      an array of floats, or "I": of 32-bit integers;
  *                                 empty at first
