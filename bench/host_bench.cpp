@@ -1,11 +1,12 @@
-// What the host adds to the driver: firing a method against running the driver
-// directly on the same definition, and loading the plug-in with its tree against
-// loading an empty library.
+// What the host adds to the driver: firing a method, alone and in a whole run of the
+// command zelrun, against running the driver directly on the same definition; and
+// loading the plug-in with its tree against loading an empty library.
 //
-// Goals: "ratio" of firing 1.1; "beyond" of loading 1 ms.
+// Goals: "ratio" of firing and of the command 1.1; "beyond" of loading 1 ms.
 #include <benchmark/benchmark.h>
 #include <dlfcn.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -24,6 +25,9 @@ namespace fs = std::filesystem;
 using test_support::TestFolder;
 using Json = nlohmann::json;
 
+// As the shell takes it, whatever the folder of the build is called.
+const std::string kSolver = "'" SDPSOL_COMMAND "'";
+
 constexpr int kFirings = 1000;
 
 // A network that asks the same question again and again.
@@ -31,7 +35,7 @@ zelhost::NetworkFile thousand_firings(const TestFolder& folder, const bench::Gra
   const Json instance = {{"plugin", PLUGIN},
                          {"icon", "sdpsol"},
                          {"dialog",
-                          {{"sdpsol command", SDPSOL_COMMAND},
+                          {{"sdpsol command", kSolver},
                            {"definition file", folder.path("network.in")},
                            {"result file", folder.path("network.out")}}}};
   const Json inputs = {{"instance", "four"},
@@ -53,7 +57,7 @@ void fire(benchmark::State& state) {
   const bench::Grasp grasp = bench::four_contacts();
   zelhost::Host host;
   zelhost::Network network(host, thousand_firings(folder, grasp), {});
-  sdpsol_wrapper direct(SDPSOL_COMMAND, folder.path("direct.in"), folder.path("direct.out"));
+  sdpsol_wrapper direct(kSolver, folder.path("direct.in"), folder.path("direct.out"));
   direct.internalForceExists(grasp.base, grasp.types, grasp.friction, grasp.bounds);
 
   auto step = network.steps().begin();
@@ -67,6 +71,25 @@ void fire(benchmark::State& state) {
   if (test_support::content_of(direct.definitionFile) !=
       test_support::content_of(folder.path("network.in")))
     state.SkipWithError("the two ask different questions");
+}
+
+// From starting zelrun to its end, with all that it prints.
+void command(benchmark::State& state) {
+  const TestFolder folder;
+  const bench::Grasp grasp = bench::four_contacts();
+  const auto network = thousand_firings(folder, grasp);
+  sdpsol_wrapper direct(kSolver, folder.path("direct.in"), folder.path("direct.out"));
+  direct.internalForceExists(grasp.base, grasp.types, grasp.friction, grasp.bounds);
+  const std::string line =
+      "'" ZELRUN "' run " + network.path.string() + " >" + folder.path("printed");
+
+  bool failed = false;
+  bench::compare(
+      state, bench::wall_seconds, [&] { failed = std::system(line.c_str()) != 0 || failed; },
+      [&] {
+        for (int i = 0; i < kFirings; ++i) failed = direct.run() != 0 || failed;
+      });
+  if (failed) state.SkipWithError("a run failed");
 }
 
 // A library is loaded once, so each round loads a copy of its own.
@@ -98,6 +121,7 @@ void load(benchmark::State& state) {
 }
 
 BENCHMARK(fire)->UseManualTime()->Iterations(kFirings)->Unit(benchmark::kMillisecond);
+BENCHMARK(command)->UseManualTime()->Iterations(5)->Unit(benchmark::kMillisecond);
 BENCHMARK(load)->UseManualTime()->Iterations(200)->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -26,7 +26,8 @@ struct Case {
   std::function<void(sdpsol_wrapper&, const Grasp&)> ask;
   bool failed = false;
   test_support::TestFolder folder = {};
-  sdpsol_wrapper solver = {SDPSOL_COMMAND, folder.path("definition"), folder.path("result")};
+  sdpsol_wrapper solver = {"'" SDPSOL_COMMAND "'", folder.path("definition"),
+                           folder.path("result")};
 };
 
 void solve(benchmark::State& state, Case& run) {
