@@ -4,8 +4,14 @@
 #ifndef ZEL_ZEL_HEADER_FACTS_H
 #define ZEL_ZEL_HEADER_FACTS_H
 
-/* NOLINTBEGIN(modernize-*,clang-diagnostic-zero-as-null-pointer-constant): C reads this too. */
+/* NOLINTBEGIN(modernize-*): C reads this too. */
 #include <stddef.h>
+
+#ifdef __cplusplus
+#define kNull nullptr
+#else
+#define kNull NULL
+#endif
 
 typedef struct zel_fact {
   const char* what;
@@ -83,7 +89,7 @@ static inline void add_layout_facts(zel_facts* facts) {
 }
 
 static inline int method_of_the_facts(def_unittype* unit) {
-  return unit != NULL;
+  return unit != kNull;
 }
 
 /* A unit with inputs: two floats, a text, no text, an array of floats, one of
@@ -100,15 +106,15 @@ static inline void add_accessor_facts(zel_facts* facts) {
   zel_element out_elements[4];
   zel_port inputs[5];
   zel_port outputs[3];
-  def_unittype parent = {NULL, NULL, NULL, NULL, NULL};
-  def_unittype unit = {inputs, outputs, &parent, NULL, NULL};
+  def_unittype parent = {kNull, kNull, kNull, kNull, kNull};
+  def_unittype unit = {inputs, outputs, &parent, kNull, kNull};
   int i;
   floats.data = in_array;
   integers.data = in_integers;
   in_elements[0].value = &in_floats[0];
   in_elements[1].value = &in_floats[1];
   in_elements[2].value = in_text;
-  in_elements[3].value = NULL;
+  in_elements[3].value = kNull;
   in_elements[4].value = &floats;
   in_elements[5].value = &integers;
   inputs[0].elements = &in_elements[0];
@@ -116,7 +122,7 @@ static inline void add_accessor_facts(zel_facts* facts) {
   for (i = 0; i < 3; ++i) out_elements[i].value = &out_floats[i];
   outputs[0].elements = &out_elements[0];
   outputs[1].elements = &out_elements[1];
-  out_elements[3].value = NULL;
+  out_elements[3].value = kNull;
   outputs[2].elements = &out_elements[3];
 
   add_fact(facts, "zel_float_inp, element 0, in quarters", (int)(4 * zel_float_inp(&unit, 0, 0)),
@@ -124,16 +130,16 @@ static inline void add_accessor_facts(zel_facts* facts) {
   add_fact(facts, "zel_float_inp, element 1, in quarters", (int)(4 * zel_float_inp(&unit, 0, 1)),
            -9);
   add_fact(facts, "zel_text_inp", zel_text_inp(&unit, 1) == in_text, 1);
-  add_fact(facts, "zel_text_inp of no text", zel_text_inp(&unit, 2) == NULL, 1);
+  add_fact(facts, "zel_text_inp of no text", zel_text_inp(&unit, 2) == kNull, 1);
   add_fact(facts, "zel_floats_inp", zel_floats_inp(&unit, 3) == in_array, 1);
   add_fact(facts, "zel_integers_inp", zel_integers_inp(&unit, 4) == in_integers, 1);
   add_fact(facts, "zel_integers_inp, element 1", zel_integers_inp(&unit, 4)[1], INT32_MAX);
   add_fact(facts, "zel_parent", zel_parent(&unit) == &parent, 1);
-  add_fact(facts, "zel_user before", zel_user(&unit) == NULL, 1);
+  add_fact(facts, "zel_user before", zel_user(&unit) == kNull, 1);
   zel_set_user(&unit, in_text);
   add_fact(facts, "zel_user", zel_user(&unit) == in_text, 1);
   add_fact(facts, "zel_set_user", unit.user == in_text, 1);
-  add_fact(facts, "zel_set_user leaves the parent's", parent.user == NULL, 1);
+  add_fact(facts, "zel_set_user leaves the parent's", parent.user == kNull, 1);
   zel_set_method(&unit, method_of_the_facts);
   add_fact(facts, "zel_set_method", unit.method == method_of_the_facts, 1);
   add_fact(facts, "method", unit.method(&unit), 1);
@@ -145,8 +151,8 @@ static inline void add_accessor_facts(zel_facts* facts) {
            1);
   zel_set_text_out(&unit, 2, in_text);
   add_fact(facts, "zel_set_text_out", out_elements[3].value == in_text, 1);
-  zel_set_text_out(&unit, 2, NULL);
-  add_fact(facts, "zel_set_text_out of no text", out_elements[3].value == NULL, 1);
+  zel_set_text_out(&unit, 2, kNull);
+  add_fact(facts, "zel_set_text_out of no text", out_elements[3].value == kNull, 1);
 }
 
 static inline zel_facts all_zel_facts(void) {
@@ -158,6 +164,6 @@ static inline zel_facts all_zel_facts(void) {
   return facts;
 }
 
-/* NOLINTEND(modernize-*,clang-diagnostic-zero-as-null-pointer-constant) */
+/* NOLINTEND(modernize-*) */
 
 #endif
