@@ -80,6 +80,8 @@ PointResult check_matrix_without_room(const Block& block, const std::vector<doub
 bool in_box(const Problem& problem, const std::vector<double>& point,
             const std::vector<double>& distance) {
   for (std::size_t k = 0; k < point.size(); ++k) {
+    if (!std::isfinite(point[k])) return false;
+    if (!problem.boxed) continue;
     const double reach = distance.empty() ? 0.0 : distance[k];
     if (!(std::fabs(point[k]) <= problem.big_m)) return false;
     // The sum rounds: an exact solution may be beyond although it seems to be at the border.

@@ -180,5 +180,13 @@ TEST(CheckPoint, FalseConstantsAreNoEquationsToMoveOnto) {
             PointResult::kNotProven);
 }
 
+TEST(CheckPoint, WithoutABoxAnyFinitePointWillDo) {
+  Problem problem = ProblemBuilder(1).row(kNonStrict, {-1e6, {{0, 1}}}).build();
+  EXPECT_EQ(check_point(problem, {2e6}).result, PointResult::kNotProven);
+  problem.boxed = false;
+  EXPECT_EQ(check_point(problem, {2e6}).result, PointResult::kProven);
+  EXPECT_EQ(check_point(problem, {HUGE_VAL}).result, PointResult::kNotProven);
+}
+
 }  // namespace
 }  // namespace sdpsol

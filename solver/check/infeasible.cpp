@@ -14,7 +14,9 @@ constexpr double kBoxShare = 1e-6;
 
 double box_charge(const Problem& problem, const Balance& balance) {
   const std::vector<double> rests = balance.rests();
-  return problem.big_m * std::accumulate(rests.begin(), rests.end(), 0.0) * (1 + 1e-12);
+  const double total = std::accumulate(rests.begin(), rests.end(), 0.0);
+  if (!problem.boxed) return total == 0 ? 0 : std::numeric_limits<double>::infinity();
+  return problem.big_m * total * (1 + 1e-12);
 }
 
 bool is_empty_in_box(const Problem& problem, const Balance& balance) {

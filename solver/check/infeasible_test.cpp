@@ -181,6 +181,22 @@ TEST(Disprove, ASmallMultiplierDoesNotHideItsRest) {
   }
 }
 
+TEST(Disprove, WithoutABoxNothingIsChargedToIt) {
+  // x >= 20000: contradictory in the box, and only there
+  Problem problem = ProblemBuilder(1).row(kNonStrict, {-20000, {{0, 1}}}).build();
+  EXPECT_EQ(disprove(problem, {on_row(0, 1)}), Disproof::kEmptyBox);
+  problem.boxed = false;
+  EXPECT_EQ(disprove(problem, {on_row(0, 1)}), Disproof::kNone);
+}
+
+TEST(ProvenBound, WithoutABoxOnlyAnExactBalanceProvesOne) {
+  // maximise x with x <= 3
+  Problem problem = ProblemBuilder(1).row(kNonStrict, {3, {{0, -1}}}).maximise({1}).build();
+  problem.boxed = false;
+  EXPECT_NEAR(proven_bound(problem, {on_row(0, 1)}), 3, 1e-12);
+  EXPECT_EQ(proven_bound(problem, {}), HUGE_VAL);
+}
+
 TEST(ProvenBound, ExactMultipliersProveTheOptimum) {
   std::mt19937 random(8);
   for (int round = 0; round < 2000; ++round) {

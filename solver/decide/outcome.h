@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "solver/check/multipliers.h"
 #include "solver/problem/problem.h"
 
 namespace sdpsol {
@@ -26,6 +27,12 @@ struct Outcome {
   std::optional<double> objective;
   std::optional<double> bound;
   bool limited_by_box = false;
+  /// The weights that prove the claim: kInfeasible, or kUndetermined for one of the
+  /// reasons that are claims themselves. Empty where a single condition is false.
+  std::vector<Multiplier> certificate;
+  /// With kFeasible: an exact solution of the equations lies within distance[k] of
+  /// interior[k]; empty if `interior` is one itself.
+  std::vector<double> distance;
   int iterations = 0;
 };
 

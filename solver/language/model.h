@@ -59,6 +59,9 @@ struct Model {
   std::vector<Condition> conditions;  ///< in the order of the text
   std::optional<Objective> objective;
   Parameters parameters;
+  /// Every unknown obeys |v| <= parameters.big_m. Exchange formats know no such
+  /// bound; there it only limits an objective that nothing else does.
+  bool boxed = true;
 };
 
 }  // namespace sdpsol

@@ -40,7 +40,10 @@ struct Problem {
   std::int32_t unknowns = 0;
   std::vector<Block> blocks;
   std::optional<LinearObjective> objective;
-  double big_m = 15000;  ///< every unknown obeys |v_k| <= big_m
+  double big_m = 15000;
+  /// Every unknown obeys |v_k| <= big_m. If not, the box is no condition, and is
+  /// only where the value of an objective is looked for that has no bound.
+  bool boxed = true;
 };
 
 /// True for a coefficient through which an unknown makes a difference.

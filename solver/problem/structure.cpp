@@ -121,6 +121,7 @@ Problem build_problem(const Model& model) {
   Problem problem;
   problem.unknowns = model.unknown_count;
   problem.big_m = model.parameters.big_m;
+  problem.boxed = model.boxed;
   std::int32_t number = 0;
   for (const Condition& condition : model.conditions) {
     if (condition.is_matrix && condition.sense != Condition::Sense::kEqual) {
