@@ -131,7 +131,11 @@ NullSplit split_null_vectors(const Block& block) {
     struck[static_cast<std::size_t>(w.free_index)] = true;
     split.found = true;
   }
-  if (split.found) split.rest = strike_out(block, struck);
+  if (!split.found) return split;
+  split.rest = strike_out(block, struck);
+  for (std::int32_t i = 0; i < block.size; ++i) {
+    if (!struck[static_cast<std::size_t>(i)]) split.kept.push_back(i);
+  }
   return split;
 }
 

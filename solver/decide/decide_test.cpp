@@ -5,6 +5,7 @@
 
 #include <cmath>
 
+#include "solver/check/infeasible.h"
 #include "solver/engine/csdp_engine.h"
 #include "solver/problem/test_problem.h"
 
@@ -54,6 +55,34 @@ TEST(Decide, ImpliedEquationLeavesRoomForTheRest) {
                                       .row(kNonStrict, {-1, {{0, 1}}}));
   ASSERT_EQ(outcome.verdict, Verdict::kFeasible);
   EXPECT_EQ(outcome.point[0], outcome.point[1]);
+}
+
+TEST(Decide, TheCertificateOfASingularMatrixSpeaksOfTheWholeMatrix) {
+  // [1, 1, x; 1, 1, x; x, x, x - 2] >= 0 is [1, x; x, x - 2] >= 0: x^2 <= x - 2
+  const Problem problem =
+      ProblemBuilder(1)
+          .matrix(kNonStrict, 3, {{1, {}}, {1, {}}, kX, {1, {}}, kX, {-2, {{0, 1}}}})
+          .build();
+  const auto engine = make_csdp_engine();
+  const Outcome outcome = decide(problem, *engine, {});
+  ASSERT_EQ(outcome.verdict, Verdict::kInfeasible);
+  ASSERT_EQ(outcome.certificate.size(), 1U);
+  EXPECT_EQ(outcome.certificate[0].factor.rows(), 3);
+  EXPECT_EQ(disprove(problem, outcome.certificate), Disproof::kInfeasible);
+}
+
+TEST(Decide, ABorderlineIsProvenByItsCertificate) {
+  // 0.999999 < x < 1, and y > 3 beside it
+  const Problem problem = ProblemBuilder(2)
+                              .row(kStrict, {0, {{0, 1}}})
+                              .row(kStrict, {1, {{0, -1}}})
+                              .row(kStrict, {-0.999999, {{0, 1}}})
+                              .row(kStrict, {-3, {{1, 1}}})
+                              .build();
+  const auto engine = make_csdp_engine();
+  const Outcome outcome = decide(problem, *engine, {});
+  ASSERT_EQ(outcome.verdict, Verdict::kUndetermined);
+  EXPECT_EQ(disprove(problem, outcome.certificate), Disproof::kBorderline);
 }
 
 TEST(Decide, EquationImpliedByThreeRowsIsFound) {

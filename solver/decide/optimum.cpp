@@ -67,6 +67,7 @@ void watch(const Problem& problem, const std::vector<double>& point, Optimum& op
     FeasibleCheck check = check_point(problem, point);
     if (check.result != PointResult::kProven) return;
     optimum.interior = std::move(check.point);
+    optimum.distance = std::move(check.distance);
     optimum.best_inside = optimum.interior;
   }
   if (objective_at(problem, point) <= objective_at(problem, optimum.best_inside)) return;

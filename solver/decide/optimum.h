@@ -13,6 +13,7 @@ namespace sdpsol {
 struct Optimum {
   std::vector<double> point;        ///< the engine's optimum, on or near the border
   std::vector<double> interior;     ///< an iterate with room in every inequality, if one was met
+  std::vector<double> distance;     ///< of `interior`, see FeasibleCheck
   std::vector<double> best_inside;  ///< the best iterate that satisfies every inequality
   double bound = 0;                 ///< no point of the box does better; infinite if unproven
   bool limited_by_box = false;
