@@ -67,8 +67,8 @@ Outcome feasible(const Problem& problem, const Optimum& optimum, std::vector<dou
                  std::vector<double> distance) {
   Outcome outcome;
   outcome.verdict = Verdict::kFeasible;
-  const auto& inside = optimum.best_inside.empty() ? interior : optimum.best_inside;
-  outcome.point = pull_inside(problem, optimum.point, inside);
+  outcome.point = optimum.best_inside.empty() ? pull_inside(problem, optimum.point, interior)
+                                              : optimum.best_inside;
   outcome.interior = std::move(interior);
   outcome.distance = std::move(distance);
   outcome.objective = objective_at(problem, outcome.point);

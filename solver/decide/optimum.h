@@ -17,11 +17,13 @@ struct Optimum {
   std::vector<double> best_inside;  ///< the best iterate that satisfies every inequality
   double bound = 0;                 ///< no point of the box does better; infinite if unproven
   bool limited_by_box = false;
+  bool unbounded = false;  ///< the engine believes that the objective has no bound
   int iterations = 0;
 };
 
 /// Maximises the objective. The way to the optimum leads through the interior, so
-/// that the verdict often needs no run of its own.
+/// that the verdict often needs no run of its own. Where the problem has no box
+/// and the objective no bound, the optimum inside the box is looked for.
 Optimum maximise(const Problem& problem, Selection selection, Engine& engine, const Limits& limits);
 
 /// The point closest to `optimum` on the way to `inside` that satisfies every
