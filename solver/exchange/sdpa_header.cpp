@@ -45,8 +45,8 @@ class HeaderReader {
  private:
   void next(const std::string& expected) {
     if (scanner_.next()) return;
-    const std::uint32_t end = scanner_.span().end;
-    throw LanguageError({end, end}, "expected " + expected + ", found the end of the text");
+    throw LanguageError(scanner_.end_of_text(),
+                        "expected " + expected + ", found the end of the text");
   }
 
   std::int32_t read_count(const std::string& what, std::int64_t low, std::int64_t high) {
