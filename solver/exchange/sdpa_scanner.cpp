@@ -85,6 +85,12 @@ void SdpaScanner::skip_line() {
   at_ = std::min(text_.find('\n', at_), text_.size());
 }
 
+Span SdpaScanner::end_of_text() const {
+  std::size_t end = text_.size();
+  while (end > 0 && is_blank(text_[end - 1])) --end;
+  return {static_cast<std::uint32_t>(end), static_cast<std::uint32_t>(end)};
+}
+
 void SdpaScanner::skip_blanks() {
   while (at_ < text_.size() && text_[at_] != '\n' &&
          (is_blank(text_[at_]) || is_separator(text_[at_]))) {

@@ -26,10 +26,9 @@ class SdpaScanner {
   void skip_line();
 
   Span span() const { return word_; }
-  std::string_view word() const { return text_of(word_); }
-  std::string_view text_of(Span span) const {
-    return text_.substr(span.begin, span.end - span.begin);
-  }
+  std::string_view word() const { return text_.substr(word_.begin, word_.end - word_.begin); }
+  /// The place behind the last character of the text that is no blank.
+  Span end_of_text() const;
 
  private:
   void skip_blanks();
