@@ -31,7 +31,7 @@ double proven_smallest_singular_value(const Eigen::MatrixXd& gram, double error)
 }
 
 /// A*A'.
-Eigen::MatrixXd gram_of(const Eigen::MatrixXd& a) {
+Eigen::MatrixXd gram_of(const BalanceRows::Matrix& a) {
   Eigen::MatrixXd gram = Eigen::MatrixXd::Zero(a.rows(), a.rows());
   gram.selfadjointView<Eigen::Lower>().rankUpdate(a);
   gram.triangularView<Eigen::StrictlyUpper>() = gram.transpose();
@@ -94,7 +94,7 @@ Eigen::VectorXd Balance::residual_bounds() const {
 }
 
 /// Least squares steps of M onto the balance of the given rows.
-void Balance::move(const Eigen::MatrixXd& chosen, const Eigen::MatrixXd& gram,
+void Balance::move(const BalanceRows::Matrix& chosen, const Eigen::MatrixXd& gram,
                    const std::vector<Eigen::Index>& rows) {
   const Eigen::LLT<Eigen::MatrixXd> solver(gram);
   for (int pass = 0; pass < 3; ++pass) {
@@ -127,7 +127,7 @@ void Balance::correct_for_bound() {
 /// left. False, and nothing changed, if the rows are not provably independent.
 bool Balance::settle(const std::vector<Eigen::Index>& rows) {
   const auto count = static_cast<Eigen::Index>(rows.size());
-  Eigen::MatrixXd chosen(count, weights_.packed().size());
+  BalanceRows::Matrix chosen(count, weights_.packed().size());
   double worst_error = 0;
   for (Eigen::Index i = 0; i < count; ++i) {
     const Eigen::Index r = rows[static_cast<std::size_t>(i)];

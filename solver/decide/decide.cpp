@@ -15,6 +15,8 @@
 namespace sdpsol {
 namespace {
 
+constexpr const char* kContradiction = "the conditions contradict each other";
+
 Outcome infeasible(std::string reason, Proof proof, int iterations) {
   Outcome outcome;
   outcome.verdict = Verdict::kInfeasible;
@@ -73,6 +75,7 @@ Outcome feasible(const Problem& problem, const Optimum& optimum, std::vector<dou
   outcome.distance = std::move(distance);
   outcome.objective = objective_at(problem, outcome.point);
   outcome.bound = optimum.bound;
+  outcome.bound_in_box = optimum.bound_in_box && !problem.boxed;
   outcome.limited_by_box = optimum.limited_by_box;
   return outcome;
 }
@@ -90,12 +93,16 @@ Outcome decide_by_engine(const Problem& problem, Engine& engine, const Limits& l
       outcome.iterations = optimum.iterations;
       return outcome;
     }
+    if (disprove(problem, optimum.ray) == Disproof::kInfeasible) {
+      return infeasible(kContradiction, proof_by(problem, std::move(optimum.ray)),
+                        optimum.iterations);
+    }
   }
   Feasibility found = find_feasible_point(problem, selection, engine, limits);
   const int iterations = optimum.iterations + found.iterations;
   switch (found.verdict) {
     case Verdict::kInfeasible:
-      return infeasible("the conditions contradict each other", std::move(found.proof), iterations);
+      return infeasible(kContradiction, std::move(found.proof), iterations);
     case Verdict::kFeasible: {
       Outcome outcome;
       if (problem.objective) {

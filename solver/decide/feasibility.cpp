@@ -85,7 +85,7 @@ class MarginSearch {
   }
 
   void examine_multipliers(const Program& program, const Iterate& iterate) {
-    for (const auto keep : {Program::Keep::kActive, Program::Keep::kAll}) {
+    for (const auto keep : {Program::Keep::kActive, Program::Keep::kEnough}) {
       examine_multipliers(program.multipliers(iterate, keep));
       if (decided_) return;
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 
 #include "solver/check/exact_sum.h"
 #include "solver/check/feasible.h"
@@ -14,7 +15,9 @@ namespace {
 constexpr int kMostRounds = 5;
 // The relative gap aimed at: people compare the fifth digit.
 constexpr double kGap = 1e-7;
-// The optimum itself is tried first, then shares of the way inside from 2^-43 to 1/2.
+// What interior-point codes of the field ask of themselves.
+constexpr double kUsualAccuracy = 1e-8;
+// Shares of the way inside reach from 2^-43 to 1/2.
 constexpr int kPulls = 44;
 
 bool is_boxed(const Selection& selection, std::int32_t unknown) {
@@ -40,6 +43,11 @@ std::vector<std::int32_t> free_unknowns(const Problem& problem, const Selection&
   return free;
 }
 
+Problem in_box(Problem problem) {
+  problem.boxed = true;
+  return problem;
+}
+
 bool all_finite(const std::vector<double>& numbers) {
   return std::all_of(numbers.begin(), numbers.end(), [](double v) { return std::isfinite(v); });
 }
@@ -51,9 +59,13 @@ class Maximisation {
         selection_(std::move(selection)),
         engine_(engine),
         limits_(limits),
-        scaling_(scale_by_constants(problem)) {
+        scaling_(problem.boxed ? scale_by_constants(problem) : keep_scale(problem)) {
     optimum_.bound = std::numeric_limits<double>::infinity();
-    selection_.boxed = free_unknowns(problem, selection_);
+    for (const std::int32_t k : free_unknowns(problem, selection_)) {
+      if (!is_boxed(selection_, k)) selection_.boxed.push_back(k);
+    }
+    // Problems of exchange formats come in the units in which their authors solved them.
+    if (!problem.boxed) limits_.accuracy = kUsualAccuracy;
   }
 
   Optimum run() {
@@ -67,13 +79,15 @@ class Maximisation {
       const Candidate candidate = solve(program);
       optimum_.unbounded = candidate.reason == StopReason::kUnbounded;
       if (problem_.boxed && box_what_left()) continue;
+      if (optimum_.interior.empty()) {
+        if (candidate.reason == StopReason::kInfeasible) {
+          optimum_.ray = program.multipliers(candidate.last, Program::Keep::kEnough);
+        }
+        break;
+      }
       improve_bound(program, candidate.last);
-      if (optimum_.interior.empty()) break;
       find_best_inside();
-      const double value = objective_at(problem_, optimum_.best_inside);
-      const bool good = optimum_.bound - value <= kGap * std::fabs(value);
-      if (good || optimum_.unbounded || rescaled_ || !all_finite(optimum_.point)) break;
-      // Sizes taken from the optimum itself give the engine another digit or two.
+      if (rescaled_ || !all_finite(optimum_.point) || is_good(candidate)) break;
       scaling_ = scale_by_point(problem_, scaling_, optimum_.point);
       rescaled_ = true;
     }
@@ -104,6 +118,15 @@ class Maximisation {
     optimum_.best_inside = optimum_.interior;
   }
 
+  /// False where other sizes may give the engine another digit or two.
+  bool is_good(const Candidate& candidate) const {
+    const double value = objective_at(problem_, optimum_.best_inside);
+    if (optimum_.bound - value <= kGap * std::fabs(value)) return true;
+    // Without a box a bound is proven from balanced multipliers only, which a better
+    // point does not bring.
+    return !problem_.boxed && candidate.reason == StopReason::kConverged;
+  }
+
   /// Boxes the unknowns that have left the box; all of them where the engine found
   /// no bound on the objective.
   bool box_what_left() {
@@ -120,12 +143,24 @@ class Maximisation {
   }
 
   void improve_bound(const Program& program, const Iterate& last) {
-    const double value = objective_at(problem_, optimum_.point);
-    for (const auto keep : {Program::Keep::kAll, Program::Keep::kActive}) {
-      optimum_.bound =
-          std::min(optimum_.bound, proven_bound(problem_, program.multipliers(last, keep)));
-      if (optimum_.bound - value <= kGap * std::fabs(value)) return;
+    using Keep = Program::Keep;
+    if (problem_.boxed) {
+      try_bound(problem_, program.multipliers(last, Keep::kEnough)) ||
+          try_bound(problem_, program.multipliers(last, Keep::kActive));
+    } else if (!try_bound(problem_, program.multipliers(last, Keep::kEnough)) && is_in_box()) {
+      try_bound(in_box(problem_), program.multipliers(last, Keep::kAll));
     }
+  }
+
+  /// Keeps the best proven bound. True if it is as close to the value as is aimed at.
+  bool try_bound(const Problem& problem, const std::vector<Multiplier>& multipliers) {
+    const double bound = proven_bound(problem, multipliers);
+    if (bound < optimum_.bound) {
+      optimum_.bound = bound;
+      optimum_.bound_in_box = problem.boxed;
+    }
+    const double value = objective_at(problem, optimum_.point);
+    return optimum_.bound - value <= kGap * std::fabs(value);
   }
 
   /// The engine's iterates improve towards the end, and leave the inside only there.
@@ -141,6 +176,11 @@ class Maximisation {
     }
     std::vector<double> inside = pull_inside(problem_, optimum_.point, optimum_.best_inside);
     if (objective_at(problem_, inside) > best) optimum_.best_inside = std::move(inside);
+  }
+
+  bool is_in_box() const {
+    return std::all_of(optimum_.point.begin(), optimum_.point.end(),
+                       [&](double v) { return std::fabs(v) <= problem_.big_m; });
   }
 
   bool is_at_the_box() const {
@@ -170,8 +210,9 @@ Optimum maximise(const Problem& problem, Selection selection, Engine& engine,
     if (problem.boxed || !optimum.unbounded) return optimum;
   }
   // Without a bound, the value inside the box is what can be told.
-  Problem inside = problem;
-  inside.boxed = true;
+  const Problem inside = in_box(problem);
+  selection.boxed.resize(static_cast<std::size_t>(problem.unknowns));
+  std::iota(selection.boxed.begin(), selection.boxed.end(), 0);
   const int iterations = optimum.iterations;
   optimum = Maximisation(inside, std::move(selection), engine, limits).run();
   optimum.iterations += iterations;
@@ -181,17 +222,32 @@ Optimum maximise(const Problem& problem, Selection selection, Engine& engine,
 
 std::vector<double> pull_inside(const Problem& problem, const std::vector<double>& optimum,
                                 const std::vector<double>& inside) {
-  for (int step = 0; step < kPulls; ++step) {
-    const double share = step == 0 ? 0.0 : std::ldexp(1.0, step - kPulls);
+  const auto checked = [&](double share) {
     std::vector<double> point(optimum.size());
     for (std::size_t k = 0; k < point.size(); ++k) {
       point[k] = optimum[k] + share * (inside[k] - optimum[k]);
-      point[k] = std::clamp(point[k], -problem.big_m, problem.big_m);
+      if (problem.boxed) point[k] = std::clamp(point[k], -problem.big_m, problem.big_m);
     }
-    FeasibleCheck check = check_point(problem, std::move(point), RoomAsked::kBeyondRounding);
-    if (check.result == PointResult::kProven) return check.point;
+    return check_point(problem, std::move(point), RoomAsked::kBeyondRounding);
+  };
+  FeasibleCheck at_optimum = checked(0);
+  if (at_optimum.result == PointResult::kProven) return std::move(at_optimum.point);
+  // What lies farther inside than a point inside is inside: the least power of two is
+  // found by halving.
+  std::vector<double> best = inside;
+  int outside = -kPulls;
+  int within = 0;
+  while (within - outside > 1) {
+    const int exponent = outside + (within - outside) / 2;
+    FeasibleCheck check = checked(std::ldexp(1.0, exponent));
+    if (check.result == PointResult::kProven) {
+      within = exponent;
+      best = std::move(check.point);
+    } else {
+      outside = exponent;
+    }
   }
-  return inside;
+  return best;
 }
 
 double objective_at(const Problem& problem, const std::vector<double>& point) {

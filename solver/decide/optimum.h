@@ -15,8 +15,11 @@ struct Optimum {
   std::vector<double> interior;     ///< an iterate with room in every inequality, if one was met
   std::vector<double> distance;     ///< of `interior`, see FeasibleCheck
   std::vector<double> best_inside;  ///< the best iterate that satisfies every inequality
-  double bound = 0;                 ///< no point of the box does better; infinite if unproven
+  double bound = 0;                 ///< no point does better; infinite if unproven
+  bool bound_in_box = false;        ///< the bound is proven for the points of the box only
   bool limited_by_box = false;
+  /// If the engine believes that there is no point: the multipliers that say so.
+  std::vector<Multiplier> ray;
   bool unbounded = false;  ///< the engine believes that the objective has no bound
   int iterations = 0;
 };
