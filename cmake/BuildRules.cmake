@@ -28,28 +28,41 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
-# GoogleTest's header is half of what compiling a test costs: it is parsed once, for
-# this program, and reused by all tests. What is checked without a build
-# (-DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON) sees whether a test includes what it uses.
+# A target (TYPE: STATIC for libraries, nothing for programs) that exists for its
+# precompiled header, which others reuse. Parsing is
+# half of what compiling a test or a file of matrices costs. What is checked without
+# a build (-DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON) sees whether a source includes what
+# it uses.
+function(add_precompiled_headers name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TYPE" "HEADERS;LIBRARIES;OPTIONS")
+  if(arg_TYPE)
+    add_library(${name} ${arg_TYPE} "${PROJECT_SOURCE_DIR}/cmake/precompiled_headers.cpp")
+  else()
+    add_executable(${name} "${PROJECT_SOURCE_DIR}/cmake/precompiled_headers.cpp")
+  endif()
+  target_link_libraries(${name} PRIVATE project_rules ${arg_LIBRARIES})
+  target_compile_options(${name} PRIVATE ${arg_OPTIONS})
+  target_precompile_headers(${name} PRIVATE ${arg_HEADERS})
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/cmake")
+endfunction()
 if(SDPSOL_TESTS)
-  add_executable(test_headers "${CMAKE_CURRENT_LIST_DIR}/test_headers.cpp")
-  target_link_libraries(test_headers PRIVATE project_rules GTest::gtest GTest::gtest_main)
-  target_compile_options(test_headers PRIVATE -O0)
-  target_precompile_headers(test_headers PRIVATE <gtest/gtest.h>)
+  add_precompiled_headers(test_headers HEADERS <gtest/gtest.h> OPTIONS -O0
+    LIBRARIES GTest::gtest GTest::gtest_main)
 endif()
 
 # add_project_test(NAME sources... LIBRARIES libraries...)
 # A GoogleTest program; each of its cases becomes a test of ctest, or under the
 # sanitizers all of them one. The programs
 # find the commands of this build through SDPSOL_BIN_DIR and the project's own
-# data through SDPSOL_SOURCE_DIR.
+# data through SDPSOL_SOURCE_DIR. PROJECT_TEST_HEADERS is what they precompile.
+set(PROJECT_TEST_HEADERS test_headers)
 function(add_project_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBRARIES")
   add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
   target_link_libraries(${name} PRIVATE project_rules ${arg_LIBRARIES} GTest::gtest GTest::gtest_main)
   # What is tested is built as ever; a test itself runs once after it is compiled.
   target_compile_options(${name} PRIVATE -O0)
-  target_precompile_headers(${name} REUSE_FROM test_headers)
+  target_precompile_headers(${name} REUSE_FROM ${PROJECT_TEST_HEADERS})
   target_compile_definitions(${name} PRIVATE
     SDPSOL_BIN_DIR="${CMAKE_BINARY_DIR}/bin" SDPSOL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
