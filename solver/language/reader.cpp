@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "solver/language/advice.h"
 #include "solver/language/expression_reader.h"
 #include "solver/language/language_error.h"
 #include "solver/language/lexer.h"
@@ -22,6 +23,11 @@ bool is_text(const Source& source, Diagnostics& diagnostics) {
                                               " bytes; at most " + std::to_string(kMaxTextBytes) +
                                               " are allowed")
                         .diagnostic);
+    return false;
+  }
+  if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) {
+    diagnostics.add(
+        LanguageError({0, 2}, "this text is in UTF-16; save it as UTF-8 or ASCII").diagnostic);
     return false;
   }
   const std::size_t null_byte = text.find('\0');
@@ -51,6 +57,7 @@ void skip_statement(Lexer& lexer, std::uint32_t statement_begin, int open_bracke
     if (kind == TokenKind::kOpenBracket) ++open_brackets;
     if (kind == TokenKind::kCloseBracket && open_brackets > 0) --open_brackets;
     if (kind == TokenKind::kSemicolon && open_brackets == 0) {
+      if (closes_what_is_not_open(lexer.text().substr(lexer.current().span.end))) continue;
       lexer.advance();
       return;
     }
@@ -61,6 +68,9 @@ bool read_statement(StatementReader& statements, Diagnostics& diagnostics) {
   try {
     statements.read();
     return true;
+  } catch (const MissingSemicolon& error) {
+    diagnostics.add(error.diagnostic);
+    return error.next_begins;
   } catch (const UndefinedName& error) {
     statements.mark_missing(error.name, diagnostics.add(error.diagnostic));
   } catch (const LanguageError& error) {
