@@ -109,6 +109,11 @@ std::string advice_on_name(std::string_view name, bool as_function, std::string_
   return "; the functions are " + function_names();
 }
 
+bool begins_foreign_comment(std::string_view text, std::size_t offset) {
+  const std::string_view rest = text.substr(offset);
+  return rest.starts_with('#') || rest.starts_with("//") || rest.starts_with("/*");
+}
+
 bool closes_what_is_not_open(std::string_view rest) {
   int open = 0;
   for (const char c : rest.substr(0, rest.find_first_of(";%\n"))) {

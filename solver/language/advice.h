@@ -20,6 +20,9 @@ std::string_view keyword_meant(std::string_view word);
 /// @return "" or a text that begins with "; ".
 std::string advice_on_name(std::string_view name, bool as_function, std::string_view similar);
 
+/// Whether another language's comment begins at `offset`.
+bool begins_foreign_comment(std::string_view text, std::size_t offset);
+
 /// Whether the text up to the next ";", comment or line break closes a parenthesis
 /// that it does not open: "sum(1;2)" has its error at the ";", and what follows there
 /// is no statement.

@@ -43,7 +43,8 @@ void explain_operands(LanguageError& error, std::string_view text, const SymbolT
 
 void explain_name(LanguageError& error, std::string_view text, const SymbolTable& symbols) {
   const Diagnostic& said = error.diagnostic;
-  if (said.notes.empty() && said.ranges.empty()) explain_span(error, text, symbols, said.span);
+  if (error.unknowns.empty() && said.notes.empty() && said.ranges.empty())
+    explain_span(error, text, symbols, said.span);
 }
 
 void explain_unknowns(LanguageError& error, const std::vector<Variable>& variables) {

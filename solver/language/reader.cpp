@@ -46,6 +46,13 @@ bool is_text(const Source& source, Diagnostics& diagnostics) {
 // the beginning of a line.
 void skip_statement(Lexer& lexer, std::uint32_t statement_begin, int open_brackets) {
   const std::uint32_t error_begin = lexer.current().span.begin;
+  if (error_begin == statement_begin && begins_foreign_comment(lexer.text(), error_begin)) {
+    const std::size_t line_end = lexer.text().find('\n', error_begin);
+    while (lexer.current().kind != TokenKind::kEnd && lexer.current().span.begin < line_end) {
+      lexer.advance();
+    }
+    return;
+  }
   if (error_begin == statement_begin) lexer.advance();
   for (; lexer.current().kind != TokenKind::kEnd; lexer.advance()) {
     const std::string_view before = lexer.text({0, lexer.current().span.begin});
