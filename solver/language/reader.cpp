@@ -10,6 +10,7 @@
 #include "solver/language/language_error.h"
 #include "solver/language/lexer.h"
 #include "solver/language/limits.h"
+#include "solver/language/relation.h"
 #include "solver/language/statement_reader.h"
 
 namespace sdpsol {
@@ -40,6 +41,20 @@ bool is_text(const Source& source, Diagnostics& diagnostics) {
   return true;
 }
 
+// Whether an error at a "," stands among elements whose "[" is missing: then the "]"
+// comes before anything else that such a list cannot hold.
+bool in_unopened_matrix(Lexer lexer) {
+  if (lexer.current().kind != TokenKind::kComma) return false;
+  for (;; lexer.advance()) {
+    const TokenKind kind = lexer.current().kind;
+    if (kind == TokenKind::kCloseBracket) return true;
+    if (kind == TokenKind::kEnd || kind == TokenKind::kAssign || kind == TokenKind::kOpenBracket ||
+        is_relation(kind)) {
+      return false;
+    }
+  }
+}
+
 // Goes on behind the ";" that ends the statement. Inside a matrix ";" ends rows,
 // so there it must be the one after the "]". But where a "]" or ";" is missing,
 // what looks like a statement is one: at the place of the error itself, or at
@@ -54,6 +69,7 @@ void skip_statement(Lexer& lexer, std::uint32_t statement_begin, int open_bracke
     return;
   }
   if (error_begin == statement_begin) lexer.advance();
+  if (in_unopened_matrix(lexer)) ++open_brackets;
   for (; lexer.current().kind != TokenKind::kEnd; lexer.advance()) {
     const std::string_view before = lexer.text({0, lexer.current().span.begin});
     const std::size_t last = before.find_last_not_of(" \t");

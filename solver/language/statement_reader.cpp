@@ -72,18 +72,20 @@ void StatementReader::mark_missing(std::string_view name, std::size_t complaint)
   missing_ = name;
 }
 
-// A word and a name behind it: "Variable x", "maximise o = x". What they were to
-// define counts as failed.
+// A word, or what is none, and a name behind it: "Variable x, y", "maximise o = x".
+// What they were to define counts as failed.
 void StatementReader::require_statement(const Token& first) {
   const Token second = lexer_.ahead();
   const std::string_view word = lexer_.text(first.span);
-  if (first.kind != TokenKind::kName || second.kind != TokenKind::kName || is_keyword(word) ||
-      symbols_.find(word) != nullptr || breaks_line({first.span.end, second.span.begin})) {
-    return;
-  }
+  const bool unknown_word =
+      first.kind == TokenKind::kName && !is_keyword(word) && symbols_.find(word) == nullptr;
+  if (!unknown_word && first.kind != TokenKind::kInvalid) return;
+  if (begins_foreign_comment(lexer_.text(), first.span.begin)) return;
+  if (second.kind != TokenKind::kName || breaks_line({first.span.end, second.span.begin})) return;
+  if (symbols_.find(lexer_.text(second.span)) == nullptr) target_ = second;
+  fail_further_declarations();
   const std::string_view keyword = keyword_meant(word);
   if (keyword.empty() || keyword == "symmetric" || keyword == "diagonal") return;
-  target_ = second;
   throw LanguageError(first.span,
                       in_quotes(word) + " is no keyword; it is written " + in_quotes(keyword));
 }
@@ -117,7 +119,6 @@ void StatementReader::assignment() {
   }
   target_ = name;
   assign(name, expressions_.expression().value);
-  target_ = Token{};
 }
 
 void StatementReader::require_free(const Token& name, const char* use) const {
@@ -166,11 +167,28 @@ void StatementReader::assign(const Token& name, AffineMatrix value) {
 }
 
 void StatementReader::declarations() {
-  do {
-    lexer_.advance();
-    declaration();
-    target_ = Token{};
-  } while (lexer_.current().kind == TokenKind::kComma);
+  try {
+    do {
+      lexer_.advance();
+      declaration();
+      target_ = Token{};
+    } while (lexer_.current().kind == TokenKind::kComma);
+  } catch (const LanguageError&) {
+    fail_further_declarations();
+    throw;
+  }
+}
+
+// The names in the rest of a list of declarations that is in error.
+void StatementReader::fail_further_declarations() {
+  for (Lexer rest = lexer_;
+       rest.current().kind != TokenKind::kSemicolon && rest.current().kind != TokenKind::kEnd;
+       rest.advance()) {
+    if (rest.current().kind != TokenKind::kComma || rest.ahead().kind != TokenKind::kName) continue;
+    const std::string_view name = lexer_.text(rest.ahead().span);
+    if (symbols_.find(name) != nullptr) continue;
+    symbols_.set(name, {Symbol::Kind::kFailed, {}, rest.ahead().span});
+  }
 }
 
 void StatementReader::declaration() {
@@ -305,7 +323,6 @@ void StatementReader::objective(bool maximize) {
   }
   settle(operand.value, name.span);
   assign(name, operand.value);
-  target_ = Token{};
   model_.objective = Objective{std::move(operand.value),
                                maximize,
                                std::string(lexer_.text(name.span)),
@@ -351,6 +368,7 @@ void StatementReader::end_statement() {
   const bool plain = kind != TokenKind::kAssign && kind != TokenKind::kCloseParenthesis &&
                      kind != TokenKind::kCloseBracket;
   if (plain && at_new_line()) {
+    target_ = Token{};
     throw MissingSemicolon({lexer_.last_end(), lexer_.last_end()},
                            kind == TokenKind::kName || kind == TokenKind::kOpenBracket);
   }

@@ -50,6 +50,7 @@ class StatementReader {
   void require_assignment(Span equals_sign) const;
   void assignment();
   void declarations();
+  void fail_further_declarations();
   void declaration();
   Variable declared_shape(const Token& name);
   void require_declaration_end(const Variable& variable) const;
@@ -74,7 +75,8 @@ class StatementReader {
   ExpressionReader expressions_;
   Model model_;
   std::size_t condition_terms_ = 0;
-  /// The name that the statement at hand is about to define, else kEnd.
+  /// The name that the statement at hand defines, else kEnd. What it has defined is
+  /// taken back if it does not end as it should.
   Token target_;
   /// The name that the statement at hand uses without a definition, else "".
   std::string_view missing_;
