@@ -47,6 +47,12 @@ void explain_name(LanguageError& error, std::string_view text, const SymbolTable
     explain_span(error, text, symbols, said.span);
 }
 
+LanguageError with_name_explained(LanguageError error, std::string_view text,
+                                  const SymbolTable& symbols) {
+  explain_name(error, text, symbols);
+  return error;
+}
+
 void explain_unknowns(LanguageError& error, const std::vector<Variable>& variables) {
   std::set<std::string_view> explained;
   for (const std::int32_t unknown : error.unknowns) {

@@ -24,6 +24,9 @@ void explain_operands(LanguageError& error, std::string_view text, const SymbolT
 /// Likewise for an error that blames one plain name and has neither notes nor ranges.
 void explain_name(LanguageError& error, std::string_view text, const SymbolTable& symbols);
 
+LanguageError with_name_explained(LanguageError error, std::string_view text,
+                                  const SymbolTable& symbols);
+
 /// Turns error.unknowns into notes at the declarations of their variables.
 void explain_unknowns(LanguageError& error, const std::vector<Variable>& variables);
 

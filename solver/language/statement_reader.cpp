@@ -316,10 +316,10 @@ void StatementReader::objective(bool maximize) {
   }
   Operand operand = expressions_.expression();
   if (!is_scalar(operand.value)) {
-    LanguageError error(operand.span,
-                        "an objective must be a scalar, this is " + shape_text(operand.value));
-    explain_name(error, lexer_.text(), symbols_);
-    throw error;
+    throw with_name_explained(
+        LanguageError(operand.span,
+                      "an objective must be a scalar, this is " + shape_text(operand.value)),
+        lexer_.text(), symbols_);
   }
   settle(operand.value, name.span);
   assign(name, operand.value);

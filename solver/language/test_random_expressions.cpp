@@ -234,7 +234,7 @@ Sample RandomExpressions::built_in(int rows, int columns) {
 
 // By a constant expression that is not near 0.
 Sample RandomExpressions::quotient(int rows, int columns, int depth, bool may_vary) {
-  const Sample a = expression(rows, columns, depth - 1, may_vary);
+  Sample a = expression(rows, columns, depth - 1, may_vary);
   const Sample divisor = expression(1, 1, depth - 1, false);
   const Dense& number = divisor.at_points[0];
   if (!(std::abs(number.values[0]) > 1e-3 * number.sizes[0])) return a;
