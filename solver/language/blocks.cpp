@@ -21,8 +21,10 @@ void BlockMatrix::add(AffineMatrix block, Span at) {
     height_ = block.rows;
     first_block_ = at;
   } else if (block.rows != height_) {
-    throw LanguageError(at, "this block has " + count(block.rows, "row") +
-                                ", the blocks to its left have " + std::to_string(height_))
+    std::string message = "this block has " + count(block.rows, "row") +
+                          ", the blocks to its left have " + std::to_string(height_);
+    if (is_number_zero(block)) message += "; zeros are written zeros(rows, columns)";
+    throw LanguageError(at, std::move(message))
         .with_note(first_block_, "the first block of this row");
   }
   if (block.columns > kMaxDimension - width_ || height_ > kMaxDimension - whole_.rows) {

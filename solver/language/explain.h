@@ -12,10 +12,20 @@
 
 namespace sdpsol {
 
+/// The variable that the unknown, not kConstant, is a part of.
+const Variable& owner_of(const std::vector<Variable>& variables, std::int32_t unknown);
+
 /// Underlines both operands of the operator that `error` blames and says, for
-/// each that is a plain name, what shape it has and since where.
+/// each that is a plain name, what shape it has and since where; unless the error
+/// has notes or unknowns, and with them better reasons, already.
 void explain_operands(LanguageError& error, std::string_view text, const SymbolTable& symbols,
                       Span left, Span right);
+
+/// Likewise for an error that blames one plain name and has neither notes nor ranges.
+void explain_name(LanguageError& error, std::string_view text, const SymbolTable& symbols);
+
+LanguageError with_name_explained(LanguageError error, std::string_view text,
+                                  const SymbolTable& symbols);
 
 /// Turns error.unknowns into notes at the declarations of their variables.
 void explain_unknowns(LanguageError& error, const std::vector<Variable>& variables);

@@ -4,12 +4,14 @@
 #include <string>
 #include <utility>
 
+#include "solver/language/advice.h"
 #include "solver/language/arithmetic.h"
 #include "solver/language/blocks.h"
 #include "solver/language/explain.h"
 #include "solver/language/functions.h"
 #include "solver/language/limits.h"
 #include "solver/language/names.h"
+#include "solver/language/relation.h"
 
 namespace sdpsol {
 namespace {
@@ -119,16 +121,24 @@ PartialValue ExpressionReader::name() {
   const std::string_view text = lexer_.text(token.span);
   if (const auto function = function_named(text)) {
     lexer_.advance();
-    AffineMatrix value = call_function(*function, arguments(), token.span);
-    return PartialValue::of(std::move(value), {token.span.begin, lexer_.last_end()});
+    std::vector<Operand> operands = arguments();
+    try {
+      AffineMatrix value = call_function(*function, std::move(operands), token.span);
+      return PartialValue::of(std::move(value), {token.span.begin, lexer_.last_end()});
+    } catch (LanguageError& error) {
+      explain_name(error, lexer_.text(), symbols_);
+      throw;
+    }
   }
   const Symbol& symbol = look_up(token);
   lexer_.advance();
   const std::vector<Operand> indices = arguments();
   const Span span{token.span.begin, lexer_.last_end()};
   if (indices.size() != 2) {
-    throw LanguageError(
-        span, "an element is written " + std::string(text.substr(0, 40)) + "(row, column)")
+    std::string message =
+        "an element is written " + std::string(text.substr(0, 40)) + "(row, column)";
+    if (is_scalar(symbol.value)) message += ", a product with '*'";
+    throw LanguageError(span, std::move(message))
         .with_note(symbol.defined, in_quotes(text) + " is " + shape_text(symbol.value));
   }
   const std::int32_t row = whole_number(indices[0], "a row", 1, symbol.value.rows);
@@ -150,7 +160,11 @@ const Symbol& ExpressionReader::look_up(const Token& token) const {
       throw LanguageError(token.span,
                           in_quotes(text) + " is a function and needs arguments in parentheses");
     }
-    throw UndefinedName(token.span, text);
+    // No relation stands inside brackets: this name begins another statement.
+    if (!open_.empty() && is_relation(lexer_.ahead().kind)) throw not_closed();
+    const bool as_function = lexer_.ahead().kind == TokenKind::kOpenParenthesis;
+    throw UndefinedName(token.span, text,
+                        advice_on_name(text, as_function, symbols_.similar(text)));
   }
   if (symbol->kind == Symbol::Kind::kFailed || symbol->kind == Symbol::Kind::kMissing) {
     throw AlreadyReported{};
@@ -203,6 +217,11 @@ PartialValue ExpressionReader::matrix() {
     lexer_.advance();
   }
   if (begins_value(lexer_.current().kind) && !at_statement(lexer_)) {
+    const Span between{lexer_.last_end(), lexer_.current().span.begin};
+    if (lexer_.text(between).find('\n') != std::string_view::npos) {
+      throw LanguageError({between.begin, between.begin},
+                          "missing ';' or ',' in a matrix: a line break separates nothing");
+    }
     throw LanguageError(lexer_.current().span, "missing ',' between the elements of a matrix");
   }
   close(TokenKind::kCloseBracket, "',', ';' or ']'");
@@ -247,6 +266,11 @@ void ExpressionReader::open() {
 void ExpressionReader::close(TokenKind kind, const char* expected) {
   if (lexer_.current().kind != kind) {
     const TokenKind found = lexer_.current().kind;
+    const bool separates = found == TokenKind::kSemicolon &&
+                           closes_what_is_not_open(lexer_.text().substr(lexer_.current().span.end));
+    if (separates && kind == TokenKind::kCloseParenthesis) {
+      throw LanguageError(lexer_.current().span, "';' does not separate arguments, ',' does");
+    }
     if (found == TokenKind::kEnd || found == TokenKind::kSemicolon || found == TokenKind::kAssign ||
         at_statement(lexer_)) {
       throw not_closed();

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -23,8 +24,9 @@ namespace sdpsol {
 /// A name without a definition is used.
 class UndefinedName : public LanguageError {
  public:
-  UndefinedName(Span span, std::string_view name_in_text)
-      : LanguageError(span, in_quotes(name_in_text) + " is not defined"), name(name_in_text) {}
+  UndefinedName(Span span, std::string_view name_in_text, const std::string& advice)
+      : LanguageError(span, in_quotes(name_in_text) + " is not defined" + advice),
+        name(name_in_text) {}
   std::string_view name;
 };
 

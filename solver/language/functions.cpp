@@ -22,11 +22,11 @@ struct Signature {
 };
 
 constexpr std::array<Signature, 6> kSignatures = {{
-    {"zeros", Function::kZeros, 1, 2, "zeros(rows, columns)"},
-    {"ones", Function::kOnes, 1, 2, "ones(rows, columns)"},
+    {"zeros", Function::kZeros, 1, 2, "zeros(rows, columns) or zeros(size)"},
+    {"ones", Function::kOnes, 1, 2, "ones(rows, columns) or ones(size)"},
     {"eye", Function::kEye, 1, 1, "eye(size)"},
-    {"diag", Function::kDiag, 1, 1, "diag(matrix)"},
-    {"trace", Function::kTrace, 1, 1, "trace(matrix)"},
+    {"diag", Function::kDiag, 1, 1, "diag(vector) or diag(square matrix)"},
+    {"trace", Function::kTrace, 1, 1, "trace(square matrix)"},
     {"sum", Function::kSum, 1, 1, "sum(matrix)"},
 }};
 
@@ -116,10 +116,23 @@ std::optional<Function> function_named(std::string_view name) {
   return std::nullopt;
 }
 
+std::string function_names() {
+  std::string names;
+  for (const Signature& signature : kSignatures) {
+    if (&signature != &kSignatures.front())
+      names += &signature == &kSignatures.back() ? " and " : ", ";
+    names += signature.name;
+  }
+  return names;
+}
+
 AffineMatrix call_function(Function function, std::vector<Operand> arguments, Span at) {
   const Signature& signature = signature_of(function);
   if (arguments.size() < signature.min_arguments || arguments.size() > signature.max_arguments) {
-    throw LanguageError(at, "wrong number of arguments: it is " + std::string(signature.usage));
+    throw LanguageError(at, std::string(signature.name) + " does not take " +
+                                std::to_string(arguments.size()) +
+                                (arguments.size() == 1 ? " argument" : " arguments") +
+                                "; it is written " + signature.usage);
   }
   switch (function) {
     case Function::kZeros:

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -21,6 +22,8 @@ enum class Function {
 };
 
 std::optional<Function> function_named(std::string_view name);
+/// All of them, as a message lists them: "zeros, ones, ... and sum".
+std::string function_names();
 
 /// Calls a function whose name stands at `at`.
 /// @throws LanguageError for a wrong number of arguments, sizes that are no

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 
+#include "solver/language/advice.h"
 #include "solver/language/characters.h"
 #include "solver/language/diagnostics.h"
 #include "solver/language/number.h"
@@ -48,8 +49,18 @@ bool is_foreign(char byte) {
 
 std::string complaint(std::string_view bytes) {
   if (!begins_number(bytes)) return "unexpected " + in_quotes(bytes);
-  const bool too_large = scan_number(bytes).status == ScannedNumber::Status::kOverflow;
-  return in_quotes(bytes) + (too_large ? " is too large for a number" : " is not a number");
+  if (scan_number(bytes).status == ScannedNumber::Status::kOverflow) {
+    return in_quotes(bytes) + " is too large for a number, the largest is about 1.8e308";
+  }
+  const std::string what = in_quotes(bytes) + " is not a number";
+  // "2x", but not "1e", "1.2.3" or "0x1F".
+  const std::size_t digits = std::min(bytes.find_first_not_of("0123456789."), bytes.size());
+  const std::string_view name = bytes.substr(digits);
+  const bool is_product = !name.empty() && name[0] != '_' && name[0] != 'e' && name[0] != 'E' &&
+                          name.find('.') == std::string_view::npos && !bytes.starts_with("0x");
+  return is_product ? what + "; a product is written " + std::string(bytes.substr(0, digits)) +
+                          "*" + std::string(name.substr(0, 40))
+                    : what;
 }
 
 }  // namespace
@@ -123,8 +134,9 @@ LanguageError Lexer::unexpected(const std::string& expected) const {
     return {{last_end_, last_end_}, "expected " + expected + ", found the end of the text"};
   }
   const std::string_view bytes = text(span);
-  if (current_.kind == TokenKind::kInvalid) return {span, complaint(bytes)};
-  return {span, "expected " + expected + ", found " + in_quotes(bytes)};
+  const std::string advice(advice_on_sign(text_, span.begin));
+  if (current_.kind == TokenKind::kInvalid) return {span, complaint(bytes) + advice};
+  return {span, "expected " + expected + ", found " + in_quotes(bytes) + advice};
 }
 
 }  // namespace sdpsol

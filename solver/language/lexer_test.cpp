@@ -77,8 +77,9 @@ TEST(Lexer, SaysWhatItFoundInsteadOfTheExpected) {
   };
   EXPECT_EQ(message(")"), "expected a value, found ')'");
   EXPECT_EQ(message(""), "expected a value, found the end of the text");
-  EXPECT_EQ(message("1e999"), "'1e999' is too large for a number");
-  EXPECT_EQ(message("3x"), "'3x' is not a number");
+  EXPECT_EQ(message("1e999"), "'1e999' is too large for a number, the largest is about 1.8e308");
+  EXPECT_EQ(message("3x"), "'3x' is not a number; a product is written 3*x");
+  EXPECT_EQ(message("3e"), "'3e' is not a number");
   EXPECT_EQ(message("\x80"), "unexpected '?'");
   EXPECT_EQ(message("\xC3\xA4"), "unexpected '\xC3\xA4'");
 }

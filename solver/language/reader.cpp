@@ -5,14 +5,30 @@
 #include <string>
 #include <utility>
 
+#include "solver/language/advice.h"
 #include "solver/language/expression_reader.h"
 #include "solver/language/language_error.h"
 #include "solver/language/lexer.h"
+#include "solver/language/relation.h"
 #include "solver/language/statement_reader.h"
 #include "solver/language/text_check.h"
 
 namespace sdpsol {
 namespace {
+
+// Whether an error at a "," stands among elements whose "[" is missing: then the "]"
+// comes before anything else that such a list cannot hold.
+bool in_unopened_matrix(Lexer lexer) {
+  if (lexer.current().kind != TokenKind::kComma) return false;
+  for (;; lexer.advance()) {
+    const TokenKind kind = lexer.current().kind;
+    if (kind == TokenKind::kCloseBracket) return true;
+    if (kind == TokenKind::kEnd || kind == TokenKind::kAssign || kind == TokenKind::kOpenBracket ||
+        is_relation(kind)) {
+      return false;
+    }
+  }
+}
 
 // Goes on behind the ";" that ends the statement. Inside a matrix ";" ends rows,
 // so there it must be the one after the "]". But where a "]" or ";" is missing,
@@ -20,7 +36,15 @@ namespace {
 // the beginning of a line.
 void skip_statement(Lexer& lexer, std::uint32_t statement_begin, int open_brackets) {
   const std::uint32_t error_begin = lexer.current().span.begin;
+  if (error_begin == statement_begin && begins_foreign_comment(lexer.text(), error_begin)) {
+    const std::size_t line_end = lexer.text().find('\n', error_begin);
+    while (lexer.current().kind != TokenKind::kEnd && lexer.current().span.begin < line_end) {
+      lexer.advance();
+    }
+    return;
+  }
   if (error_begin == statement_begin) lexer.advance();
+  if (in_unopened_matrix(lexer)) ++open_brackets;
   for (; lexer.current().kind != TokenKind::kEnd; lexer.advance()) {
     const std::string_view before = lexer.text({0, lexer.current().span.begin});
     const std::size_t last = before.find_last_not_of(" \t");
@@ -31,6 +55,7 @@ void skip_statement(Lexer& lexer, std::uint32_t statement_begin, int open_bracke
     if (kind == TokenKind::kOpenBracket) ++open_brackets;
     if (kind == TokenKind::kCloseBracket && open_brackets > 0) --open_brackets;
     if (kind == TokenKind::kSemicolon && open_brackets == 0) {
+      if (closes_what_is_not_open(lexer.text().substr(lexer.current().span.end))) continue;
       lexer.advance();
       return;
     }
@@ -41,6 +66,9 @@ bool read_statement(StatementReader& statements, Diagnostics& diagnostics) {
   try {
     statements.read();
     return true;
+  } catch (const MissingSemicolon& error) {
+    diagnostics.add(error.diagnostic);
+    return error.next_begins;
   } catch (const UndefinedName& error) {
     statements.mark_missing(error.name, diagnostics.add(error.diagnostic));
   } catch (const LanguageError& error) {

@@ -7,6 +7,7 @@
 #include "solver/language/explain.h"
 #include "solver/language/language_error.h"
 #include "solver/language/symmetry.h"
+#include "solver/language/variables.h"
 
 namespace sdpsol {
 namespace {
@@ -21,8 +22,19 @@ bool is_vector(const AffineMatrix& matrix) {
   return matrix.rows == 1 || matrix.columns == 1;
 }
 
+// A scalar against a matrix can mean each entry or the multiple of the identity.
+std::string advice_on_scalar(const AffineMatrix& matrix, const Token& sign) {
+  if (sign.kind == TokenKind::kEqual) {
+    return "; for every entry, write a scalar s as s*ones(" + std::to_string(matrix.rows) + "," +
+           std::to_string(matrix.columns) + ")";
+  }
+  if (matrix.rows != matrix.columns) return "";
+  return "; against a matrix, write a scalar s as s*eye(" + std::to_string(matrix.rows) + ")";
+}
+
 // Scalars against vectors; the number 0 against a matrix is left to subtract().
-void spread_scalars(AffineMatrix& left, AffineMatrix& right, Span at) {
+void spread_scalars(AffineMatrix& left, AffineMatrix& right, const Token& sign) {
+  const Span at = sign.span;
   const auto agree = [&] { return left.rows == right.rows && left.columns == right.columns; };
   if (agree()) return;
   if (is_scalar(left) && is_vector(right)) left = spread(left, right.rows, right.columns, at);
@@ -30,9 +42,8 @@ void spread_scalars(AffineMatrix& left, AffineMatrix& right, Span at) {
   if (agree() || is_number_zero(left) || is_number_zero(right)) return;
   std::string message = "both sides of a relation need equal shapes: left is " + shape_text(left) +
                         ", right is " + shape_text(right);
-  if (is_scalar(left) || is_scalar(right)) {
-    message += "; against a matrix, write a scalar s as s*eye(n)";
-  }
+  if (is_scalar(left) || is_scalar(right))
+    message += advice_on_scalar(is_scalar(left) ? right : left, sign);
   throw LanguageError(at, std::move(message));
 }
 
@@ -49,6 +60,18 @@ std::string difference_text(const Symmetry& symmetry, double sign,
          entry(symmetry.column, symmetry.row, symmetry.lower);
 }
 
+LanguageError asymmetric(Span at, const std::string& entries, std::int32_t unknown,
+                         const std::vector<Variable>& variables) {
+  LanguageError error(at, "a matrix inequality needs symmetric matrices: " + entries);
+  if (unknown == kConstant) return error;
+  const Variable& variable = owner_of(variables, unknown);
+  if (variable.shape != Variable::Shape::kGeneral || variable.rows == 1 || variable.columns == 1)
+    return error;
+  return std::move(error).with_note(variable.declared, in_quotes(variable.name) + " is declared " +
+                                                           shape_text(variable) +
+                                                           " here, and not symmetric");
+}
+
 }  // namespace
 
 bool is_relation(TokenKind kind) {
@@ -63,7 +86,7 @@ RelationResult make_condition(Operand left, const Token& sign, Operand right,
   condition.sense = sense_of(sign.kind);
   condition.where = {left.span.begin, right.span.end};
 
-  spread_scalars(left.value, right.value, sign.span);
+  spread_scalars(left.value, right.value, sign);
   const bool left_is_zero = is_number_zero(left.value);
   const bool reversed = sign.kind == TokenKind::kLess || sign.kind == TokenKind::kLessEqual;
   if (reversed) std::swap(left.value, right.value);
@@ -85,7 +108,7 @@ RelationResult make_condition(Operand left, const Token& sign, Operand right,
   const std::string entries =
       difference_text(symmetry, reversed != left_is_zero ? -1.0 : 1.0, variables);
   if (symmetry.grade == Symmetry::Grade::kBroken) {
-    throw LanguageError(sign.span, "a matrix inequality needs symmetric matrices: " + entries);
+    throw asymmetric(sign.span, entries, symmetry.unknown, variables);
   }
   result.note = Diagnostic{
       Diagnostic::Severity::kNote, sign.span, "the symmetric part is used: " + entries, {}, {}};

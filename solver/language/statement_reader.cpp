@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "solver/language/advice.h"
 #include "solver/language/arithmetic.h"
 #include "solver/language/explain.h"
 #include "solver/language/limits.h"
@@ -31,9 +32,11 @@ StatementReader::StatementReader(Lexer& lexer, Diagnostics& diagnostics)
 
 void StatementReader::read() {
   target_ = Token{};
+  missing_ = {};
   const Token token = lexer_.current();
   const std::string_view word = lexer_.text(token.span);
   try {
+    require_statement(token);
     if (token.kind == TokenKind::kName && lexer_.ahead().kind == TokenKind::kAssign) {
       assignment();
     } else if (word == "variable") {
@@ -52,29 +55,70 @@ void StatementReader::read() {
 
 int StatementReader::abandon() {
   if (target_.kind == TokenKind::kName) {
-    publish(lexer_.text(target_.span), {Symbol::Kind::kFailed, {}, target_.span});
+    const std::string_view name = lexer_.text(target_.span);
+    const Symbol failed{Symbol::Kind::kFailed, {}, target_.span};
+    // "x = x + 1" is no later definition of the x that it misses.
+    if (name == missing_) {
+      symbols_.set(name, failed);
+    } else {
+      publish(name, failed);
+    }
   }
   return expressions_.recover();
 }
 
 void StatementReader::mark_missing(std::string_view name, std::size_t complaint) {
   symbols_.set(name, {Symbol::Kind::kMissing, {}, {}, 0, complaint});
+  missing_ = name;
+}
+
+// A word, or what is none, and a name behind it: "Variable x, y", "maximise o = x".
+// What they were to define counts as failed.
+void StatementReader::require_statement(const Token& first) {
+  const Token second = lexer_.ahead();
+  const std::string_view word = lexer_.text(first.span);
+  const bool unknown_word =
+      first.kind == TokenKind::kName && !is_keyword(word) && symbols_.find(word) == nullptr;
+  if (!unknown_word && first.kind != TokenKind::kInvalid) return;
+  if (begins_foreign_comment(lexer_.text(), first.span.begin)) return;
+  if (second.kind != TokenKind::kName || breaks_line({first.span.end, second.span.begin})) return;
+  if (symbols_.find(lexer_.text(second.span)) == nullptr) target_ = second;
+  fail_further_declarations();
+  const std::string_view keyword = keyword_meant(word);
+  if (keyword.empty() || keyword == "symmetric" || keyword == "diagonal") return;
+  throw LanguageError(first.span,
+                      in_quotes(word) + " is no keyword; it is written " + in_quotes(keyword));
+}
+
+void StatementReader::require_assignment(Span equals_sign) const {
+  const std::string_view behind = lexer_.text().substr(equals_sign.end);
+  if (!behind.starts_with('<') && !behind.starts_with('>')) return;
+  const Span both{equals_sign.begin, equals_sign.end + 1};
+  throw LanguageError(both, "unexpected " + in_quotes(lexer_.text(both)) +
+                                std::string(advice_on_sign(lexer_.text(), equals_sign.end)));
 }
 
 void StatementReader::assignment() {
   const Token name = lexer_.current();
   const std::string_view text = lexer_.text(name.span);
-  require_not_variable(name);
+  // Before anything is said about assigning: "x =< 1" is meant to be a relation.
+  require_assignment(lexer_.ahead().span);
+  require_not_variable(name, "it cannot be assigned, an equation is written '=='");
   lexer_.advance();
   lexer_.advance();
   if (is_parameter(text)) {
-    set_parameter(model_.parameters, text, expressions_.expression());
+    const Operand operand = expressions_.expression();
+    try {
+      set_parameter(model_.parameters, text, operand);
+    } catch (LanguageError& error) {
+      explain_name(error, lexer_.text(), symbols_);
+      throw;
+    }
     publish_parameter(text, name.span);
     return;
   }
   target_ = name;
   assign(name, expressions_.expression().value);
-  target_ = Token{};
 }
 
 void StatementReader::require_free(const Token& name, const char* use) const {
@@ -85,12 +129,12 @@ void StatementReader::require_free(const Token& name, const char* use) const {
   }
 }
 
-void StatementReader::require_not_variable(const Token& name) const {
+void StatementReader::require_not_variable(const Token& name, const char* rule) const {
   const std::string_view text = lexer_.text(name.span);
   if (const auto reason = why_reserved(text)) throw LanguageError(name.span, *reason);
   const Symbol* symbol = symbols_.find(text);
   if (symbol != nullptr && symbol->kind == Symbol::Kind::kVariable) {
-    throw LanguageError(name.span, in_quotes(text) + " is a variable and cannot be assigned")
+    throw LanguageError(name.span, in_quotes(text) + " is a variable; " + rule)
         .with_note(symbol->defined, in_quotes(text) + " is declared here");
   }
 }
@@ -123,19 +167,41 @@ void StatementReader::assign(const Token& name, AffineMatrix value) {
 }
 
 void StatementReader::declarations() {
-  do {
-    lexer_.advance();
-    declaration();
-    target_ = Token{};
-  } while (lexer_.current().kind == TokenKind::kComma);
+  try {
+    do {
+      lexer_.advance();
+      declaration();
+      target_ = Token{};
+    } while (lexer_.current().kind == TokenKind::kComma);
+  } catch (const LanguageError&) {
+    fail_further_declarations();
+    throw;
+  }
+}
+
+// The names in the rest of a list of declarations that is in error.
+void StatementReader::fail_further_declarations() {
+  for (Lexer rest = lexer_;
+       rest.current().kind != TokenKind::kSemicolon && rest.current().kind != TokenKind::kEnd;
+       rest.advance()) {
+    if (rest.current().kind != TokenKind::kComma || rest.ahead().kind != TokenKind::kName) continue;
+    const std::string_view name = lexer_.text(rest.ahead().span);
+    if (symbols_.find(name) != nullptr) continue;
+    symbols_.set(name, {Symbol::Kind::kFailed, {}, rest.ahead().span});
+  }
 }
 
 void StatementReader::declaration() {
   const Token name = lexer_.current();
   if (name.kind != TokenKind::kName) throw lexer_.unexpected("the name of a variable");
   lexer_.advance();
-  require_free(name, "a variable");
   const std::string_view text = lexer_.text(name.span);
+  if ((text == "symmetric" || text == "diagonal") && lexer_.current().kind == TokenKind::kName) {
+    target_ = lexer_.current();
+    throw LanguageError(name.span, in_quotes(text) + " stands behind the size, as in 'A(2,2) " +
+                                       std::string(text) + "'");
+  }
+  require_free(name, "a variable");
   const Symbol* symbol = symbols_.find(text);
   if (symbol != nullptr && symbol->kind == Symbol::Kind::kAssigned) {
     throw LanguageError(name.span, in_quotes(text) + " is declared after it was assigned")
@@ -143,7 +209,9 @@ void StatementReader::declaration() {
   }
   if (symbol == nullptr || symbol->kind != Symbol::Kind::kVariable) {
     target_ = name;
-    declare(declared_shape(name));
+    Variable variable = declared_shape(name);
+    require_declaration_end(variable);
+    declare(std::move(variable));
     return;
   }
 
@@ -191,6 +259,26 @@ Variable StatementReader::declared_shape(const Token& name) {
   return variable;
 }
 
+// Before the variable counts as declared: "variable A(2,2) symetric" would else be
+// a general one, and every use of it an error.
+void StatementReader::require_declaration_end(const Variable& variable) const {
+  const Token token = lexer_.current();
+  if (token.kind == TokenKind::kSemicolon || token.kind == TokenKind::kComma || at_new_line()) {
+    return;
+  }
+  const std::string_view word = lexer_.text(token.span);
+  if (token.kind == TokenKind::kAssign) {
+    throw LanguageError(token.span, "a variable is declared without a value; to fix it, write " +
+                                        in_quotes(variable.name + " == ...") +
+                                        " as a statement of its own");
+  }
+  if (const std::string_view keyword = keyword_meant(word); !keyword.empty() && keyword != word) {
+    throw LanguageError(token.span,
+                        in_quotes(word) + " is no keyword; it is written " + in_quotes(keyword));
+  }
+  throw lexer_.unexpected("'symmetric', 'diagonal', ',' or ';'");
+}
+
 void StatementReader::declare(Variable variable) {
   const std::int64_t unknowns = unknown_count(variable);
   if (unknowns > kMaxGeneratedEntries) {
@@ -214,13 +302,13 @@ void StatementReader::objective(bool maximize) {
   lexer_.advance();
   const Token name = lexer_.current();
   if (name.kind != TokenKind::kName || lexer_.ahead().kind != TokenKind::kAssign) {
-    throw lexer_.unexpected("a name and '=', as in '" + std::string(lexer_.text(word.span)) +
-                            " objective = ...'");
+    throw LanguageError(name.span, "an objective has a name: it is written '" +
+                                       std::string(lexer_.text(word.span)) + " objective = ...'");
   }
   lexer_.advance();
   lexer_.advance();
   require_free(name, "the name of an objective");
-  require_not_variable(name);
+  require_not_variable(name, "an objective needs a name of its own");
   target_ = name;
   if (model_.objective) {
     throw LanguageError(word.span, "a second objective: there can be only one")
@@ -228,12 +316,13 @@ void StatementReader::objective(bool maximize) {
   }
   Operand operand = expressions_.expression();
   if (!is_scalar(operand.value)) {
-    throw LanguageError(operand.span,
-                        "an objective must be a scalar, this is " + shape_text(operand.value));
+    throw with_name_explained(
+        LanguageError(operand.span,
+                      "an objective must be a scalar, this is " + shape_text(operand.value)),
+        lexer_.text(), symbols_);
   }
   settle(operand.value, name.span);
   assign(name, operand.value);
-  target_ = Token{};
   model_.objective = Objective{std::move(operand.value),
                                maximize,
                                std::string(lexer_.text(name.span)),
@@ -271,26 +360,52 @@ void StatementReader::relations() {
 }
 
 void StatementReader::end_statement() {
+  if (lexer_.current().kind == TokenKind::kSemicolon) {
+    lexer_.advance();
+    return;
+  }
+  const TokenKind kind = lexer_.current().kind;
+  const bool plain = kind != TokenKind::kAssign && kind != TokenKind::kCloseParenthesis &&
+                     kind != TokenKind::kCloseBracket;
+  if (plain && at_new_line()) {
+    target_ = Token{};
+    throw MissingSemicolon({lexer_.last_end(), lexer_.last_end()},
+                           kind == TokenKind::kName || kind == TokenKind::kOpenBracket);
+  }
+  throw wrong_end();
+}
+
+bool StatementReader::at_new_line() const {
+  const Token& token = lexer_.current();
+  return token.kind == TokenKind::kEnd || breaks_line({lexer_.last_end(), token.span.begin});
+}
+
+bool StatementReader::breaks_line(Span between) const {
+  return lexer_.text(between).find('\n') != std::string_view::npos;
+}
+
+// What stands where the statement could end.
+LanguageError StatementReader::wrong_end() const {
   const Token token = lexer_.current();
-  switch (token.kind) {
-    case TokenKind::kSemicolon:
-      lexer_.advance();
-      return;
-    case TokenKind::kAssign:
-      throw LanguageError(token.span, "'=' assigns to a name; an equation is written with '=='");
-    case TokenKind::kCloseParenthesis:
-    case TokenKind::kCloseBracket:
-      throw LanguageError(token.span,
-                          in_quotes(lexer_.text(token.span)) + " without one that opens it");
-    default:
-      break;
+  const std::string found = in_quotes(lexer_.text(token.span));
+  if (token.kind == TokenKind::kAssign) {
+    require_assignment(token.span);
+    return {token.span, "'=' assigns to a name; an equation is written with '=='"};
   }
-  const std::string_view between = lexer_.text({lexer_.last_end(), token.span.begin});
-  if (token.kind == TokenKind::kEnd || between.find('\n') != std::string_view::npos) {
-    throw LanguageError({lexer_.last_end(), lexer_.last_end()},
-                        "';' is missing at the end of this statement");
+  if (token.kind == TokenKind::kCloseParenthesis || token.kind == TokenKind::kCloseBracket) {
+    return {token.span, found + " without one that opens it"};
   }
-  throw lexer_.unexpected("an operator or ';'");
+  LanguageError error = lexer_.unexpected("an operator or ';'");
+  std::string& message = error.diagnostic.message;
+  if (token.kind == TokenKind::kOpenParenthesis) {
+    message += "; a product needs '*', and only a name has elements";
+  } else if (token.kind == TokenKind::kOpenBracket) {
+    message += "; a product needs '*', and an element is A(row, column)";
+  } else if (token.kind == TokenKind::kComma || found == "'and'") {
+    message += "; each relation is a statement of its own";
+    if (lexer_.ahead().kind == TokenKind::kNumber) message += ", and numbers have a decimal point";
+  }
+  return error;
 }
 
 }  // namespace sdpsol

@@ -6,11 +6,22 @@
 
 #include "solver/language/diagnostics.h"
 #include "solver/language/expression_reader.h"
+#include "solver/language/language_error.h"
 #include "solver/language/lexer.h"
 #include "solver/language/model.h"
 #include "solver/language/symbols.h"
 
 namespace sdpsol {
+
+/// A statement ends with its line and not with ";".
+class MissingSemicolon : public LanguageError {
+ public:
+  MissingSemicolon(Span span, bool next_statement_begins)
+      : LanguageError(span, "';' is missing at the end of this statement"),
+        next_begins(next_statement_begins) {}
+  /// What follows looks like a statement: there is nothing to recover from.
+  bool next_begins;
+};
 
 /// Reads one statement at a time into a model. A statement takes effect as soon
 /// as it has been read up to its ";", so that a missing ";" is one error and not
@@ -35,17 +46,24 @@ class StatementReader {
   Model take_model() { return std::move(model_); }
 
  private:
+  void require_statement(const Token& first);
+  void require_assignment(Span equals_sign) const;
   void assignment();
   void declarations();
+  void fail_further_declarations();
   void declaration();
   Variable declared_shape(const Token& name);
+  void require_declaration_end(const Variable& variable) const;
   void declare(Variable variable);
   void objective(bool maximize);
   void relations();
   void end_statement();
+  bool at_new_line() const;
+  bool breaks_line(Span between) const;
+  LanguageError wrong_end() const;
 
   void require_free(const Token& name, const char* use) const;
-  void require_not_variable(const Token& name) const;
+  void require_not_variable(const Token& name, const char* rule) const;
   void require_memory(std::size_t terms, Span at) const;
   void publish(std::string_view name, Symbol symbol);
   void publish_parameter(std::string_view name, Span where);
@@ -57,8 +75,11 @@ class StatementReader {
   ExpressionReader expressions_;
   Model model_;
   std::size_t condition_terms_ = 0;
-  /// The name that the statement at hand is about to define, else kEnd.
+  /// The name that the statement at hand defines, else kEnd. What it has defined is
+  /// taken back if it does not end as it should.
   Token target_;
+  /// The name that the statement at hand uses without a definition, else "".
+  std::string_view missing_;
 };
 
 }  // namespace sdpsol

@@ -35,6 +35,8 @@ class SymbolTable {
   /// Null where the name has never been seen.
   const Symbol* find(std::string_view name) const;
   void set(std::string_view name, Symbol symbol);
+  /// A name that differs from this one in case only, else "".
+  std::string_view similar(std::string_view name) const;
   /// Terms of all values together.
   std::size_t held_terms() const { return held_terms_; }
 

@@ -10,6 +10,10 @@
 namespace sdpsol {
 namespace {
 
+// Of what was added up, this much may be lost on the way: terms that mirror each
+// other are often the same numbers, added in another order.
+constexpr double kRounding = 0x1p-48;
+
 using Key = std::tuple<std::int32_t, std::int32_t, std::int32_t>;
 
 Key key_of(const AffineTerm& term) {
@@ -84,7 +88,7 @@ Symmetry symmetrize(AffineMatrix& matrix) {
     symmetric.push_back({row, column, unknown, 0.5 * term.value + 0.5 * image.value,
                          0.5 * term.magnitude + 0.5 * image.magnitude});
     const double difference = std::abs(term.value - image.value);
-    if (row >= column || difference == 0) continue;
+    if (row >= column || difference <= kRounding * (term.magnitude + image.magnitude)) continue;
     const double relative = difference / largest[static_cast<std::size_t>(unknown) + 1];
     if (relative <= worst) continue;
     worst = relative;

@@ -12,7 +12,8 @@ namespace sdpsol {
 inline constexpr double kSymmetryTolerance = 1e-5;
 
 /// What symmetrize() met; where it is not kExact, at the pair of entries that
-/// differs most, relative to the largest entry of its coefficient matrix.
+/// differs most, relative to the largest entry of its coefficient matrix. Differences
+/// within the rounding of what the entries were added up from are none.
 struct Symmetry {
   enum class Grade { kExact, kRounded, kBroken };
   Grade grade = Grade::kExact;

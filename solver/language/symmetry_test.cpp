@@ -47,6 +47,17 @@ TEST(Symmetrize, EqualisesMagnitudesWithoutAWord) {
   EXPECT_EQ(matrix.terms, (Terms{{0, 1, 0, 1, 2}, {1, 0, 0, 1, 2}}));
 }
 
+TEST(Symmetrize, TakesRoundingForNoDifference) {
+  // 0.1 + 0.2 - 0.3, added up in two orders: nothing else is left of the unknown.
+  AffineMatrix matrix{2, 2, {{0, 1, 0, 5.6e-17, 0.6}, {1, 0, 0, -2.8e-17, 0.6}}};
+  EXPECT_EQ(symmetrize(matrix).grade, Grade::kExact);
+  EXPECT_EQ(matrix.terms[0].value, matrix.terms[1].value);
+  EXPECT_DOUBLE_EQ(matrix.terms[0].value, 1.4e-17);
+  // Without the cancellation it is a difference.
+  AffineMatrix small{2, 2, {{0, 1, 0, 5.6e-17, 5.6e-17}, {1, 0, 0, -2.8e-17, 2.8e-17}}};
+  EXPECT_EQ(symmetrize(small).grade, Grade::kBroken);
+}
+
 TEST(Symmetrize, NamesTheWorstPairAndKeepsTheMatrix) {
   const Terms terms{{0, 1, 0, 1, 1}, {0, 1, 1, 100, 100}, {1, 0, 0, 1.1, 1.1}, {1, 0, 1, 101, 101}};
   AffineMatrix matrix{2, 2, terms};

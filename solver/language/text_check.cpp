@@ -19,6 +19,11 @@ bool is_text(const Source& source, Diagnostics& diagnostics) {
                         .diagnostic);
     return false;
   }
+  if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) {
+    diagnostics.add(
+        LanguageError({0, 2}, "this text is in UTF-16; save it as UTF-8 or ASCII").diagnostic);
+    return false;
+  }
   const std::size_t null_byte = text.find('\0');
   if (null_byte != std::string_view::npos) {
     const auto at = static_cast<std::uint32_t>(null_byte);

@@ -6,8 +6,8 @@
 
 namespace sdpsol {
 
-/// Whether the source can be a text at all: not larger than kMaxTextBytes, and
-/// without a byte 0. If not, says so once, instead of a thousand complaints about
+/// Whether the source can be a text at all: not larger than kMaxTextBytes, not in
+/// UTF-16, and without a byte 0. If not, says so once, instead of a thousand complaints about
 /// its bytes. Cost: a search through the text.
 bool is_text(const Source& source, Diagnostics& diagnostics);
 

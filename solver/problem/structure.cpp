@@ -87,10 +87,22 @@ void append_matrix(const Condition& condition, std::int32_t number, std::vector<
   }
 }
 
-/// One row per entry, also for entries without terms: they read 0 > 0.
+/// One row per entry. An entry without terms reads 0 > 0, unless in an equation: there
+/// it says nothing, and a matrix of 10,000 x 10,000 may consist of them.
 void append_rows(const Condition& condition, std::int32_t number, std::vector<Block>& blocks) {
   const AffineMatrix& m = condition.difference;
   const std::size_t first = blocks.size();
+  if (condition.sense == Condition::Sense::kEqual) {
+    const AffineTerm* previous = nullptr;
+    for (const AffineTerm& t : m.terms) {
+      if (previous == nullptr || previous->row != t.row || previous->column != t.column) {
+        blocks.push_back({1, Sense::kEqual, number, {}});
+      }
+      blocks.back().terms.push_back({0, 0, t.unknown, t.value, t.magnitude});
+      previous = &t;
+    }
+    return;
+  }
   blocks.resize(first + static_cast<std::size_t>(m.rows) * static_cast<std::size_t>(m.columns),
                 {1, sense_of(condition.sense), number, {}});
   for (AffineTerm t : m.terms) {

@@ -95,6 +95,19 @@ TEST(BuildProblem, AMatrixEquationIsTakenElementByElement) {
   }
 }
 
+TEST(BuildProblem, AnEquationSaysNothingWhereItHasNoTerms) {
+  Condition condition{
+      {10'000, 10'000, {term(0, 1, 0, 1), term(0, 1, 2, -1), term(9'999, 9'999, 1, 2)}},
+      Condition::Sense::kEqual,
+      false,
+      {}};
+  const Problem problem = built({std::move(condition)});
+  ASSERT_EQ(problem.blocks.size(), 2U);
+  EXPECT_EQ(problem.blocks[0].terms,
+            (std::vector<AffineTerm>{term(0, 0, 0, 1), term(0, 0, 2, -1)}));
+  EXPECT_EQ(problem.blocks[1].terms, (std::vector<AffineTerm>{term(0, 0, 1, 2)}));
+}
+
 TEST(BuildProblem, AMinimisationIsAMaximisationOfTheOpposite) {
   Model model;
   model.unknown_count = 2;
