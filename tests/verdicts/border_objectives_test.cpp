@@ -60,6 +60,14 @@ INSTANTIATE_TEST_SUITE_P(
         Optimised{"OnlyALargeBox", "BIGM=1e6; variable x; x>0; maximize o=x;", 1e6, true},
         Optimised{"OnlyASmallBox", "BIGM=0.5; variable x; x>0; maximize o=2*x;", 1, true},
         Optimised{"OneUnknownOfTwo", "variable x,y; x+y<1; maximize o=x;", 15000, true},
+        // One unknown at the box, the other where that leads; both; far from all else.
+        Optimised{"OtherUnknownAtTheBox", "BIGM=9; variable x,y; -x-2*y-13>0; maximize o=3*x;", 15,
+                  true},
+        Optimised{"UnknownOfTheObjectiveAlone",
+                  "BIGM=8; variable x,y; -3*y+10>=0; maximize o=3*x+82*y;", 24 + 820.0 / 3, true},
+        Optimised{"FarBox", "BIGM=1e9; variable x; x<=0.6; maximize o=-x;", 1e9, true},
+        Optimised{"FarFromItsRows",
+                  "variable x; 3*x>=0; 6*x+0.00001>0; 9*x-0.001>=0; maximize o=x;", 15000, true},
         // A condition at the same place as the box.
         Optimised{"BoxNotNeeded", "variable x; x<=14000; maximize o=x;", 14000},
         // Sizes.

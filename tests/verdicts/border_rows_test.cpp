@@ -53,6 +53,9 @@ INSTANTIATE_TEST_SUITE_P(
                   kInfeasible},
         // x == 0 on paper, 0 == 0 in doubles, and x > 1 beside it.
         Forbidden{"CoefficientOfAnEquation", "variable x; 1e20*x+x-1e20*x==0; x>1;", kFeasible},
+        // x >= 3 on paper; a coefficient that is a millionth of a millionth less asks for more.
+        Forbidden{"RoundedCoefficient", "variable x; x<=3; 6789.6*x+32.6608*x-6789.6*x>=97.9824;",
+                  kInfeasible},
         // x > 5 + 1 and x < 5.5 on paper; the 1 is lost in doubles.
         Forbidden{"Bound", "variable x; x>5+1e20+1-1e20; x<5.5;", kFeasible}),
     kByName);
@@ -132,8 +135,8 @@ INSTANTIATE_TEST_SUITE_P(
         // Twelve orders of magnitude between the unknowns, ten between the rows.
         Required{"BadlyScaled",
                  "variable x,y; 1e-6*x+1e6*y>1e-3; 1e5*x<1e8; 1e-5*y<1e-10; 1e5*x>0;", kFeasible},
-        Required{"BadlyScaledContradiction", "variable x,y; 1e-6*x+1e6*y>1e-3; 1e-1*x+1e11*y<99.9999;",
-                 kInfeasible},
+        Required{"BadlyScaledContradiction",
+                 "variable x,y; 1e-6*x+1e6*y>1e-3; 1e-1*x+1e11*y<99.9999;", kInfeasible},
         Required{"MillionOfOne", "variable x; 1000000*x>1; 1000000*x<2;", kFeasible},
         Required{"MillionthOfOne", "variable x; 0.000001*x>0.001; 0.000001*x<0.002;", kFeasible},
         // A small coefficient is not noise where it is its unknown's only one.

@@ -211,10 +211,14 @@ RationalProgram with_room(const RationalProgram& program, const Rational& share)
   for (RationalRow row : program.rows) {
     row.coefficients.resize(2 * n);
     if (row.sense != Sense::kEqual) {
+      const bool own = row.magnitudes.empty();
       row.sense = Sense::kStrict;
-      for (std::size_t k = 0; k < n; ++k)
-        row.coefficients[n + k] = -share * abs(row.coefficients[k]);
-      row.constant -= share * abs(row.constant);
+      for (std::size_t k = 0; k < n; ++k) {
+        const Rational size = own ? abs(row.coefficients[k]) : row.magnitudes[k];
+        row.coefficients[n + k] = -share * size;
+      }
+      const Rational size = own ? abs(row.constant) : row.magnitudes[n];
+      row.constant -= share * size;
     }
     result.rows.push_back(std::move(row));
   }

@@ -20,6 +20,9 @@ struct RationalRow {
   std::vector<Rational> coefficients;  ///< one per unknown
   Rational constant;
   Sense sense = Sense::kStrict;
+  /// What the numbers were added up from, the constant last, where they were: the
+  /// sums of the magnitudes. Empty: the numbers' own magnitudes.
+  std::vector<Rational> magnitudes = {};
 };
 
 /// Rows in unknowns of either sign.
