@@ -26,6 +26,9 @@ INSTANTIATE_TEST_SUITE_P(
                       Required{"SingularStrict", "[1,1;1,1]>0;", kInfeasible},
                       Required{"SingularOfOtherNumbers", "[4,2;2,1]>=0;", kFeasible},
                       Required{"SingularOfOtherNumbersStrict", "[4,2;2,1]>0;", kInfeasible},
+                      // The null vector is [3,-2]: no power of two makes it [1,-2/3].
+                      Required{"SingularByThirds", "[4,6;6,9]>=0;", kFeasible},
+                      Required{"SingularByThirdsStrict", "[4,6;6,9]>0;", kInfeasible},
                       // A million million between the diagonal entries, and nothing beside them.
                       Required{"BadlyScaled", "[1e-6,0;0,1e6]>0;", kFeasible},
                       Required{"ZeroBesideOne", "[1,0;0,0]>=0;", kFeasible},
@@ -50,6 +53,8 @@ INSTANTIATE_TEST_SUITE_P(
         Required{"OnesStrict", "variable x; [x,x;x,x]>0; x<=3;", kInfeasible},
         Required{"Square", "variable x; [x,2*x;2*x,4*x]>=0; x<=3;", kFeasible},
         Required{"SquareStrict", "variable x; [x,2*x;2*x,4*x]>0;", kInfeasible},
+        Required{"SquareByThirds", "variable x; [4*x,6*x;6*x,9*x]>=0; x<=3;", kFeasible},
+        Required{"SquareByThirdsStrict", "variable x; [4*x,6*x;6*x,9*x]>0; x<=3;", kInfeasible},
         Required{"OnesOfThree", "variable x; x*ones(3,3)>=0; x>=1;", kFeasible},
         Required{"OnesOfThreeStrict", "variable x; x*ones(3,3)>0;", kInfeasible},
         // Weights of a triangle's edges: every row adds up to 0.
