@@ -30,20 +30,31 @@ double proven_smallest_singular_value(const Eigen::MatrixXd& gram, double error)
   return 0;
 }
 
+/// A*A'.
+Eigen::MatrixXd gram_of(const BalanceRows::Matrix& a) {
+  Eigen::MatrixXd gram = Eigen::MatrixXd::Zero(a.rows(), a.rows());
+  gram.selfadjointView<Eigen::Lower>().rankUpdate(a);
+  gram.triangularView<Eigen::StrictlyUpper>() = gram.transpose();
+  return gram;
+}
+
 }  // namespace
 
 Balance::Balance(const Problem& problem, const std::vector<Multiplier>& multipliers, BalanceOf what)
     : problem_(problem),
       multipliers_(multipliers),
       weights_(problem, multipliers),
-      system_(gather_balance_rows(problem, weights_, what)),
-      sums_(weights_.sums()) {
+      system_(gather_balance_rows(problem, weights_, what)) {
   switch (what) {
     case BalanceOf::kNothing:
-      leave_all_unsettled();
+      take_as_they_are();
       return;
     case BalanceOf::kObjective:
-      correct_for_bound();
+      if (problem.boxed) {
+        correct_for_bound();
+      } else {
+        correct();
+      }
       break;
     case BalanceOf::kUnknowns:
     case BalanceOf::kUnknownsAndConstant:
@@ -58,6 +69,7 @@ bool Balance::is_unsettled(std::int32_t unknown) const {
 }
 
 void Balance::leave_all_unsettled() {
+  sums_ = weights_.sums();
   correction_ = 0;
   unsettled_.clear();
   for (const BalanceRows::Row& row : system_.rows) unsettled_.push_back(row.unknown);
@@ -65,7 +77,6 @@ void Balance::leave_all_unsettled() {
 
 void Balance::take_as_they_are() {
   weights_.set_identity();
-  sums_ = weights_.sums();
   leave_all_unsettled();
 }
 
@@ -83,7 +94,7 @@ Eigen::VectorXd Balance::residual_bounds() const {
 }
 
 /// Least squares steps of M onto the balance of the given rows.
-void Balance::move(const Eigen::MatrixXd& chosen, const Eigen::MatrixXd& gram,
+void Balance::move(const BalanceRows::Matrix& chosen, const Eigen::MatrixXd& gram,
                    const std::vector<Eigen::Index>& rows) {
   const Eigen::LLT<Eigen::MatrixXd> solver(gram);
   for (int pass = 0; pass < 3; ++pass) {
@@ -97,18 +108,18 @@ void Balance::move(const Eigen::MatrixXd& chosen, const Eigen::MatrixXd& gram,
   }
 }
 
-/// A bound on the objective needs no exact balance: what little M leaves, charged
+/// A bound inside the box needs no exact balance: what little M leaves, charged
 /// to the box, costs less than the distance to exactly balanced multipliers. So
 /// nothing about the rows has to be proven here; a small ridge keeps dependent
 /// ones harmless.
 void Balance::correct_for_bound() {
-  if (system_.rows.empty()) return;
-  std::vector<Eigen::Index> all(system_.rows.size());
-  std::iota(all.begin(), all.end(), 0);
-  Eigen::MatrixXd gram = system_.matrix * system_.matrix.transpose();
-  gram.diagonal().array() += 1e-14;
-  move(system_.matrix, gram, all);
-  sums_ = weights_.sums();
+  if (!system_.rows.empty()) {
+    std::vector<Eigen::Index> all(system_.rows.size());
+    std::iota(all.begin(), all.end(), 0);
+    Eigen::MatrixXd gram = gram_of(system_.matrix);
+    gram.diagonal().array() += 1e-14;
+    move(system_.matrix, gram, all);
+  }
   leave_all_unsettled();
 }
 
@@ -116,14 +127,14 @@ void Balance::correct_for_bound() {
 /// left. False, and nothing changed, if the rows are not provably independent.
 bool Balance::settle(const std::vector<Eigen::Index>& rows) {
   const auto count = static_cast<Eigen::Index>(rows.size());
-  Eigen::MatrixXd chosen(count, weights_.packed().size());
+  BalanceRows::Matrix chosen(count, weights_.packed().size());
   double worst_error = 0;
   for (Eigen::Index i = 0; i < count; ++i) {
     const Eigen::Index r = rows[static_cast<std::size_t>(i)];
     chosen.row(i) = system_.matrix.row(r);
     worst_error = std::max(worst_error, system_.rows[static_cast<std::size_t>(r)].error);
   }
-  const Eigen::MatrixXd gram = chosen * chosen.transpose();
+  const Eigen::MatrixXd gram = gram_of(chosen);
   // Rows have norm 1: an entry of the exact gram matrix differs by the rounding
   // of the product and by the error of the two rows.
   const double gram_error =
@@ -174,7 +185,10 @@ void Balance::settle_independent_rows() {
 }
 
 void Balance::correct() {
-  if (system_.rows.empty()) return;
+  if (system_.rows.empty()) {
+    sums_ = weights_.sums();
+    return;
+  }
   std::vector<Eigen::Index> all(system_.rows.size());
   std::iota(all.begin(), all.end(), 0);
   if (static_cast<Eigen::Index>(all.size()) <= weights_.packed().size() && settle(all)) return;

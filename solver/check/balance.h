@@ -53,7 +53,7 @@ class Balance {
   void leave_all_unsettled();
   bool settle(const std::vector<Eigen::Index>& rows);
   void settle_independent_rows();
-  void move(const Eigen::MatrixXd& chosen, const Eigen::MatrixXd& gram,
+  void move(const BalanceRows::Matrix& chosen, const Eigen::MatrixXd& gram,
             const std::vector<Eigen::Index>& rows);
   Eigen::VectorXd residual_bounds() const;
   bool cones_hold() const;

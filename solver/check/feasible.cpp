@@ -68,13 +68,16 @@ bool is_trivially_true(const Block& block) {
 
 PointResult check_matrix_without_room(const Block& block, const std::vector<double>& point,
                                       const std::vector<double>& distance) {
-  if (holds(enclose(block, point, distance), 0)) return PointResult::kProven;
+  const Enclosed region = enclose(block, point, distance);
+  if (holds(region, 0)) return PointResult::kProven;
+  // Far from positive semidefinite no null vector can help, and looking for one costs
+  // more than a factorisation.
+  if (!holds(region, -kNearlySingular)) return PointResult::kNotProven;
   const NullSplit split = split_null_vectors(block);
-  const Block& rest = split.found ? split.rest : block;
-  if (rest.size == 0) return PointResult::kProven;
-  if (split.found && holds(enclose(rest, point, distance), 0)) return PointResult::kProven;
-  return holds(enclose(rest, point, distance), -kNearlySingular) ? PointResult::kOnlyWithin1e8
-                                                                 : PointResult::kNotProven;
+  if (!split.found) return PointResult::kOnlyWithin1e8;
+  if (split.rest.size == 0) return PointResult::kProven;
+  return holds(enclose(split.rest, point, distance), 0) ? PointResult::kProven
+                                                        : PointResult::kOnlyWithin1e8;
 }
 
 bool in_box(const Problem& problem, const std::vector<double>& point,

@@ -52,7 +52,20 @@ Weights::Extended Weights::weight(std::size_t b) const {
   const Extended factor = multipliers_[b].factor.cast<long double>();
   const Extended m = middle(b).cast<long double>();
   if (is_equation(b)) return factor * m(0, 0);
-  return factor * m * factor.transpose();
+  const Extended half = factor * m;
+  Extended y = Extended::Zero(factor.rows(), factor.rows());
+  const Eigen::Index entries = factor.rows() * (factor.rows() + 1) / 2;
+  if (static_cast<Eigen::Index>(block(b).terms.size()) >= entries) {
+    y.triangularView<Eigen::Upper>() = half * factor.transpose();
+    return y;
+  }
+  // A sparse block asks for few of them.
+  const Extended rows = half.transpose();
+  const Extended columns = factor.transpose();
+  for (const AffineTerm& t : block(b).terms) {
+    y(t.row, t.column) = rows.col(t.row).dot(columns.col(t.column));
+  }
+  return y;
 }
 
 Eigen::MatrixXd Weights::weight_size(std::size_t b) const {

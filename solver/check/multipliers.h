@@ -68,7 +68,8 @@ class Weights {
 
  private:
   using Extended = Eigen::Matrix<long double, Eigen::Dynamic, Eigen::Dynamic>;
-  Extended weight(std::size_t b) const;              ///< Y
+  /// Y where the block has terms, upper triangle; 0 elsewhere.
+  Extended weight(std::size_t b) const;
   Eigen::MatrixXd weight_size(std::size_t b) const;  ///< |L| * |M| * |L|'
 
   const Problem& problem_;

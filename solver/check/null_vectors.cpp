@@ -4,7 +4,7 @@
 // struck out, and vectors that people write ([1,-1], [2,1]) come out as written.
 #include "solver/check/null_vectors.h"
 
-#include <Eigen/Core>
+#include <Eigen/LU>
 #include <algorithm>
 #include <cmath>
 #include <map>
@@ -45,6 +45,27 @@ Eigen::MatrixXd sum_of_squares(const Block& block) {
     }
   });
   return sum;
+}
+
+/// True if one combination of the coefficient matrices, with weights that no data
+/// was made for, is regular: then no vector is mapped to 0 by all of them. One
+/// factorisation, where the sum of squares costs one product per unknown.
+bool has_regular_combination(const Block& block) {
+  Eigen::MatrixXd combination = Eigen::MatrixXd::Zero(block.size, block.size);
+  for_each_unknown(block, [&](const AffineTerm* first, const AffineTerm* last) {
+    double largest = 0;
+    for (const AffineTerm* t = first; t != last; ++t)
+      largest = std::max(largest, std::fabs(t->value));
+    if (!(largest > 0)) return;
+    const double weight = (1.5 + std::cos(1.0 + 2.0 * first->unknown)) / largest;
+    for (const AffineTerm* t = first; t != last; ++t) {
+      combination(t->row, t->column) += weight * t->value;
+      if (t->row != t->column) combination(t->column, t->row) += weight * t->value;
+    }
+  });
+  const Eigen::PartialPivLU<Eigen::MatrixXd> factors(combination);
+  const Eigen::VectorXd pivots = factors.matrixLU().diagonal().cwiseAbs();
+  return pivots.minCoeff() > kSingular * pivots.maxCoeff();
 }
 
 /// Gauss-Jordan elimination with diagonal pivots (the matrix is positive
@@ -124,14 +145,18 @@ Block strike_out(const Block& block, const std::vector<bool>& struck) {
 
 NullSplit split_null_vectors(const Block& block) {
   NullSplit split;
-  if (block.size < 2) return split;
+  if (block.size < 2 || has_regular_combination(block)) return split;
   std::vector<bool> struck(static_cast<std::size_t>(block.size), false);
   for (const NullVector& w : echelon_null_vectors(sum_of_squares(block))) {
     if (!is_exact_null_vector(block, w.entries)) continue;
     struck[static_cast<std::size_t>(w.free_index)] = true;
     split.found = true;
   }
-  if (split.found) split.rest = strike_out(block, struck);
+  if (!split.found) return split;
+  split.rest = strike_out(block, struck);
+  for (std::int32_t i = 0; i < block.size; ++i) {
+    if (!struck[static_cast<std::size_t>(i)]) split.kept.push_back(i);
+  }
   return split;
 }
 

@@ -11,6 +11,8 @@ struct NullSplit {
   /// Principal submatrix: congruent to the block up to a zero block. Positive
   /// semidefinite exactly when the block is. Size 0 if nothing is left.
   Block rest;
+  /// Which rows of the block those of `rest` are. Only with `found`.
+  std::vector<std::int32_t> kept;
 };
 
 /// Looks for vectors w with F_k * w = 0 for the constant and every unknown,

@@ -15,11 +15,14 @@
 namespace sdpsol {
 namespace {
 
-Outcome infeasible(std::string reason, std::vector<std::int32_t> conditions, int iterations) {
+constexpr const char* kContradiction = "the conditions contradict each other";
+
+Outcome infeasible(std::string reason, Proof proof, int iterations) {
   Outcome outcome;
   outcome.verdict = Verdict::kInfeasible;
   outcome.reason = std::move(reason);
-  outcome.conditions = std::move(conditions);
+  outcome.conditions = std::move(proof.conditions);
+  outcome.certificate = std::move(proof.multipliers);
   outcome.iterations = iterations;
   return outcome;
 }
@@ -38,14 +41,16 @@ std::optional<Outcome> decided_by_constants(const Problem& problem) {
     const SymmetricEigen eigen =
         symmetric_eigen(scale.asDiagonal() * at.value * scale.asDiagonal());
     const Eigen::MatrixXd factor = scale.asDiagonal() * eigen.vectors.col(0);
-    const Disproof disproof = disprove(problem, {{b, factor}});
+    Proof proof = proof_by(problem, {{b, factor}});
+    const Disproof disproof = disprove(problem, proof.multipliers);
     if (disproof == Disproof::kNone) continue;
     if (disproof == Disproof::kInfeasible) {
-      return infeasible("a relation between constants is false", {block.condition}, 0);
+      return infeasible("a relation between constants is false", std::move(proof), 0);
     }
     Outcome outcome;
     outcome.reason = kNoRoomLeft;
-    outcome.conditions = {block.condition};
+    outcome.conditions = std::move(proof.conditions);
+    outcome.certificate = std::move(proof.multipliers);
     return outcome;
   }
   return std::nullopt;
@@ -55,36 +60,28 @@ std::optional<Outcome> decided_by_constants(const Problem& problem) {
 std::optional<Outcome> contradictory_equations(const Problem& problem, const Selection& selection) {
   if (selection.equations.empty()) return std::nullopt;
   const std::vector<double> sizes = scale_by_constants(problem).unknown;
-  const std::vector<Multiplier> multipliers =
-      contradiction_among(problem, selection.equations, sizes);
-  if (disprove(problem, multipliers) != Disproof::kInfeasible) return std::nullopt;
-  std::vector<std::int32_t> conditions;
-  conditions.reserve(multipliers.size());
-  for (const Multiplier& y : multipliers) conditions.push_back(problem.blocks[y.block].condition);
-  return infeasible("equations contradict each other", std::move(conditions), 0);
+  Proof proof = proof_by(problem, contradiction_among(problem, selection.equations, sizes));
+  if (disprove(problem, proof.multipliers) != Disproof::kInfeasible) return std::nullopt;
+  return infeasible("equations contradict each other", std::move(proof), 0);
 }
 
-Outcome feasible(const Problem& problem, const Optimum& optimum, std::vector<double> interior) {
+Outcome feasible(const Problem& problem, const Optimum& optimum, std::vector<double> interior,
+                 std::vector<double> distance) {
   Outcome outcome;
   outcome.verdict = Verdict::kFeasible;
-  const auto& inside = optimum.best_inside.empty() ? interior : optimum.best_inside;
-  outcome.point = pull_inside(problem, optimum.point, inside);
+  outcome.point = optimum.best_inside.empty() ? pull_inside(problem, optimum.point, interior)
+                                              : optimum.best_inside;
   outcome.interior = std::move(interior);
+  outcome.distance = std::move(distance);
   outcome.objective = objective_at(problem, outcome.point);
   outcome.bound = optimum.bound;
+  outcome.bound_in_box = optimum.bound_in_box && !problem.boxed;
   outcome.limited_by_box = optimum.limited_by_box;
   return outcome;
 }
 
-/// Takes every coefficient at its word.
-Outcome decide_as_written(const Problem& written, Engine& engine, const Limits& limits) {
-  if (auto found = find_obvious_contradiction(written)) {
-    return infeasible(found->reason, found->conditions, 0);
-  }
-  if (auto outcome = decided_by_constants(written)) return *outcome;
-  const bool reduce = has_singular_matrices(written);
-  const Problem reduced = reduce ? reduce_singular_matrices(written) : Problem{};
-  const Problem& problem = reduce ? reduced : written;
+/// @param problem without obvious contradictions, its singular matrices reduced.
+Outcome decide_by_engine(const Problem& problem, Engine& engine, const Limits& limits) {
   const Selection selection = select_conditions(problem);
   if (auto outcome = contradictory_equations(problem, selection)) return *outcome;
 
@@ -92,24 +89,28 @@ Outcome decide_as_written(const Problem& written, Engine& engine, const Limits& 
   if (problem.objective) {
     optimum = maximise(problem, selection, engine, limits);
     if (!optimum.interior.empty()) {
-      Outcome outcome = feasible(problem, optimum, optimum.interior);
+      Outcome outcome = feasible(problem, optimum, optimum.interior, optimum.distance);
       outcome.iterations = optimum.iterations;
       return outcome;
+    }
+    if (disprove(problem, optimum.ray) == Disproof::kInfeasible) {
+      return infeasible(kContradiction, proof_by(problem, std::move(optimum.ray)),
+                        optimum.iterations);
     }
   }
   Feasibility found = find_feasible_point(problem, selection, engine, limits);
   const int iterations = optimum.iterations + found.iterations;
   switch (found.verdict) {
     case Verdict::kInfeasible:
-      return infeasible("the conditions contradict each other", std::move(found.conditions),
-                        iterations);
+      return infeasible(kContradiction, std::move(found.proof), iterations);
     case Verdict::kFeasible: {
       Outcome outcome;
       if (problem.objective) {
-        outcome = feasible(problem, optimum, std::move(found.point));
+        outcome = feasible(problem, optimum, std::move(found.point), std::move(found.distance));
       } else {
         outcome.verdict = Verdict::kFeasible;
         outcome.interior = found.point;
+        outcome.distance = std::move(found.distance);
         outcome.point = std::move(found.point);
       }
       outcome.iterations = iterations;
@@ -120,9 +121,22 @@ Outcome decide_as_written(const Problem& written, Engine& engine, const Limits& 
   }
   Outcome outcome;
   outcome.reason = std::move(found.reason);
-  outcome.conditions = std::move(found.conditions);
+  outcome.conditions = std::move(found.proof.conditions);
+  outcome.certificate = std::move(found.proof.multipliers);
   outcome.point = std::move(found.point);
   outcome.iterations = iterations;
+  return outcome;
+}
+
+/// Takes every coefficient at its word.
+Outcome decide_as_written(const Problem& written, Engine& engine, const Limits& limits) {
+  if (auto found = find_obvious_contradiction(written)) {
+    return infeasible(found->reason, {found->conditions, {}}, 0);
+  }
+  if (auto outcome = decided_by_constants(written)) return *outcome;
+  if (!has_singular_matrices(written)) return decide_by_engine(written, engine, limits);
+  Outcome outcome = decide_by_engine(reduce_singular_matrices(written), engine, limits);
+  restore_struck_rows(written, outcome.certificate);
   return outcome;
 }
 

@@ -5,6 +5,7 @@
 
 #include <cmath>
 
+#include "solver/check/infeasible.h"
 #include "solver/engine/csdp_engine.h"
 #include "solver/problem/test_problem.h"
 
@@ -54,6 +55,34 @@ TEST(Decide, ImpliedEquationLeavesRoomForTheRest) {
                                       .row(kNonStrict, {-1, {{0, 1}}}));
   ASSERT_EQ(outcome.verdict, Verdict::kFeasible);
   EXPECT_EQ(outcome.point[0], outcome.point[1]);
+}
+
+TEST(Decide, TheCertificateOfASingularMatrixSpeaksOfTheWholeMatrix) {
+  // [1, 1, x; 1, 1, x; x, x, x - 2] >= 0 is [1, x; x, x - 2] >= 0: x^2 <= x - 2
+  const Problem problem =
+      ProblemBuilder(1)
+          .matrix(kNonStrict, 3, {{1, {}}, {1, {}}, kX, {1, {}}, kX, {-2, {{0, 1}}}})
+          .build();
+  const auto engine = make_csdp_engine();
+  const Outcome outcome = decide(problem, *engine, {});
+  ASSERT_EQ(outcome.verdict, Verdict::kInfeasible);
+  ASSERT_EQ(outcome.certificate.size(), 1U);
+  EXPECT_EQ(outcome.certificate[0].factor.rows(), 3);
+  EXPECT_EQ(disprove(problem, outcome.certificate), Disproof::kInfeasible);
+}
+
+TEST(Decide, ABorderlineIsProvenByItsCertificate) {
+  // 0.999999 < x < 1, and y > 3 beside it
+  const Problem problem = ProblemBuilder(2)
+                              .row(kStrict, {0, {{0, 1}}})
+                              .row(kStrict, {1, {{0, -1}}})
+                              .row(kStrict, {-0.999999, {{0, 1}}})
+                              .row(kStrict, {-3, {{1, 1}}})
+                              .build();
+  const auto engine = make_csdp_engine();
+  const Outcome outcome = decide(problem, *engine, {});
+  ASSERT_EQ(outcome.verdict, Verdict::kUndetermined);
+  EXPECT_EQ(disprove(problem, outcome.certificate), Disproof::kBorderline);
 }
 
 TEST(Decide, EquationImpliedByThreeRowsIsFound) {
@@ -275,6 +304,108 @@ TEST(Decide, IterationLimitIsSaid) {
   const Outcome outcome = decide(problem, *engine, {.max_iterations = 1});
   EXPECT_EQ(outcome.verdict, Verdict::kUndetermined);
   EXPECT_EQ(outcome.reason, "the engine reached MAXITER iterations");
+}
+
+Outcome decided_without_box(const ProblemBuilder& builder) {
+  Problem problem = builder.build();
+  problem.boxed = false;
+  const auto engine = make_csdp_engine();
+  return decide(problem, *engine, {});
+}
+
+TEST(DecideWithoutBox, TheOptimumMayLieAnywhere) {
+  // minimise x with x >= 1e6
+  const Outcome outcome =
+      decided_without_box(ProblemBuilder(1).row(kNonStrict, {-1e6, {{0, 1}}}).maximise({-1}));
+  ASSERT_EQ(outcome.verdict, Verdict::kFeasible);
+  EXPECT_NEAR(*outcome.objective, -1e6, 0.1);
+  EXPECT_NEAR(*outcome.bound, -1e6, 0.1);
+  EXPECT_GE(*outcome.bound, *outcome.objective);
+  EXPECT_FALSE(outcome.limited_by_box);
+  EXPECT_FALSE(outcome.bound_in_box);
+}
+
+TEST(DecideWithoutBox, AnObjectiveWithoutBoundHasItsValueInTheBox) {
+  // maximise x with [x, 1; 1, 1] >= 0
+  const Outcome outcome = decided_without_box(
+      ProblemBuilder(1).matrix(kNonStrict, 2, {kX, {1, {}}, {1, {}}}).maximise({1}));
+  ASSERT_EQ(outcome.verdict, Verdict::kFeasible);
+  EXPECT_TRUE(outcome.limited_by_box);
+  EXPECT_NEAR(*outcome.objective, 15000, 0.1);
+}
+
+TEST(DecideWithoutBox, AnUnknownOfTheObjectiveAloneHasItsValueInTheBox) {
+  // maximise y with x >= 1
+  const Outcome outcome =
+      decided_without_box(ProblemBuilder(2).row(kNonStrict, {-1, {{0, 1}}}).maximise({0, 1}));
+  ASSERT_EQ(outcome.verdict, Verdict::kFeasible);
+  EXPECT_TRUE(outcome.limited_by_box);
+  EXPECT_NEAR(*outcome.objective, 15000, 0.1);
+}
+
+TEST(DecideWithoutBox, NoPointIsLostForBeingFarAway) {
+  EXPECT_EQ(decided_without_box(ProblemBuilder(1).row(kStrict, {-1e7, {{0, 1}}})).verdict,
+            Verdict::kFeasible);
+}
+
+TEST(DecideWithoutBox, MultipliersWithoutInteriorProveABoundInTheBox) {
+  // minimise x + y with [x + u, 1 + u; 1 + u, y + u] >= 0: only multipliers with
+  // [1, 1]*Y*[1; 1] = 0 balance u, and none of them is regular
+  const Outcome outcome = decided_without_box(
+      ProblemBuilder(3)
+          .matrix(kNonStrict, 2, {{0, {{0, 1}, {2, 1}}}, {1, {{2, 1}}}, {0, {{1, 1}, {2, 1}}}})
+          .maximise({-1, -1, 0}));
+  ASSERT_EQ(outcome.verdict, Verdict::kFeasible);
+  EXPECT_NEAR(*outcome.objective, -2, 1e-5);
+  EXPECT_GE(*outcome.bound, *outcome.objective);
+}
+
+/// Counts the runs of the engine behind it.
+class CountingEngine : public Engine {
+ public:
+  std::string_view name() const override { return "counting"; }
+  Candidate solve(const ConeProgram& program, const Limits& limits,
+                  const Observer& observer) override {
+    ++runs;
+    return engine_->solve(program, limits, observer);
+  }
+  int runs = 0;
+
+ private:
+  std::unique_ptr<Engine> engine_ = make_csdp_engine();
+};
+
+TEST(Decide, AnInfeasibleMaximisationTakesOneRun) {
+  // maximise x with [x, 2; 2, 1 - x] > 0
+  CountingEngine engine;
+  const Problem problem =
+      ProblemBuilder(1).matrix(kStrict, 2, {kX, {2, {}}, {1, {{0, -1}}}}).maximise({1}).build();
+  const Outcome outcome = decide(problem, engine, {});
+  EXPECT_EQ(outcome.verdict, Verdict::kInfeasible);
+  EXPECT_EQ(engine.runs, 1);
+  EXPECT_EQ(disprove(problem, outcome.certificate), Disproof::kInfeasible);
+}
+
+TEST(Decide, ALargeSparseMatrixKeepsItsBound) {
+  // minimise the sum of x over [diag(x), ...] - W >= 0 with W a cycle of 30: the bound
+  // is proven from a few of the eigenvectors of the multiplier
+  constexpr std::int32_t kSize = 30;
+  std::vector<Form> upper;
+  for (std::int32_t i = 0; i < kSize; ++i) {
+    for (std::int32_t j = i; j < kSize; ++j) {
+      Form entry;
+      if (i == j) entry.terms = {{i, 1}};
+      if (j == i + 1 || (i == 0 && j == kSize - 1)) entry.constant = 1;
+      upper.push_back(entry);
+    }
+  }
+  const Outcome outcome = decided(ProblemBuilder(kSize)
+                                      .matrix(kNonStrict, kSize, upper)
+                                      .maximise(std::vector<double>(kSize, -1.0)));
+  ASSERT_EQ(outcome.verdict, Verdict::kFeasible);
+  // x = -(smallest eigenvalue of the cycle) = 2 for an even one
+  EXPECT_NEAR(*outcome.objective, -2.0 * kSize, 1e-5);
+  EXPECT_NEAR(*outcome.bound, -2.0 * kSize, 1e-5);
 }
 
 }  // namespace

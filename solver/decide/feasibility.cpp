@@ -80,29 +80,30 @@ class MarginSearch {
     if (check.result != PointResult::kProven) return;
     result_.verdict = Verdict::kFeasible;
     result_.point = std::move(check.point);
+    result_.distance = std::move(check.distance);
     decided_ = true;
   }
 
   void examine_multipliers(const Program& program, const Iterate& iterate) {
-    for (const auto keep : {Program::Keep::kActive, Program::Keep::kAll}) {
+    for (const auto keep : {Program::Keep::kActive, Program::Keep::kEnough}) {
       examine_multipliers(program.multipliers(iterate, keep));
       if (decided_) return;
     }
   }
 
-  void examine_multipliers(const std::vector<Multiplier>& multipliers) {
+  void examine_multipliers(std::vector<Multiplier> multipliers) {
     switch (disprove(problem_, multipliers)) {
       case Disproof::kInfeasible:
         result_.verdict = Verdict::kInfeasible;
         result_.point.clear();
-        result_.conditions = conditions_of(multipliers);
+        result_.proof = proof_by(problem_, std::move(multipliers));
         decided_ = true;
         break;
       case Disproof::kEmptyBox:
-        keep_fewest(empty_box_, conditions_of(multipliers));
+        keep_fewest(empty_box_, proof_by(problem_, std::move(multipliers)));
         break;
       case Disproof::kBorderline:
-        keep_fewest(borderline_, conditions_of(multipliers));
+        keep_fewest(borderline_, proof_by(problem_, std::move(multipliers)));
         break;
       case Disproof::kNone:
         break;
@@ -123,28 +124,17 @@ class MarginSearch {
   }
 
   /// Of two proofs of one claim the one that a person has less to read of.
-  static void keep_fewest(std::vector<std::int32_t>& kept, std::vector<std::int32_t> found) {
-    if (kept.empty() || found.size() < kept.size()) kept = std::move(found);
-  }
-
-  /// The conditions that take part in a contradiction, never none.
-  std::vector<std::int32_t> conditions_of(const std::vector<Multiplier>& multipliers) const {
-    std::vector<std::int32_t> conditions;
-    conditions.reserve(multipliers.size());
-    for (const Multiplier& y : multipliers) {
-      conditions.push_back(problem_.blocks[y.block].condition);
-    }
-    std::sort(conditions.begin(), conditions.end());
-    conditions.erase(std::unique(conditions.begin(), conditions.end()), conditions.end());
-    return conditions;
+  static void keep_fewest(Proof& kept, Proof found) {
+    const bool fewer = found.conditions.size() < kept.conditions.size();
+    if (kept.conditions.empty() || fewer) kept = std::move(found);
   }
 
   /// Changes what the next round asks; false if nothing is left to change.
   bool prepare_next_round(const Program& program) {
-    if (!empty_box_.empty()) return false;
+    if (!empty_box_.conditions.empty()) return false;
     if (box_what_left() || turn_tight_rows_into_equations(program)) return true;
     // Other sizes find no room where it is proven that there is none.
-    return borderline_.empty() && rescale();
+    return borderline_.conditions.empty() && rescale();
   }
 
   bool box_what_left() {
@@ -192,14 +182,14 @@ class MarginSearch {
   }
 
   void give_up() {
-    if (!empty_box_.empty()) {
+    if (!empty_box_.conditions.empty()) {
       result_.reason = "no point with |v| <= BIGM";
-      result_.conditions = empty_box_;
+      result_.proof = std::move(empty_box_);
     } else if (nearly_feasible_) {
       result_.reason = "feasible only within 1e-8";
-    } else if (!borderline_.empty()) {
+    } else if (!borderline_.conditions.empty()) {
       result_.reason = kNoRoomLeft;
-      result_.conditions = borderline_;
+      result_.proof = std::move(borderline_);
     } else if (reason_ == StopReason::kIterationLimit) {
       result_.reason = "the engine reached MAXITER iterations";
     } else if (reason_ == StopReason::kTrouble) {
@@ -219,14 +209,24 @@ class MarginSearch {
   StopReason reason_ = StopReason::kConverged;
   int rescalings_ = 0;
   bool decided_ = false;
-  // The conditions of a proof that the box holds no point, or that no point has
-  // room; empty if there is no such proof.
-  std::vector<std::int32_t> empty_box_;
-  std::vector<std::int32_t> borderline_;
+  Proof empty_box_;   ///< that the box holds no point
+  Proof borderline_;  ///< that no point has room
   bool nearly_feasible_ = false;
 };
 
 }  // namespace
+
+Proof proof_by(const Problem& problem, std::vector<Multiplier> multipliers) {
+  Proof proof;
+  for (const Multiplier& y : multipliers) {
+    proof.conditions.push_back(problem.blocks[y.block].condition);
+  }
+  std::vector<std::int32_t>& conditions = proof.conditions;
+  std::sort(conditions.begin(), conditions.end());
+  conditions.erase(std::unique(conditions.begin(), conditions.end()), conditions.end());
+  proof.multipliers = std::move(multipliers);
+  return proof;
+}
 
 Feasibility find_feasible_point(const Problem& problem, Selection selection, Engine& engine,
                                 const Limits& limits) {

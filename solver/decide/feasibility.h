@@ -13,13 +13,23 @@ namespace sdpsol {
 /// The reason of a certified lack of room.
 inline constexpr const char* kNoRoomLeft = "borderline: no point has more room than 4.4e-6";
 
+/// Weights under which conditions contradict each other, the box, or any room.
+struct Proof {
+  std::vector<std::int32_t> conditions;  ///< those that take part; none: no proof
+  std::vector<Multiplier> multipliers;
+};
+
+/// The conditions that the multipliers weigh, each once.
+Proof proof_by(const Problem& problem, std::vector<Multiplier> multipliers);
+
 struct Feasibility {
   Verdict verdict = Verdict::kUndetermined;
   std::string reason;  ///< with kUndetermined
-  /// kInfeasible: those that contradict each other; kUndetermined: those that leave
-  /// nothing in the box, or no room, if that is the reason.
-  std::vector<std::int32_t> conditions;
-  std::vector<double> point;  ///< kFeasible: proven; otherwise the last iterate
+  /// kInfeasible: conditions that contradict each other; kUndetermined: those that
+  /// leave nothing in the box, or no room, if that is the reason.
+  Proof proof;
+  std::vector<double> point;     ///< kFeasible: proven; otherwise the last iterate
+  std::vector<double> distance;  ///< kFeasible: see FeasibleCheck
   int iterations = 0;
 };
 

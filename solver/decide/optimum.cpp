@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 
 #include "solver/check/exact_sum.h"
 #include "solver/check/feasible.h"
@@ -14,7 +15,9 @@ namespace {
 constexpr int kMostRounds = 5;
 // The relative gap aimed at: people compare the fifth digit.
 constexpr double kGap = 1e-7;
-// The optimum itself is tried first, then shares of the way inside from 2^-43 to 1/2.
+// What interior-point codes of the field ask of themselves.
+constexpr double kUsualAccuracy = 1e-8;
+// Shares of the way inside reach from 2^-43 to 1/2.
 constexpr int kPulls = 44;
 
 bool is_boxed(const Selection& selection, std::int32_t unknown) {
@@ -22,8 +25,8 @@ bool is_boxed(const Selection& selection, std::int32_t unknown) {
          selection.boxed.end();
 }
 
-/// Unknowns that only the objective knows have nothing but the box.
-void box_free_unknowns(const Problem& problem, Selection& selection) {
+/// Unknowns of the objective that no condition knows: nothing but the box bounds them.
+std::vector<std::int32_t> free_unknowns(const Problem& problem, const Selection& selection) {
   std::vector<bool> bounded(static_cast<std::size_t>(problem.unknowns), false);
   auto mark = [&](std::size_t block) {
     for (const AffineTerm& t : problem.blocks[block].terms) {
@@ -32,106 +35,219 @@ void box_free_unknowns(const Problem& problem, Selection& selection) {
   };
   for (const std::size_t b : selection.inequalities) mark(b);
   for (const PinnedRow& row : selection.equations) mark(row.block);
+  std::vector<std::int32_t> free;
   for (std::int32_t k = 0; k < problem.unknowns; ++k) {
     const auto at = static_cast<std::size_t>(k);
-    if (!bounded[at] && problem.objective->cost[at] != 0) selection.boxed.push_back(k);
+    if (!bounded[at] && problem.objective->cost[at] != 0) free.push_back(k);
   }
+  return free;
 }
 
-/// Boxes the unknowns that have left the box; all of them where the engine found
-/// no bound on the objective.
-bool box_what_left(const Problem& problem, const std::vector<double>& point, StopReason reason,
-                   Selection& selection) {
-  bool any = false;
-  for (std::int32_t k = 0; k < problem.unknowns; ++k) {
-    const bool left = !(std::fabs(point[static_cast<std::size_t>(k)]) <= problem.big_m);
-    if ((left || reason == StopReason::kUnbounded) && !is_boxed(selection, k)) {
-      selection.boxed.push_back(k);
-      any = true;
+Problem in_box(Problem problem) {
+  problem.boxed = true;
+  return problem;
+}
+
+bool all_finite(const std::vector<double>& numbers) {
+  return std::all_of(numbers.begin(), numbers.end(), [](double v) { return std::isfinite(v); });
+}
+
+class Maximisation {
+ public:
+  Maximisation(const Problem& problem, Selection selection, Engine& engine, const Limits& limits)
+      : problem_(problem),
+        selection_(std::move(selection)),
+        engine_(engine),
+        limits_(limits),
+        scaling_(problem.boxed ? scale_by_constants(problem) : keep_scale(problem)) {
+    optimum_.bound = std::numeric_limits<double>::infinity();
+    for (const std::int32_t k : free_unknowns(problem, selection_)) {
+      if (!is_boxed(selection_, k)) selection_.boxed.push_back(k);
+    }
+    // Problems of exchange formats come in the units in which their authors solved them.
+    if (!problem.boxed) limits_.accuracy = kUsualAccuracy;
+  }
+
+  Optimum run() {
+    for (int round = 0; round < kMostRounds; ++round) {
+      const Program program(problem_, selection_, scaling_, Goal::kObjective);
+      if (!program.has_unknowns()) {
+        optimum_.point.assign(static_cast<std::size_t>(problem_.unknowns), 0.0);
+        optimum_.bound = problem_.objective->constant;
+        break;
+      }
+      const Candidate candidate = solve(program);
+      optimum_.unbounded = candidate.reason == StopReason::kUnbounded;
+      if (problem_.boxed && box_what_left()) continue;
+      if (optimum_.interior.empty()) {
+        if (candidate.reason == StopReason::kInfeasible) {
+          optimum_.ray = program.multipliers(candidate.last, Program::Keep::kEnough);
+        }
+        break;
+      }
+      improve_bound(program, candidate.last);
+      find_best_inside();
+      if (rescaled_ || !all_finite(optimum_.point) || is_good(candidate)) break;
+      scaling_ = scale_by_point(problem_, scaling_, optimum_.point);
+      rescaled_ = true;
+    }
+    optimum_.limited_by_box = is_at_the_box();
+    return std::move(optimum_);
+  }
+
+ private:
+  Candidate solve(const Program& program) {
+    trail_.clear();
+    const Observer observer = [&](const Iterate& iterate) {
+      trail_.push_back(program.point(iterate));
+      if (optimum_.interior.empty()) examine_interior();
+      return false;
+    };
+    Candidate candidate = engine_.solve(program.cones(), limits_, observer);
+    optimum_.iterations += candidate.last.iteration;
+    optimum_.point = program.point(candidate.last);
+    return candidate;
+  }
+
+  /// The first iterate that a verdict can rest on.
+  void examine_interior() {
+    FeasibleCheck check = check_point(problem_, trail_.back());
+    if (check.result != PointResult::kProven) return;
+    optimum_.interior = std::move(check.point);
+    optimum_.distance = std::move(check.distance);
+    optimum_.best_inside = optimum_.interior;
+  }
+
+  /// False where other sizes may give the engine another digit or two.
+  bool is_good(const Candidate& candidate) const {
+    const double value = objective_at(problem_, optimum_.best_inside);
+    if (optimum_.bound - value <= kGap * std::fabs(value)) return true;
+    // Without a box a bound is proven from balanced multipliers only, which a better
+    // point does not bring.
+    return !problem_.boxed && candidate.reason == StopReason::kConverged;
+  }
+
+  /// Boxes the unknowns that have left the box; all of them where the engine found
+  /// no bound on the objective.
+  bool box_what_left() {
+    bool any = false;
+    for (std::int32_t k = 0; k < problem_.unknowns; ++k) {
+      const double v = std::fabs(optimum_.point[static_cast<std::size_t>(k)]);
+      const bool left = !(v <= problem_.big_m);
+      if ((left || optimum_.unbounded) && !is_boxed(selection_, k)) {
+        selection_.boxed.push_back(k);
+        any = true;
+      }
+    }
+    return any;
+  }
+
+  void improve_bound(const Program& program, const Iterate& last) {
+    using Keep = Program::Keep;
+    if (problem_.boxed) {
+      try_bound(problem_, program.multipliers(last, Keep::kEnough)) ||
+          try_bound(problem_, program.multipliers(last, Keep::kActive));
+    } else if (!try_bound(problem_, program.multipliers(last, Keep::kEnough)) && is_in_box()) {
+      try_bound(in_box(problem_), program.multipliers(last, Keep::kAll));
     }
   }
-  return any;
-}
 
-bool at_the_box(const Problem& problem, const Selection& selection,
-                const std::vector<double>& point) {
-  return std::any_of(selection.boxed.begin(), selection.boxed.end(), [&](std::int32_t k) {
-    return std::fabs(point[static_cast<std::size_t>(k)]) > problem.big_m * (1 - 1e-6);
-  });
-}
-
-/// Keeps the first iterate that a verdict can rest on, and the best one that is
-/// certainly inside.
-void watch(const Problem& problem, const std::vector<double>& point, Optimum& optimum) {
-  if (optimum.interior.empty()) {
-    FeasibleCheck check = check_point(problem, point);
-    if (check.result != PointResult::kProven) return;
-    optimum.interior = std::move(check.point);
-    optimum.best_inside = optimum.interior;
+  /// Keeps the best proven bound. True if it is as close to the value as is aimed at.
+  bool try_bound(const Problem& problem, const std::vector<Multiplier>& multipliers) {
+    const double bound = proven_bound(problem, multipliers);
+    if (bound < optimum_.bound) {
+      optimum_.bound = bound;
+      optimum_.bound_in_box = problem.boxed;
+    }
+    const double value = objective_at(problem, optimum_.point);
+    return optimum_.bound - value <= kGap * std::fabs(value);
   }
-  if (objective_at(problem, point) <= objective_at(problem, optimum.best_inside)) return;
-  FeasibleCheck check = check_point(problem, point, RoomAsked::kBeyondRounding);
-  if (check.result == PointResult::kProven) optimum.best_inside = std::move(check.point);
-}
+
+  /// The engine's iterates improve towards the end, and leave the inside only there.
+  void find_best_inside() {
+    double best = objective_at(problem_, optimum_.best_inside);
+    for (auto point = trail_.rbegin(); point != trail_.rend(); ++point) {
+      if (!(objective_at(problem_, *point) > best)) continue;
+      FeasibleCheck check = check_point(problem_, *point, RoomAsked::kBeyondRounding);
+      if (check.result != PointResult::kProven) continue;
+      optimum_.best_inside = std::move(check.point);
+      best = objective_at(problem_, optimum_.best_inside);
+      break;
+    }
+    std::vector<double> inside = pull_inside(problem_, optimum_.point, optimum_.best_inside);
+    if (objective_at(problem_, inside) > best) optimum_.best_inside = std::move(inside);
+  }
+
+  bool is_in_box() const {
+    return std::all_of(optimum_.point.begin(), optimum_.point.end(),
+                       [&](double v) { return std::fabs(v) <= problem_.big_m; });
+  }
+
+  bool is_at_the_box() const {
+    return std::any_of(selection_.boxed.begin(), selection_.boxed.end(), [&](std::int32_t k) {
+      return std::fabs(optimum_.point[static_cast<std::size_t>(k)]) > problem_.big_m * (1 - 1e-6);
+    });
+  }
+
+  const Problem& problem_;
+  Selection selection_;
+  Engine& engine_;
+  Limits limits_;
+  Scaling scaling_;
+  bool rescaled_ = false;
+  std::vector<std::vector<double>> trail_;  ///< the iterates of the present run
+  Optimum optimum_;
+};
 
 }  // namespace
 
 Optimum maximise(const Problem& problem, Selection selection, Engine& engine,
                  const Limits& limits) {
+  const bool no_bound = !problem.boxed && !free_unknowns(problem, selection).empty();
   Optimum optimum;
-  optimum.bound = std::numeric_limits<double>::infinity();
-  Scaling scaling = scale_by_constants(problem);
-  box_free_unknowns(problem, selection);
-  bool rescaled = false;
-  for (int round = 0; round < kMostRounds; ++round) {
-    const Program program(problem, selection, scaling, Goal::kObjective);
-    if (!program.has_unknowns()) {
-      optimum.point.assign(static_cast<std::size_t>(problem.unknowns), 0.0);
-      optimum.bound = problem.objective->constant;
-      break;
-    }
-    const Observer observer = [&](const Iterate& iterate) {
-      watch(problem, program.point(iterate), optimum);
-      return false;
-    };
-    const Candidate candidate = engine.solve(program.cones(), limits, observer);
-    optimum.iterations += candidate.last.iteration;
-    optimum.point = program.point(candidate.last);
-    if (box_what_left(problem, optimum.point, candidate.reason, selection)) continue;
-    for (const auto keep : {Program::Keep::kAll, Program::Keep::kActive}) {
-      optimum.bound =
-          std::min(optimum.bound, proven_bound(problem, program.multipliers(candidate.last, keep)));
-    }
-    if (optimum.best_inside.empty()) break;
-    const std::vector<double> inside = pull_inside(problem, optimum.point, optimum.best_inside);
-    if (objective_at(problem, inside) > objective_at(problem, optimum.best_inside)) {
-      optimum.best_inside = inside;
-    }
-    const double value = objective_at(problem, optimum.best_inside);
-    if (rescaled || optimum.bound - value <= kGap * std::fabs(value)) break;
-    const auto finite = [](double v) { return std::isfinite(v); };
-    if (!std::all_of(optimum.point.begin(), optimum.point.end(), finite)) break;
-    // Sizes taken from the optimum itself give the engine another digit or two.
-    scaling = scale_by_point(problem, scaling, optimum.point);
-    rescaled = true;
+  if (!no_bound) {
+    optimum = Maximisation(problem, selection, engine, limits).run();
+    if (problem.boxed || !optimum.unbounded) return optimum;
   }
-  optimum.limited_by_box = at_the_box(problem, selection, optimum.point);
+  // Without a bound, the value inside the box is what can be told.
+  const Problem inside = in_box(problem);
+  selection.boxed.resize(static_cast<std::size_t>(problem.unknowns));
+  std::iota(selection.boxed.begin(), selection.boxed.end(), 0);
+  const int iterations = optimum.iterations;
+  optimum = Maximisation(inside, std::move(selection), engine, limits).run();
+  optimum.iterations += iterations;
+  if (!optimum.limited_by_box) optimum.bound = std::numeric_limits<double>::infinity();
   return optimum;
 }
 
 std::vector<double> pull_inside(const Problem& problem, const std::vector<double>& optimum,
                                 const std::vector<double>& inside) {
-  for (int step = 0; step < kPulls; ++step) {
-    const double share = step == 0 ? 0.0 : std::ldexp(1.0, step - kPulls);
+  const auto checked = [&](double share) {
     std::vector<double> point(optimum.size());
     for (std::size_t k = 0; k < point.size(); ++k) {
       point[k] = optimum[k] + share * (inside[k] - optimum[k]);
-      point[k] = std::clamp(point[k], -problem.big_m, problem.big_m);
+      if (problem.boxed) point[k] = std::clamp(point[k], -problem.big_m, problem.big_m);
     }
-    FeasibleCheck check = check_point(problem, std::move(point), RoomAsked::kBeyondRounding);
-    if (check.result == PointResult::kProven) return check.point;
+    return check_point(problem, std::move(point), RoomAsked::kBeyondRounding);
+  };
+  FeasibleCheck at_optimum = checked(0);
+  if (at_optimum.result == PointResult::kProven) return std::move(at_optimum.point);
+  // What lies farther inside than a point inside is inside: the least power of two is
+  // found by halving.
+  std::vector<double> best = inside;
+  int outside = -kPulls;
+  int within = 0;
+  while (within - outside > 1) {
+    const int exponent = outside + (within - outside) / 2;
+    FeasibleCheck check = checked(std::ldexp(1.0, exponent));
+    if (check.result == PointResult::kProven) {
+      within = exponent;
+      best = std::move(check.point);
+    } else {
+      outside = exponent;
+    }
   }
-  return inside;
+  return best;
 }
 
 double objective_at(const Problem& problem, const std::vector<double>& point) {

@@ -87,4 +87,17 @@ Problem reduce_singular_matrices(const Problem& problem) {
   return reduced;
 }
 
+void restore_struck_rows(const Problem& problem, std::vector<Multiplier>& multipliers) {
+  for (Multiplier& y : multipliers) {
+    const Block& block = problem.blocks[y.block];
+    if (y.factor.rows() == block.size) continue;
+    const NullSplit split = split_null_vectors(block);
+    Eigen::MatrixXd whole = Eigen::MatrixXd::Zero(block.size, y.factor.cols());
+    for (std::size_t i = 0; i < split.kept.size(); ++i) {
+      whole.row(split.kept[i]) = y.factor.row(static_cast<Eigen::Index>(i));
+    }
+    y.factor = std::move(whole);
+  }
+}
+
 }  // namespace sdpsol

@@ -15,6 +15,10 @@ Selection select_conditions(const Problem& problem);
 /// vectors. Blocks keep their numbers.
 Problem reduce_singular_matrices(const Problem& problem);
 
+/// Multipliers of the reduced problem as those of the problem itself: weights of 0
+/// for the rows that were struck out.
+void restore_struck_rows(const Problem& problem, std::vector<Multiplier>& multipliers);
+
 /// True if reduce_singular_matrices() would change anything.
 bool has_singular_matrices(const Problem& problem);
 

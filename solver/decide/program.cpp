@@ -10,6 +10,7 @@ namespace {
 
 // Eigenvalues below this share of the largest are rounding.
 constexpr double kNegligible = 1e-13;
+constexpr Eigen::Index kEnoughTimes = 8;
 
 }  // namespace
 
@@ -26,12 +27,7 @@ Program::Program(const Problem& problem, const Selection& selection, const Scali
     add_margin_cap();
     program_.objective.back() = 1;
   } else {
-    double size = 0;
-    for (const std::int32_t k : unknowns_) {
-      const auto at = static_cast<std::size_t>(k);
-      size += std::fabs(problem.objective->cost[at]) * scaling.unknown[at];
-    }
-    objective_size_ = size > 0 ? size : 1;
+    objective_size_ = scaling.objective;
     for (std::size_t p = 0; p < unknowns_.size(); ++p) {
       const auto at = static_cast<std::size_t>(unknowns_[p]);
       program_.objective[p] = problem.objective->cost[at] * scaling.unknown[at] / objective_size_;
@@ -131,28 +127,52 @@ Eigen::MatrixXd Program::slack(std::size_t cone, const Iterate& iterate) const {
   return value;
 }
 
+/// The largest eigenvalues first, until the weights that they span are enough.
+std::vector<Program::Eigenvector> Program::heaviest(std::vector<Eigenvector> all) const {
+  std::stable_sort(all.begin(), all.end(),
+                   [](const Eigenvector& a, const Eigenvector& b) { return a.value > b.value; });
+  const Eigen::Index enough = kEnoughTimes * program_.unknowns;
+  Eigen::Index weights = 0;
+  std::vector<Eigen::Index> rank(program_.cones.size(), 0);
+  std::size_t kept = 0;
+  while (kept < all.size() && weights < enough) weights += ++rank[all[kept++].cone];
+  all.resize(kept);
+  return all;
+}
+
 std::vector<Multiplier> Program::multipliers(const Iterate& iterate, Keep keep) const {
-  std::vector<Multiplier> result;
   double largest = 0;
   for (const double entry : iterate.multipliers) largest = std::max(largest, std::fabs(entry));
+  std::vector<SymmetricEigen> eigen;
+  std::vector<Eigenvector> kept;
   for (std::size_t i = 0; i < selection_.inequalities.size(); ++i) {
-    const std::size_t block = selection_.inequalities[i];
-    const Eigen::Index n = problem_.blocks[block].size;
+    const Eigen::Index n = program_.cones[i].size;
     const Eigen::Map<const Eigen::MatrixXd> scaled(&iterate.multipliers[offsets_[i]], n, n);
-    const Eigen::MatrixXd slack_here = slack(i, iterate);
-    const auto [values, vectors] = symmetric_eigen(scaled);
-    std::vector<Eigen::Index> kept;
+    eigen.push_back(symmetric_eigen(scaled));
+    const auto& [values, vectors] = eigen.back();
+    const Eigen::MatrixXd slack_here =
+        keep == Keep::kActive ? slack(i, iterate) : Eigen::MatrixXd();
     for (Eigen::Index e = 0; e < n; ++e) {
-      const double slackness = vectors.col(e).dot(slack_here * vectors.col(e));
-      const bool meant = keep == Keep::kAll || values[e] > slackness;
-      if (values[e] > kNegligible * largest && meant) kept.push_back(e);
+      if (!(values[e] > kNegligible * largest)) continue;
+      const auto v = vectors.col(e);
+      if (keep == Keep::kActive && !(values[e] > v.dot(slack_here * v))) continue;
+      kept.push_back({i, e, values[e]});
     }
-    if (kept.empty()) continue;
-    Eigen::MatrixXd factor(n, static_cast<Eigen::Index>(kept.size()));
+  }
+  if (keep == Keep::kEnough) kept = heaviest(std::move(kept));
+
+  std::vector<std::vector<Eigen::Index>> columns(eigen.size());
+  for (const Eigenvector& v : kept) columns[v.cone].push_back(v.index);
+  std::vector<Multiplier> result;
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    if (columns[i].empty()) continue;
+    const std::size_t block = selection_.inequalities[i];
     const Eigen::VectorXd unscale = scaling_.diagonal[block].cwiseSqrt().cwiseInverse();
-    for (std::size_t e = 0; e < kept.size(); ++e) {
-      factor.col(static_cast<Eigen::Index>(e)) = unscale.asDiagonal() * vectors.col(kept[e]) *
-                                                 std::sqrt(values[kept[e]] * objective_size_);
+    Eigen::MatrixXd factor(unscale.size(), static_cast<Eigen::Index>(columns[i].size()));
+    for (std::size_t c = 0; c < columns[i].size(); ++c) {
+      const Eigen::Index e = columns[i][c];
+      factor.col(static_cast<Eigen::Index>(c)) = unscale.asDiagonal() * eigen[i].vectors.col(e) *
+                                                 std::sqrt(eigen[i].values[e] * objective_size_);
     }
     result.push_back({block, std::move(factor)});
   }

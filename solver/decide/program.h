@@ -42,6 +42,9 @@ class Program {
   /// Which eigenvectors of an engine's multipliers are taken to be meant.
   enum class Keep {
     kActive,  ///< those that weigh more than the inequality is slack
+    /// The heaviest, until there are several times as many weights as unknowns that
+    /// must balance: then an exact balance is near, and more would only cost time.
+    kEnough,
     kAll,
   };
   /// The iterate's multipliers as weights on the blocks of the problem.
@@ -55,6 +58,13 @@ class Program {
   void add_margin_cap();
   /// F(v) - t*D of one cone, in its own scale.
   Eigen::MatrixXd slack(std::size_t cone, const Iterate& iterate) const;
+  /// An eigenvector of a scaled multiplier.
+  struct Eigenvector {
+    std::size_t cone = 0;
+    Eigen::Index index = 0;
+    double value = 0;
+  };
+  std::vector<Eigenvector> heaviest(std::vector<Eigenvector> all) const;
 
   const Problem& problem_;
   const Selection& selection_;

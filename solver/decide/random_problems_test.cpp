@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "solver/check/evaluate.h"
+#include "solver/check/infeasible.h"
 #include "solver/decide/decide.h"
 #include "solver/decide/test_random_problems.h"
 #include "solver/engine/csdp_engine.h"
@@ -65,9 +66,12 @@ TEST_F(RandomProblemsTest, PlantedCertificatesAreFound) {
     RandomProblems random(103);
     int decided_ones = 0;
     for (int round = 0; round < 1000; ++round) {
-      const Outcome outcome = decided(random.with_planted_certificate(kind));
+      const Problem problem = random.with_planted_certificate(kind);
+      const Outcome outcome = decided(problem);
       ASSERT_NE(outcome.verdict, Verdict::kFeasible) << "round " << round;
       decided_ones += outcome.verdict == Verdict::kInfeasible ? 1 : 0;
+      if (outcome.certificate.empty()) continue;
+      ASSERT_EQ(disprove(problem, outcome.certificate), Disproof::kInfeasible) << "round " << round;
     }
     EXPECT_GE(decided_ones, 999);
   }

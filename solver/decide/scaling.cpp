@@ -93,6 +93,15 @@ void fill_empty_diagonals(const Problem& problem, Scaling& scaling) {
   }
 }
 
+double objective_size(const Problem& problem, const std::vector<double>& sizes) {
+  if (!problem.objective) return 1;
+  double size = 0;
+  for (std::size_t k = 0; k < sizes.size(); ++k) {
+    size += std::fabs(problem.objective->cost[k]) * sizes[k];
+  }
+  return size > 0 ? size : 1;
+}
+
 }  // namespace
 
 Scaling scale_by_constants(const Problem& problem) {
@@ -107,6 +116,16 @@ Scaling scale_by_constants(const Problem& problem) {
   }
   for (double& size : scaling.unknown) size = size > 0 ? size : 1.0;
   fill_empty_diagonals(problem, scaling);
+  scaling.objective = objective_size(problem, scaling.unknown);
+  return scaling;
+}
+
+Scaling keep_scale(const Problem& problem) {
+  Scaling scaling;
+  scaling.unknown.assign(static_cast<std::size_t>(problem.unknowns), 1.0);
+  for (const Block& block : problem.blocks) {
+    scaling.diagonal.emplace_back(Eigen::VectorXd::Ones(block.size));
+  }
   return scaling;
 }
 
@@ -119,6 +138,7 @@ Scaling scale_by_point(const Problem& problem, const Scaling& previous,
   }
   scaling.diagonal = diagonals(problem, scaling.unknown);
   fill_empty_diagonals(problem, scaling);
+  scaling.objective = objective_size(problem, scaling.unknown);
   return scaling;
 }
 

@@ -14,12 +14,16 @@ namespace sdpsol {
 struct Scaling {
   std::vector<double> unknown;
   std::vector<Eigen::VectorXd> diagonal;
+  double objective = 1;  ///< size of the objective, if there is one
 };
 
 /// Sizes read off the definition: an unknown is as large as makes its terms
 /// comparable with the constants that they are added to. Rescaling an unknown or
 /// an inequality rescales the result and changes nothing else.
 Scaling scale_by_constants(const Problem& problem);
+
+/// Every size 1: the problem as it stands.
+Scaling keep_scale(const Problem& problem);
 
 /// Sizes as found at a point, never less than 1e-3 of the previous ones.
 Scaling scale_by_point(const Problem& problem, const Scaling& previous,

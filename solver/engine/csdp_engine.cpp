@@ -200,22 +200,23 @@ int user_exit(int /*n*/, int /*k*/, struct blockmatrix /*C*/, double* /*a*/, dou
 }
 
 void initparams(struct paramstruc* params, int* pprintlevel) {
-  *params = {
-      .axtol = 1e-9,
-      .atytol = 1e-9,
-      .objtol = 1e-9,
-      .pinftol = 1e8,
-      .dinftol = 1e8,
-      .maxiter = sdpsol::g_session != nullptr ? sdpsol::g_session->limits.max_iterations : 100,
-      .minstepfrac = 0.9,
-      .maxstepfrac = 0.97,
-      .minstepp = 1e-8,
-      .minstepd = 1e-8,
-      .usexzgap = 1,
-      .tweakgap = 0,
-      .affine = 0,
-      .perturbobj = 0,
-      .fastmode = 0};
+  const sdpsol::Limits limits =
+      sdpsol::g_session != nullptr ? sdpsol::g_session->limits : sdpsol::Limits{};
+  *params = {.axtol = limits.accuracy,
+             .atytol = limits.accuracy,
+             .objtol = limits.accuracy,
+             .pinftol = 1e8,
+             .dinftol = 1e8,
+             .maxiter = limits.max_iterations,
+             .minstepfrac = 0.9,
+             .maxstepfrac = 0.97,
+             .minstepp = 1e-8,
+             .minstepd = 1e-8,
+             .usexzgap = 1,
+             .tweakgap = 0,
+             .affine = 0,
+             .perturbobj = 0,
+             .fastmode = 0};
   *pprintlevel = 0;
 }
 

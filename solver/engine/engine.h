@@ -65,6 +65,8 @@ struct Candidate {
 
 struct Limits {
   int max_iterations = 100;
+  /// Relative gap and infeasibilities at which an engine may call a candidate solved.
+  double accuracy = 1e-9;
 };
 
 /// Sees every iterate. Returns true when the engine may stop.
