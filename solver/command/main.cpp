@@ -14,10 +14,9 @@
 
 namespace {
 
-/// The engine's library calls exit() where it finds no memory. No result file has
-/// been written at that point; what is left to do is to say so.
+/// The engine's library calls exit() where it finds no memory.
 void report_exit_inside_engine() {
-  if (!sdpsol::engine_is_running()) return;
+  if (!sdpsol::ends_inside_engine()) return;
   std::fputs("sdpsol: the engine ended the program, probably out of memory\n", stderr);
   ::_exit(sdpsol::kExitInternal);
 }
@@ -33,8 +32,10 @@ bool print(const std::string& text) {
 
 int main(int argc, char** argv) {
   std::atexit(report_exit_inside_engine);
-  // Beyond the largest size of files a write fails, and that is reported.
+  // A write fails beyond the largest size of files, or into a pipe whose reader has
+  // gone, and that is reported.
   std::signal(SIGXFSZ, SIG_IGN);
+  std::signal(SIGPIPE, SIG_IGN);
   try {
     const sdpsol::ParsedCommandLine parsed = sdpsol::parse_command_line(argc, argv);
     std::fputs(parsed.error.c_str(), stderr);

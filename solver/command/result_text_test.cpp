@@ -11,6 +11,7 @@
 #include <random>
 
 #include "solver/command/test_report.h"
+#include "solver/command/words.h"
 
 namespace sdpsol {
 namespace {

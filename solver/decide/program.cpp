@@ -25,6 +25,7 @@ Program::Program(const Problem& problem, const Selection& selection, const Scali
   if (goal == Goal::kMargin) {
     add_margin_cap();
     program_.objective.back() = 1;
+    program_.is_margin = true;
   } else {
     double size = 0;
     for (const std::int32_t k : unknowns_) {
@@ -32,6 +33,8 @@ Program::Program(const Problem& problem, const Selection& selection, const Scali
       size += std::fabs(problem.objective->cost[at]) * scaling.unknown[at];
     }
     objective_size_ = size > 0 ? size : 1;
+    program_.value_unit = objective_size_;
+    program_.value_origin = problem.objective->constant;
     for (std::size_t p = 0; p < unknowns_.size(); ++p) {
       const auto at = static_cast<std::size_t>(unknowns_[p]);
       program_.objective[p] = problem.objective->cost[at] * scaling.unknown[at] / objective_size_;
