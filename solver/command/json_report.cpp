@@ -126,7 +126,7 @@ Json variables(const Report& report) {
                 {"columns", variable.columns},
                 {"shape", shape_word(variable)}};
     if (has_point) one[feasible ? "value" : "last_iterate"] = values(variable, outcome.point);
-    if (feasible) one["proof"] = values(variable, outcome.interior);
+    if (feasible && outcome.objective) one["proof"] = values(variable, outcome.interior);
     result.push_back(std::move(one));
   }
   return result;

@@ -31,7 +31,7 @@ TEST(Summary, OfEverything) {
             "  x: scalar\n"
             "  G: 2x1\n"
             "  y: scalar\n"
-            "4 conditions: 4 rows, 1 equation, 2 matrix blocks up to 3x3\n"
+            "4 conditions: 3 rows, 1 equation, 2 matrix blocks up to 3x3\n"
             "  line 3: 3x3 matrix > 0\n"
             "  line 4: 3x3 matrix >= 0\n"
             "  line 5: 2x1 entries >= 0\n"
