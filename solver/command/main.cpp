@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -21,6 +22,15 @@ void report_exit_inside_engine() {
   ::_exit(sdpsol::kExitInternal);
 }
 
+/// A file that is opened while a standard stream is closed would take the stream's
+/// place, and its messages. What is opened here instead fails as a closed one does.
+void hold_closed_streams() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (::fcntl(stream, F_GETFD) >= 0) continue;
+    ::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+  }
+}
+
 bool print(const std::string& text) {
   errno = 0;
   if (std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0) return true;
@@ -31,6 +41,7 @@ bool print(const std::string& text) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  hold_closed_streams();
   std::atexit(report_exit_inside_engine);
   // A write fails beyond the largest size of files, or into a pipe whose reader has
   // gone, and that is reported.

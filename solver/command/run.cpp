@@ -15,6 +15,8 @@
 #include "solver/engine/csdp_engine.h"
 #include "solver/engine/engine_memory.h"
 #include "solver/engine/watched_engine.h"
+#include "solver/exchange/sdpa_reader.h"
+#include "solver/exchange/sdpa_writer.h"
 #include "solver/language/limits.h"
 #include "solver/language/reader.h"
 #include "solver/problem/structure.h"
@@ -54,12 +56,14 @@ class Run {
 
   ExitStatus go() {
     Diagnostics diagnostics;
-    const auto model = read_definition(source_, diagnostics);
+    const auto model = options_.format == Format::kSdpa ? read_sdpa(source_, diagnostics)
+                                                        : read_definition(source_, diagnostics);
     if (!model || !options_.quiet) complain(diagnostics.render(source_));
     if (!model) return kExitDefinition;
     times_.reading = lap();
     const Problem problem = build_problem(*model);
     times_.structure = lap();
+    write_exports(problem);
     if (options_.check) {
       check(*model, problem);
     } else {
@@ -73,6 +77,22 @@ class Run {
   double lap() {
     const Clock::time_point now = Clock::now();
     return seconds(now - std::exchange(lap_begun_, now));
+  }
+
+  /// Before anything is solved: another program may be what is asked to do that.
+  void write_exports(const Problem& problem) {
+    Outputs::Texts texts;
+    if (outputs_.wants(Output::kExport)) {
+      texts.emplace_back(Output::kExport,
+                         sdpa_text(cone_program_of(problem), cone_program_comment(problem)));
+    }
+    if (outputs_.wants(Output::kExportMargin)) {
+      texts.emplace_back(Output::kExportMargin,
+                         sdpa_text(margin_program_of(problem), margin_program_comment(problem)));
+    }
+    if (texts.empty()) return;
+    outputs_.write(std::move(texts));
+    lap();
   }
 
   void check(const Model& model, const Problem& problem) {
