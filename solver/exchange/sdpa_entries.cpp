@@ -11,6 +11,21 @@
 namespace sdpsol {
 namespace {
 
+std::string place(std::int32_t row, std::int32_t column) {
+  std::string text = "(" + std::to_string(row + 1);
+  text += "," + std::to_string(column + 1);
+  return text += ")";
+}
+
+/// @param read the part of the entry that is there.
+LanguageError ends_early(Span read, const char* missing) {
+  LanguageError error({read.end, read.end},
+                      std::string("this entry ends before its ") + missing +
+                          "; an entry is matrix, block, row, column and value, on one line");
+  error.diagnostic.ranges.push_back(read);
+  return error;
+}
+
 class EntryReader {
  public:
   EntryReader(SdpaScanner& scanner, const SdpaHeader& header)
@@ -24,13 +39,18 @@ class EntryReader {
       throw LanguageError(scanner_.span(), "expected another entry or the end of the line, found " +
                                                in_quotes(scanner_.word()));
     }
-    entry.unknown = index("the number of a matrix", 0, header_.unknowns, header_.unknowns_given,
-                          "the number of unknowns is given here") -
+    entry.unknown = index(0, header_.unknowns,
+                          [&] {
+                            return Bounds{"the number of a matrix", header_.unknowns_given,
+                                          "the number of unknowns is given here"};
+                          }) -
                     1;
     next("block", entry.begin);
-    const auto blocks = static_cast<std::int32_t>(header_.blocks.size());
-    entry.block = index("the number of a block", 1, blocks, header_.block_count_given,
-                        "the number of blocks is given here") -
+    entry.block = index(1, static_cast<std::int32_t>(header_.blocks.size()),
+                        [&] {
+                          return Bounds{"the number of a block", header_.block_count_given,
+                                        "the number of blocks is given here"};
+                        }) -
                   1;
     next("row", entry.begin);
     entry.row = index_in_block("row", entry.block);
@@ -47,28 +67,35 @@ class EntryReader {
   void next(const char* what, std::uint32_t begin) {
     const std::uint32_t end = scanner_.span().end;
     if (scanner_.next_on_line()) return;
-    LanguageError error({end, end}, std::string("this entry ends before its ") + what +
-                                        "; an entry is matrix, block, row, column and value, on "
-                                        "one line");
-    error.diagnostic.ranges.push_back({begin, end});
-    throw error;
+    throw ends_early({begin, end}, what);
   }
 
-  std::int32_t index(const std::string& what, std::int32_t low, std::int32_t high, Span given,
-                     const std::string& note) const {
+  /// What is said of a number beyond its bounds; composed only where it is.
+  struct Bounds {
+    std::string what;
+    Span given;
+    std::string note;
+  };
+
+  template <typename Describe>
+  std::int32_t index(std::int32_t low, std::int32_t high, Describe describe) const {
     const std::optional<std::int64_t> value = scan_whole(scanner_.word());
     if (value && *value >= low && *value <= high) return static_cast<std::int32_t>(*value);
-    throw LanguageError(scanner_.span(), what + " must be a whole number from " +
+    const Bounds bounds = describe();
+    throw LanguageError(scanner_.span(), bounds.what + " must be a whole number from " +
                                              std::to_string(low) + " to " + std::to_string(high) +
                                              ", this is " + in_quotes(scanner_.word()))
-        .with_note(given, note);
+        .with_note(bounds.given, bounds.note);
   }
 
-  std::int32_t index_in_block(const std::string& what, std::int32_t block) const {
-    const SdpaBlock& size = header_.blocks[static_cast<std::size_t>(block)];
-    const std::string name = "block " + std::to_string(block + 1);
-    return index("a " + what + " of " + name, 1, size.size, size.declared,
-                 "the size of " + name + " is given here") -
+  std::int32_t index_in_block(const char* what, std::int32_t block) const {
+    const SdpaBlock& declared = header_.blocks[static_cast<std::size_t>(block)];
+    return index(1, declared.size,
+                 [&] {
+                   const std::string name = "block " + std::to_string(block + 1);
+                   return Bounds{std::string("a ") + what + " of " + name, declared.declared,
+                                 "the size of " + name + " is given here"};
+                 }) -
            1;
   }
 
@@ -76,10 +103,9 @@ class EntryReader {
     const SdpaBlock& block = header_.blocks[static_cast<std::size_t>(entry.block)];
     if (!block.diagonal || entry.row == entry.column) return;
     const std::string name = "block " + std::to_string(entry.block + 1);
-    LanguageError error({entry.begin, scanner_.span().end},
-                        name + " is diagonal and has no entry (" + std::to_string(entry.row + 1) +
-                            "," + std::to_string(entry.column + 1) + ")");
-    throw std::move(error).with_note(block.declared, "the size of " + name + " is given here");
+    throw LanguageError({entry.begin, scanner_.span().end},
+                        name + " is diagonal and has no entry " + place(entry.row, entry.column))
+        .with_note(block.declared, "the size of " + name + " is given here");
   }
 
   SdpaScanner& scanner_;
@@ -95,8 +121,9 @@ void deal(std::vector<SdpaEntry>& entries, std::vector<SdpaEntry>& dealt, std::s
   for (const SdpaEntry& entry : entries) ++next[static_cast<std::size_t>(key(entry)) + 1];
   for (std::size_t k = 1; k <= keys; ++k) next[k] += next[k - 1];
   dealt.resize(entries.size());
-  for (const SdpaEntry& entry : entries)
+  for (const SdpaEntry& entry : entries) {
     dealt[next[static_cast<std::size_t>(key(entry))]++] = entry;
+  }
   entries.swap(dealt);
 }
 
@@ -165,12 +192,12 @@ void report_repeated_entries(const std::vector<SdpaEntry>& entries, std::string_
             [](const auto& a, const auto& b) { return a.first->begin < b.first->begin; });
   for (const auto& [entry, earlier] : repeated) {
     if (diagnostics.full()) return;
-    const std::string row = std::to_string(entry->row + 1);
-    const std::string column = std::to_string(entry->column + 1);
-    std::string message = "entry (" + row + "," + column + ") of block " +
+    std::string message = "entry " + place(entry->row, entry->column) + " of block " +
                           std::to_string(entry->block + 1) + " in matrix " +
                           std::to_string(entry->unknown + 1) + " is given a second time";
-    if (row != column) message += "; (" + column + "," + row + ") is the same entry";
+    if (entry->row != entry->column) {
+      message += "; " + place(entry->column, entry->row) + " is the same entry";
+    }
     diagnostics.add(LanguageError(sdpa_entry_span(text, entry->begin), std::move(message))
                         .with_note(sdpa_entry_span(text, earlier->begin), "it is given here first")
                         .diagnostic);

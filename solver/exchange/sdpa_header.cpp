@@ -43,14 +43,13 @@ class HeaderReader {
   }
 
  private:
-  void next(const std::string& expected) {
-    if (scanner_.next()) return;
-    throw LanguageError(scanner_.end_of_text(),
-                        "expected " + expected + ", found the end of the text");
+  LanguageError ends_before(const std::string& expected) const {
+    return LanguageError(scanner_.end_of_text(),
+                         "expected " + expected + ", found the end of the text");
   }
 
   std::int32_t read_count(const std::string& what, std::int64_t low, std::int64_t high) {
-    next(what);
+    if (!scanner_.next()) throw ends_before(what);
     const std::optional<std::int64_t> value = scan_whole(scanner_.word());
     if (value && *value >= low && *value <= high) return static_cast<std::int32_t>(*value);
     throw LanguageError(scanner_.span(), what + " must be a whole number from " +
@@ -83,7 +82,10 @@ class HeaderReader {
     const auto wanted = static_cast<std::size_t>(block_count_);
     std::int64_t rows = 0;
     for (std::size_t b = 0; b < wanted && !diagnostics_.full(); ++b) {
-      next("the size of block " + std::to_string(b + 1) + " of " + std::to_string(wanted));
+      if (!scanner_.next()) {
+        throw ends_before("the size of block " + std::to_string(b + 1) + " of " +
+                          std::to_string(wanted));
+      }
       header_.blocks.push_back(read_size());
       rows += header_.blocks.back().size;
       if (rows > kMaxRows) {
@@ -117,8 +119,10 @@ class HeaderReader {
     const auto wanted = static_cast<std::size_t>(header_.unknowns);
     if (wanted == 0) return;
     while (header_.costs.size() < wanted && !diagnostics_.full()) {
-      next("number " + std::to_string(header_.costs.size() + 1) + " of the objective, which has " +
-           count(wanted, "number"));
+      if (!scanner_.next()) {
+        throw ends_before("number " + std::to_string(header_.costs.size() + 1) +
+                          " of the objective, which has " + count(wanted, "number"));
+      }
       header_.costs.push_back({read_cost(), scanner_.span()});
     }
     finish_list_line("the objective has " + count(wanted, "number") +
