@@ -1,13 +1,16 @@
 """docs/result.schema.json against the command: what `sdpsol --json` writes keeps to it,
-whatever the verdict, and the schema refuses what the command would never write.
+whatever the verdict, the schema refuses what the command would never write, and
+docs/json.md shows and names what is written.
 
 The command is the one argument.
 """
 
 import json
 import pathlib
+import re
 import subprocess
 import sys
+import tempfile
 import unittest
 
 import jsonschema
@@ -46,9 +49,9 @@ def parsed(text):
     return json.loads(text, parse_constant=no_constant, object_pairs_hook=no_duplicates)
 
 
-def solve(*arguments, text=None):
-    return subprocess.run([COMMAND, "-q", "--json", "-", *arguments], input=text, check=True,
-                          stdout=subprocess.PIPE, encoding="utf-8").stdout
+def solve(*arguments, text=None, folder=None):
+    return subprocess.run([COMMAND, "-q", "--json", "-", *arguments], input=text, cwd=folder,
+                          check=True, stdout=subprocess.PIPE, encoding="utf-8").stdout
 
 
 class JsonSchemaTest(unittest.TestCase):
@@ -117,6 +120,49 @@ class JsonSchemaTest(unittest.TestCase):
             self.assertGreater(rows[0][0] * rows[1][1], rows[0][1] ** 2)
 
 
+class DocumentationTest(unittest.TestCase):
+    def setUp(self):
+        self.text = (ROOT / "docs" / "json.md").read_text(encoding="utf-8")
+
+    def blocks(self, language):
+        return re.findall(rf"^```{language}\n(.*?)^```$", self.text, re.MULTILINE | re.DOTALL)
+
+    def assert_alike(self, shown, written, path):
+        """Of what was calculated only values and the objective are the same everywhere."""
+        self.assertEqual(type(shown), type(written), path)
+        if isinstance(shown, dict):
+            self.assertEqual(list(shown), list(written), path)
+            for key, value in shown.items():
+                self.assert_alike(value, written[key], f"{path}.{key}")
+        elif isinstance(shown, list):
+            self.assertEqual(len(shown), len(written), path)
+            for i, value in enumerate(shown):
+                self.assert_alike(value, written[i], f"{path}[{i}]")
+        elif isinstance(shown, float):
+            if re.search(r"\.(value|bound)\b|^\.parameters", path):
+                self.assertAlmostEqual(shown, written, 6, path)
+        elif path != ".iterations":
+            self.assertEqual(shown, written, path)
+
+    def test_shows_what_is_written(self):
+        definition, = self.blocks("")
+        shown, = self.blocks("json")
+        with tempfile.TemporaryDirectory() as folder:
+            pathlib.Path(folder, "load.def").write_text(definition, encoding="utf-8")
+            written = solve("load.def", folder=folder)
+        self.assert_alike(parsed(shown), parsed(written), "")
+
+    def test_names_every_member(self):
+        schema = parsed((ROOT / "docs" / "result.schema.json").read_text(encoding="utf-8"))
+        members = set(schema["properties"]) | set(schema["properties"]["objective"]["properties"])
+        for part in ("sizes", "times"):
+            members |= set(schema["properties"][part]["properties"])
+        for part in ("variable", "condition", "multiplier"):
+            members |= set(schema["$defs"][part]["properties"])
+        missing = sorted(member for member in members if f"`{member}`" not in self.text)
+        self.assertEqual(missing, [])
+
+
 if __name__ == "__main__":
-    COMMAND = sys.argv.pop(1)
+    COMMAND = str(pathlib.Path(sys.argv.pop(1)).resolve())
     unittest.main()
