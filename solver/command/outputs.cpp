@@ -30,7 +30,7 @@ Outputs::Outputs(const Options& options) {
 }
 
 void Outputs::write(Texts texts) {
-  for (auto& [output, text] : texts) at(output)->stage(std::move(text));
+  for (auto& wanted : texts) at(wanted.first)->stage(std::move(wanted.second));
   std::vector<const ResultFile*> published;
   try {
     // A pipe whose reader has gone fails only when it is written into.

@@ -127,8 +127,8 @@ std::vector<double> values_of(const Variable& variable, const std::vector<double
   for (std::int32_t row = 0; row < variable.rows; ++row) {
     for (std::int32_t column = 0; column < variable.columns; ++column) {
       const auto offset = offset_of(variable, row, column);
-      values.push_back(offset ? point[static_cast<std::size_t>(variable.first_unknown + *offset)]
-                              : 0.0);
+      const auto first = static_cast<std::size_t>(variable.first_unknown);
+      values.push_back(offset ? point[first + static_cast<std::size_t>(*offset)] : 0.0);
     }
   }
   return values;

@@ -51,9 +51,10 @@ void append_point(const Report& report, std::string& text) {
     worst.largest = std::max(worst.largest, residual.largest);
     worst.distance = std::max(worst.distance, residual.distance);
   }
-  text += "equalities hold to " + rounded(worst.largest, kDigits);
-  if (worst.distance > 0)
-    text += ", and exactly within " + rounded(worst.distance, kDigits) + " of it";
+  text += "equalities hold within " + rounded(worst.largest, kDigits);
+  if (worst.distance > 0) {
+    text += ", and exactly no further away than " + rounded(worst.distance, kDigits);
+  }
   text += "\n";
 }
 
