@@ -222,7 +222,8 @@ TEST(JsonReport, OfAnUndecidedRunHasTheLastIterateIfItIsOne) {
   EXPECT_EQ(json["variables"][1]["last_iterate"], Json(std::vector<std::vector<double>>{{2}, {3}}));
   for (const double value : {std::nan(""), -std::numeric_limits<double>::infinity()}) {
     solved.outcome.point = {1, 2, value};
-    for (const Json& variable : solved.json()["variables"]) {
+    json = solved.json();
+    for (const Json& variable : json["variables"]) {
       EXPECT_EQ(keys(variable), "columns line name rows shape");
     }
   }
