@@ -10,7 +10,7 @@ BUILD_PACKAGES=(g++ cmake ninja-build libsdp-dev libopenblas-serial-dev libeigen
 # What only the tests need.
 # shellcheck disable=SC2034
 TEST_PACKAGES=(libgtest-dev libbenchmark-dev libgmp-dev clang-format clang-tidy shellcheck python3
-  python3-jsonschema)
+  python3-jsonschema groff-base)
 
 # install_packages PACKAGE...: installs those that are not installed yet, as
 # root or through sudo.

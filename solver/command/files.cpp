@@ -1,26 +1,23 @@
 #include "solver/command/files.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
-#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <optional>
 #include <string_view>
-#include <utility>
 
 #include "solver/command/options.h"
+#include "solver/command/paths.h"
 
 namespace sdpsol {
 namespace {
-
-std::string in_words(const std::string& name, const std::string& standard) {
-  return name == kStandardStream ? "standard " + standard : "'" + name + "'";
-}
 
 [[noreturn]] void fail_to_read(const std::string& name, int error) {
   throw FileError("cannot read " + in_words(name, "input") + ": " + std::strerror(error));
@@ -30,28 +27,21 @@ std::string in_words(const std::string& name, const std::string& standard) {
   throw FileError("cannot write " + in_words(name, "output") + ": " + std::strerror(error));
 }
 
-/// Closes a file descriptor at the end of the scope.
-class Descriptor {
- public:
-  explicit Descriptor(int fd) : fd_(fd) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() {
-    if (fd_ >= 0) ::close(fd_);
-  }
-  int get() const { return fd_; }
-  /// Closes now; false if that failed, which is how some file systems report a
-  /// write that did not reach the disk.
-  bool close() { return ::close(std::exchange(fd_, -1)) == 0; }
-
- private:
-  int fd_;
-};
+/// True if a read or write may be tried again: it was interrupted, or whoever
+/// started us has set the stream not to wait, and now we have waited.
+bool worth_another_try(int fd, short event) {
+  if (errno == EINTR) return true;
+  if (errno != EAGAIN) return false;
+  struct pollfd wait {
+    fd, event, 0
+  };
+  return ::poll(&wait, 1, -1) >= 0 || errno == EINTR;
+}
 
 bool write_all(int fd, std::string_view text) {
   while (!text.empty()) {
     const ssize_t written = ::write(fd, text.data(), text.size());
-    if (written < 0 && errno == EINTR) continue;
+    if (written < 0 && worth_another_try(fd, POLLOUT)) continue;
     if (written < 0) return false;
     text.remove_prefix(static_cast<std::size_t>(written));
   }
@@ -64,39 +54,6 @@ std::optional<struct stat> status_of_result(const std::string& name) {
   if (::stat(name.c_str(), &status) == 0) return status;
   if (errno != ENOENT) fail_to_write(name, errno);
   return std::nullopt;
-}
-
-/// Nothing if there is no such input; reading it will say so.
-std::optional<struct stat> status_of_input(const std::string& name) {
-  struct stat status {};
-  if (name != kStandardStream) {
-    if (::stat(name.c_str(), &status) != 0) return std::nullopt;
-    return status;
-  }
-  // A terminal may be both standard input and output; only a file is lost by that.
-  if (::fstat(STDIN_FILENO, &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
-  return status;
-}
-
-std::string directory_of(const std::string& name) {
-  const std::size_t slash = name.rfind('/');
-  if (slash == std::string::npos) return ".";
-  return slash == 0 ? "/" : name.substr(0, slash);
-}
-
-/// Follows symbolic links by hand: the last one may lead to a file that does not
-/// exist yet.
-std::string follow_links(std::string name) {
-  constexpr int kMostLinks = 40;
-  for (int i = 0; i < kMostLinks; ++i) {
-    std::array<char, PATH_MAX> buffer{};
-    const ssize_t length = ::readlink(name.c_str(), buffer.data(), buffer.size());
-    if (length < 0) return name;
-    std::string to(buffer.data(), static_cast<std::size_t>(length));
-    if (to.front() != '/') to.insert(0, directory_of(name) + "/");
-    name = std::move(to);
-  }
-  fail_to_write(name, ELOOP);
 }
 
 }  // namespace
@@ -112,11 +69,13 @@ std::string read_whole_file(const std::string& name, std::size_t most_bytes) {
     if (S_ISDIR(status.st_mode)) fail_to_read(name, EISDIR);
     const auto size = static_cast<std::size_t>(status.st_size);
     if (S_ISREG(status.st_mode) && size <= most_bytes) text.reserve(size);
+    const bool device = S_ISCHR(status.st_mode) || S_ISBLK(status.st_mode);
+    if (device && ::isatty(file.get()) == 0) most_bytes = std::min(most_bytes, kMaxDeviceBytes);
   }
   std::array<char, 1 << 16> buffer;
   for (;;) {
     const ssize_t got = ::read(file.get(), buffer.data(), buffer.size());
-    if (got < 0 && errno == EINTR) continue;
+    if (got < 0 && worth_another_try(file.get(), POLLIN)) continue;
     if (got < 0) fail_to_read(name, errno);
     if (got == 0) return text;
     if (static_cast<std::size_t>(got) > most_bytes - text.size()) fail_to_read(name, EFBIG);
@@ -124,22 +83,39 @@ std::string read_whole_file(const std::string& name, std::size_t most_bytes) {
   }
 }
 
-ResultFile::ResultFile(const std::string& name, const std::string& input) : name_(name) {
+bool Descriptor::close() {
+  const int fd = std::exchange(fd_, -1);
+  return fd < 0 || ::close(fd) == 0;
+}
+
+ResultFile::ResultFile(const std::string& name) : name_(name) {
   if (name == kStandardStream) return;
-  if (name.empty()) throw UsageError("the name of the result file is empty");
+  if (name.empty()) fail_to_write(name, ENOENT);
   const auto status = status_of_result(name);
-  const auto input_status = status_of_input(input);
-  if (status && input_status && status->st_dev == input_status->st_dev &&
-      status->st_ino == input_status->st_ino) {
-    throw UsageError(in_words(input, "input") + " and '" + name + "' are the same file");
-  }
   if (status && S_ISDIR(status->st_mode)) fail_to_write(name, EISDIR);
   in_place_ = status && !S_ISREG(status->st_mode);
   // The links of /proc, which /dev/stdout leads to, name what is no path.
-  target_ = in_place_ ? name : follow_links(name);
-  if (in_place_) return;
+  if (in_place_) {
+    target_ = name;
+    return;
+  }
+  auto target = follow_links(name);
+  if (!target) fail_to_write(name, ELOOP);
+  target_ = *std::move(target);
   if (::access(directory_of(target_).c_str(), W_OK | X_OK) != 0) fail_to_write(name, errno);
   if (status) remove_old();
+}
+
+ResultFile::~ResultFile() {
+  drop();
+}
+
+/// Of a new file that will not be one. Leaves errno alone.
+void ResultFile::drop() {
+  const int error = errno;
+  staged_.close();
+  if (!beside_.empty()) ::unlink(std::exchange(beside_, {}).c_str());
+  errno = error;
 }
 
 void ResultFile::remove_old() const {
@@ -148,30 +124,68 @@ void ResultFile::remove_old() const {
   }
 }
 
-void ResultFile::write(const std::string& text) const {
-  if (!target_.empty() && !in_place_) {
-    write_beside_and_rename(text);
-    return;
-  }
-  Descriptor file(target_.empty() ? ::dup(STDOUT_FILENO)
-                                  : ::open(target_.c_str(), O_WRONLY | O_CLOEXEC));
-  if (file.get() < 0 || !write_all(file.get(), text) || !file.close()) fail_to_write(name_, errno);
+void ResultFile::stage(std::string text) {
+  text_ = std::move(text);
+  if (!is_regular()) return;
+  if ((open_without_name() || open_beside()) && write_all(staged_.get(), text_)) return;
+  drop();
+  fail_to_write(name_, errno);
 }
 
-void ResultFile::write_beside_and_rename(const std::string& text) const {
+void ResultFile::publish() {
+  const bool done = !is_regular() ? write_in_place() : give_name() || write_beside_and_rename();
+  if (done) return;
+  drop();
+  fail_to_write(name_, errno);
+}
+
+void ResultFile::withdraw() const {
+  if (is_regular()) ::unlink(target_.c_str());
+}
+
+bool ResultFile::write_in_place() const {
+  const bool standard = target_.empty();
+  Descriptor file(standard ? ::dup(STDOUT_FILENO) : ::open(target_.c_str(), O_WRONLY | O_CLOEXEC));
+  return file.get() >= 0 && write_all(file.get(), text_) && file.close();
+}
+
+bool ResultFile::give_name() {
+  if (!beside_.empty()) return false;
+  const std::string open_file = "/proc/self/fd/" + std::to_string(staged_.get());
+  if (::linkat(AT_FDCWD, open_file.c_str(), AT_FDCWD, target_.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+    return false;
+  }
+  if (staged_.close()) return true;
+  const int error = errno;
+  ::unlink(target_.c_str());
+  fail_to_write(name_, error);
+}
+
+/// The name may be taken again by now, which only a renamed file can deal with, and
+/// there may be no /proc to give a name through.
+bool ResultFile::write_beside_and_rename() {
+  if (beside_.empty() && !(open_beside() && write_all(staged_.get(), text_))) return false;
+  if (!staged_.close() || ::rename(beside_.c_str(), target_.c_str()) != 0) return false;
+  beside_.clear();
+  return true;
+}
+
+bool ResultFile::open_without_name() {
+  const std::string folder = directory_of(target_);
+  staged_ = Descriptor(::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666));
+  return staged_.get() >= 0;
+}
+
+bool ResultFile::open_beside() {
   // A name of its own: one that adds to the target's may be longer than names can be.
   std::string beside = directory_of(target_) + "/.sdpsol-XXXXXX";
-  Descriptor file(::mkostemp(beside.data(), O_CLOEXEC));
-  if (file.get() < 0) fail_to_write(name_, errno);
+  staged_ = Descriptor(::mkostemp(beside.data(), O_CLOEXEC));
+  if (staged_.get() < 0) return false;
+  beside_ = std::move(beside);
   // mkostemp makes the file private; a result has the rights of any new file.
   const mode_t mask = ::umask(0);
   ::umask(mask);
-  const bool written = ::fchmod(file.get(), 0666 & ~mask) == 0 && write_all(file.get(), text) &&
-                       file.close() && ::rename(beside.c_str(), target_.c_str()) == 0;
-  if (written) return;
-  const int error = errno;
-  ::unlink(beside.c_str());
-  fail_to_write(name_, error);
+  return ::fchmod(staged_.get(), 0666 & ~mask) == 0;
 }
 
 }  // namespace sdpsol

@@ -26,20 +26,26 @@ using Names = std::vector<std::string>;
 
 std::string opening(const std::string& name) {
   try {
-    ResultFile(name, "-");
+    const ResultFile result(name);
   } catch (const FileError& error) {
     return error.what();
   }
   return "nothing was thrown";
 }
 
-std::string writing(const ResultFile& result, const std::string& text) {
+std::string writing(ResultFile& result, const std::string& text) {
   try {
-    result.write(text);
+    result.stage(text);
+    result.publish();
   } catch (const FileError& error) {
     return error.what();
   }
   return "nothing was thrown";
+}
+
+std::string writing(const std::string& name, const std::string& text) {
+  ResultFile result(name);
+  return writing(result, text);
 }
 
 /// A device of our own with the numbers of a well-known one; "" and the reason
@@ -58,7 +64,7 @@ TEST(ResultInADevice, IsWrittenIntoIt) {
   const TestFolder folder;
   const std::string null = device(folder, "null", 3);
   if (null.empty()) GTEST_SKIP() << "no device can be made here: " << std::strerror(errno);
-  EXPECT_EQ(writing(ResultFile(null, "-"), "text"), "nothing was thrown");
+  EXPECT_EQ(writing(null, "text"), "nothing was thrown");
   EXPECT_TRUE(fs::is_character_file(null));
   EXPECT_EQ(folder.names(), Names({"null"}));
 }
@@ -69,8 +75,7 @@ TEST(ResultInADevice, ThatIsFullIsAnError) {
   if (full.empty()) GTEST_SKIP() << "no device can be made here: " << std::strerror(errno);
   fs::create_symlink("full", folder.path("link"));
   for (const std::string& name : {full, folder.path("link")}) {
-    EXPECT_EQ(writing(ResultFile(name, "-"), "text"),
-              "cannot write '" + name + "': No space left on device");
+    EXPECT_EQ(writing(name, "text"), "cannot write '" + name + "': No space left on device");
   }
   EXPECT_TRUE(fs::is_character_file(full));
   EXPECT_EQ(folder.names(), Names({"full", "link"}));
@@ -82,7 +87,7 @@ TEST(ResultInAPipe, IsWrittenIntoIt) {
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0) << std::strerror(errno);
   const int reader = ::open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
   ASSERT_GE(reader, 0);
-  ResultFile(pipe, "-").write("text");
+  EXPECT_EQ(writing(pipe, "text"), "nothing was thrown");
   std::array<char, 16> buffer{};
   EXPECT_EQ(::read(reader, buffer.data(), buffer.size()), 4);
   EXPECT_STREQ(buffer.data(), "text");
@@ -94,7 +99,7 @@ TEST(ResultInAPipe, IsWrittenIntoIt) {
 TEST(ResultInAPipe, ThatHasNoNameIsWrittenIntoIt) {
   std::array<int, 2> ends{};
   ASSERT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
-  ResultFile("/proc/self/fd/" + std::to_string(ends[1]), "-").write("text");
+  EXPECT_EQ(writing("/proc/self/fd/" + std::to_string(ends[1]), "text"), "nothing was thrown");
   std::array<char, 16> buffer{};
   EXPECT_EQ(::read(ends[0], buffer.data(), buffer.size()), 4);
   EXPECT_STREQ(buffer.data(), "text");
@@ -192,7 +197,7 @@ TEST(ResultThatCannotBeWritten, FindsTheDiskFull) {
   const SmallDisk disk(folder.path());
   if (!disk.ready()) GTEST_SKIP() << "nothing can be mounted here: " << std::strerror(errno);
   const std::string name = folder.file("out", "old");
-  const ResultFile result(name, "-");
+  ResultFile result(name);
   EXPECT_EQ(writing(result, std::string(100'000, 'x')),
             "cannot write '" + name + "': No space left on device");
   EXPECT_EQ(folder.names(), Names());
@@ -203,7 +208,7 @@ TEST(ResultThatCannotBeWritten, FindsTheDiskFull) {
 TEST(ResultThatCannotBeWritten, LosesItsDirectoryMeanwhile) {
   const TestFolder folder;
   fs::create_directory(folder.path("sub"));
-  const ResultFile result(folder.path("sub/out"), "-");
+  ResultFile result(folder.path("sub/out"));
   fs::remove(folder.path("sub"));
   EXPECT_EQ(writing(result, "text"),
             "cannot write '" + folder.path("sub/out") + "': No such file or directory");
@@ -211,7 +216,7 @@ TEST(ResultThatCannotBeWritten, LosesItsDirectoryMeanwhile) {
 
 TEST(ResultThatCannotBeWritten, FindsADirectoryInItsPlace) {
   const TestFolder folder;
-  const ResultFile result(folder.path("out"), "-");
+  ResultFile result(folder.path("out"));
   fs::create_directory(folder.path("out"));
   EXPECT_EQ(writing(result, "text"), "cannot write '" + folder.path("out") + "': Is a directory");
   EXPECT_EQ(folder.names(), Names({"out"}));

@@ -8,7 +8,6 @@
 
 #include <cerrno>
 #include <cstring>
-#include <sstream>
 
 #include "tests/support/test_folder.h"
 
@@ -35,14 +34,14 @@ std::string reading(const std::string& name, std::size_t most = 1000) {
   return message_of<FileError>([&] { read_whole_file(name, most); });
 }
 
-std::string usage(const std::string& result, const std::string& input) {
-  return message_of<UsageError>([&] { ResultFile(result, input); });
+void write(ResultFile& result, const std::string& text) {
+  result.stage(text);
+  result.publish();
 }
 
-std::string same_file(const std::string& one, const std::string& other) {
-  std::ostringstream text;
-  text << "'" << one << "' and '" << other << "' are the same file";
-  return text.str();
+void write(const std::string& name, const std::string& text) {
+  ResultFile result(name);
+  write(result, text);
 }
 
 TEST(ReadWholeFile, ReturnsEveryByte) {
@@ -68,10 +67,12 @@ TEST(ReadWholeFile, SaysWhatIsWrong) {
 TEST(ResultFile, RemovesTheOldOneAtOnceAndTheNewOneAppearsWhole) {
   const TestFolder folder;
   const std::string name = folder.file("out", "old");
-  const ResultFile result(name, folder.file("in", "text"));
-  EXPECT_EQ(folder.names(), Names({"in"}));
-  result.write("new\n");
-  EXPECT_EQ(folder.names(), Names({"in", "out"}));
+  ResultFile result(name);
+  EXPECT_EQ(folder.names(), Names());
+  result.stage("new\n");
+  EXPECT_EQ(folder.names(), Names());
+  result.publish();
+  EXPECT_EQ(folder.names(), Names({"out"}));
   EXPECT_EQ(content_of(name), "new\n");
 }
 
@@ -80,7 +81,7 @@ TEST(ResultFile, HasTheRightsOfAnyNewFile) {
   const std::string name = folder.path("out");
   for (const mode_t mask : {0022U, 0027U, 0077U, 0U}) {
     const mode_t before = ::umask(mask);
-    ResultFile(name, "-").write("text");
+    write(name, "text");
     EXPECT_EQ(::umask(before), mask);
     struct stat status {};
     ASSERT_EQ(::stat(name.c_str(), &status), 0);
@@ -91,63 +92,17 @@ TEST(ResultFile, HasTheRightsOfAnyNewFile) {
 TEST(ResultFile, TakesTheLongestNameThatAFileCanHave) {
   const TestFolder folder;
   const std::string longest(255, 'x');
-  ResultFile(folder.path(longest), "-").write("text");
+  write(folder.path(longest), "text");
   EXPECT_EQ(content_of(folder.path(longest)), "text");
-  EXPECT_EQ(message_of<FileError>([&] { ResultFile(folder.path(longest + "x"), "-"); }),
+  EXPECT_EQ(message_of<FileError>([&] { ResultFile(folder.path(longest + "x")); }),
             "cannot write '" + folder.path(longest + "x") + "': File name too long");
-}
-
-TEST(ResultFile, IsNotTheInputUnderAnyName) {
-  const TestFolder folder;
-  const std::string input = folder.file("in", "text");
-  fs::create_hard_link(input, folder.path("hard"));
-  fs::create_symlink("in", folder.path("soft"));
-  fs::create_symlink(folder.path("soft"), folder.path("softer"));
-  const std::string longer = folder.path() + "/./in";
-  for (const std::string& result :
-       {input, folder.path("hard"), folder.path("soft"), folder.path("softer"), longer}) {
-    EXPECT_EQ(usage(result, input), same_file(input, result));
-    EXPECT_EQ(usage(input, result), same_file(result, input));
-  }
-  EXPECT_EQ(folder.names(), Names({"hard", "in", "soft", "softer"}));
-  EXPECT_EQ(content_of(input), "text");
-}
-
-/// Standard input comes from a file while it lives.
-class StandardInput {
- public:
-  explicit StandardInput(const std::string& path) : before_(::dup(STDIN_FILENO)) {
-    if (std::freopen(path.c_str(), "r", stdin) == nullptr) throw std::runtime_error(path);
-  }
-  StandardInput(const StandardInput&) = delete;
-  StandardInput& operator=(const StandardInput&) = delete;
-  ~StandardInput() {
-    ::dup2(before_, STDIN_FILENO);
-    ::close(before_);
-  }
-
- private:
-  int before_;
-};
-
-TEST(ResultFile, IsNotWhatStandardInputComesFrom) {
-  const TestFolder folder;
-  const std::string name = folder.file("in", "text");
-  const StandardInput input(name);
-  EXPECT_EQ(usage(name, "-"), "standard input and '" + name + "' are the same file");
-  EXPECT_EQ(content_of(name), "text");
-  EXPECT_EQ(read_whole_file("-", 4), "text");
-}
-
-TEST(ResultFile, HasAName) {
-  EXPECT_EQ(usage("", "-"), "the name of the result file is empty");
 }
 
 TEST(ResultFile, LeavesTheOtherNamesOfTheOldOneAlone) {
   const TestFolder folder;
   const std::string name = folder.file("out", "old");
   fs::create_hard_link(name, folder.path("kept"));
-  ResultFile(name, "-").write("new");
+  write(name, "new");
   EXPECT_EQ(content_of(name), "new");
   EXPECT_EQ(content_of(folder.path("kept")), "old");
 }
@@ -158,9 +113,9 @@ TEST(ResultFile, KeepsALinkAndReplacesItsTarget) {
   folder.file("results/target", "old");
   fs::create_symlink("results/second", folder.path("first"));
   fs::create_symlink("target", folder.path("results/second"));
-  const ResultFile result(folder.path("first"), "-");
+  ResultFile result(folder.path("first"));
   EXPECT_FALSE(fs::exists(folder.path("results/target")));
-  result.write("new");
+  write(result, "new");
   EXPECT_EQ(fs::read_symlink(folder.path("first")), "results/second");
   EXPECT_EQ(fs::read_symlink(folder.path("results/second")), "target");
   EXPECT_FALSE(fs::is_symlink(folder.path("results/target")));
@@ -170,7 +125,7 @@ TEST(ResultFile, KeepsALinkAndReplacesItsTarget) {
 TEST(ResultFile, FillsALinkThatLeadsToNothing) {
   const TestFolder folder;
   fs::create_symlink(folder.path("target"), folder.path("link"));
-  ResultFile(folder.path("link"), "-").write("new");
+  write(folder.path("link"), "new");
   EXPECT_TRUE(fs::is_symlink(folder.path("link")));
   EXPECT_EQ(content_of(folder.path("target")), "new");
 }
@@ -180,10 +135,38 @@ TEST(ResultFile, FollowsLinksThatNameAnOpenFile) {
   std::FILE* const opened = std::fopen(folder.path("out").c_str(), "w");
   ASSERT_NE(opened, nullptr);
   const std::string name = "/proc/self/fd/" + std::to_string(::fileno(opened));
-  ResultFile(name, "-").write("text");
+  write(name, "text");
   std::fclose(opened);
   EXPECT_EQ(folder.names(), Names({"out"}));
   EXPECT_EQ(content_of(folder.path("out")), "text");
+}
+
+TEST(ResultFile, ReplacesWhatHasTakenItsPlaceMeanwhile) {
+  const TestFolder folder;
+  ResultFile result(folder.path("out"));
+  result.stage("new");
+  folder.file("out", "of somebody else");
+  result.publish();
+  EXPECT_EQ(content_of(folder.path("out")), "new");
+  EXPECT_EQ(folder.names(), Names({"out"}));
+}
+
+TEST(ResultFile, LeavesNothingWhereItIsNeverPublished) {
+  const TestFolder folder;
+  {
+    ResultFile result(folder.path("out"));
+    result.stage("new");
+  }
+  EXPECT_EQ(folder.names(), Names());
+}
+
+TEST(ResultFile, CanBeWithdrawn) {
+  const TestFolder folder;
+  ResultFile result(folder.path("out"));
+  write(result, "new");
+  EXPECT_EQ(folder.names(), Names({"out"}));
+  result.withdraw();
+  EXPECT_EQ(folder.names(), Names());
 }
 
 }  // namespace

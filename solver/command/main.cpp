@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -14,12 +15,20 @@
 
 namespace {
 
-/// The engine's library calls exit() where it finds no memory. No result file has
-/// been written at that point; what is left to do is to say so.
+/// The engine's library calls exit() where it finds no memory.
 void report_exit_inside_engine() {
-  if (!sdpsol::engine_is_running()) return;
+  if (!sdpsol::ends_inside_engine()) return;
   std::fputs("sdpsol: the engine ended the program, probably out of memory\n", stderr);
   ::_exit(sdpsol::kExitInternal);
+}
+
+/// A file that is opened while a standard stream is closed would take the stream's
+/// place, and its messages. What is opened here instead fails as a closed one does.
+void hold_closed_streams() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (::fcntl(stream, F_GETFD) >= 0) continue;
+    ::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+  }
 }
 
 bool print(const std::string& text) {
@@ -32,9 +41,12 @@ bool print(const std::string& text) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  hold_closed_streams();
   std::atexit(report_exit_inside_engine);
-  // Beyond the largest size of files a write fails, and that is reported.
+  // A write fails beyond the largest size of files, or into a pipe whose reader has
+  // gone, and that is reported.
   std::signal(SIGXFSZ, SIG_IGN);
+  std::signal(SIGPIPE, SIG_IGN);
   try {
     const sdpsol::ParsedCommandLine parsed = sdpsol::parse_command_line(argc, argv);
     std::fputs(parsed.error.c_str(), stderr);

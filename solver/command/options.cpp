@@ -1,10 +1,46 @@
 #include "solver/command/options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <initializer_list>
 
 #include "version.h"
 
 namespace sdpsol {
+namespace {
+
+constexpr const char* kSdpaSuffix = ".dat-s";
+
+/// Accepts one of a few words.
+CLI::Validator one_of(std::initializer_list<const char*> words) {
+  std::string list;
+  for (const char* word : words) list += (list.empty() ? "" : " or ") + std::string(word);
+  const std::vector<std::string> known(words.begin(), words.end());
+  return CLI::Validator(
+      [known, list](std::string& word) {
+        const bool found = std::find(known.begin(), known.end(), word) != known.end();
+        return found ? "" : "'" + word + "' is not " + list;
+      },
+      "");
+}
+
+/// Takes a name as it is given: an empty one is an error of its own, found where files are.
+void add_file(CLI::App& app, const std::string& flags, std::optional<std::string>& name,
+              const std::string& help) {
+  const auto take = [&name](const std::string& given) { name = given; };
+  app.add_option_function<std::string>(flags, take, help)->type_name("FILE");
+}
+
+}  // namespace
+
+bool prints_result(const Options& options) {
+  if (options.result) return *options.result == kStandardStream;
+  const auto elsewhere = [](const std::optional<std::string>& name) {
+    return name != kStandardStream;
+  };
+  return elsewhere(options.json) && elsewhere(options.exported) &&
+         elsewhere(options.exported_margin);
+}
 
 ParsedCommandLine parse_command_line(int argc, const char* const* argv) {
   CLI::App app{
@@ -13,11 +49,28 @@ ParsedCommandLine parse_command_line(int argc, const char* const* argv) {
       "two are proven.",
       "sdpsol"};
   Options options;
+  std::string format;
+  std::string engine;
   app.add_flag("-q,--quiet", options.quiet, "Print nothing but warnings and errors")
       ->disable_flag_override();
-  app.add_option("-o,--output", options.result,
-                 "Result file, \"-\" for standard output (the default)")
-      ->type_name("FILE");
+  add_file(app, "-o,--output", options.result,
+           "Result file, \"-\" for standard output: the default,\n"
+           "unless another output goes there");
+  add_file(app, "--json", options.json, "Write everything about the result as JSON");
+  app.add_flag("--check", options.check, "Read the definition, say what it holds, solve nothing")
+      ->disable_flag_override();
+  app.add_option("--format", format,
+                 "What the definition is written in: sdpsol or sdpa\n"
+                 "(default: sdpa if its name ends in .dat-s)")
+      ->type_name("NAME")
+      ->check(one_of({"sdpsol", "sdpa"}));
+  add_file(app, "--export-sdpa", options.exported,
+           "Write the problem in the SDPA sparse format, then go on");
+  add_file(app, "--export-sdpa-margin", options.exported_margin,
+           "Write the search for the largest margin likewise");
+  app.add_option("--engine", engine, "auto or csdp, which today are the same (default: auto)")
+      ->type_name("NAME")
+      ->check(one_of({"auto", "csdp"}));
   app.add_option("DEFINITION", options.definition, "Definition file, \"-\" for standard input")
       ->required()
       ->type_name("");
@@ -29,6 +82,12 @@ ParsedCommandLine parse_command_line(int argc, const char* const* argv) {
   ParsedCommandLine parsed;
   try {
     app.parse(argc, argv);
+    if (options.check && (options.result || options.json)) {
+      throw CLI::ParseError("--check writes no result, -o and --json have no place beside it",
+                            kExitUsage);
+    }
+    const bool named_so = format.empty() && options.definition.ends_with(kSdpaSuffix);
+    options.format = named_so || format == "sdpa" ? Format::kSdpa : Format::kSdpsol;
     parsed.options = std::move(options);
   } catch (const CLI::CallForHelp&) {
     parsed.output = app.help();

@@ -8,15 +8,28 @@ namespace sdpsol {
 
 inline constexpr const char* kStandardStream = "-";
 
+/// The language of the definition.
+enum class Format { kSdpsol, kSdpa };
+
+/// Every output is a file name or kStandardStream; nothing where it is not asked for.
 struct Options {
-  std::string definition;                ///< a file name, or kStandardStream
-  std::string result = kStandardStream;  ///< a file name, or kStandardStream
+  std::string definition;             ///< a file name, or kStandardStream
+  std::optional<std::string> result;  ///< not asked for: see prints_result()
+  std::optional<std::string> json;
+  std::optional<std::string> exported;         ///< the problem as an SDPA file
+  std::optional<std::string> exported_margin;  ///< its first phase as an SDPA file
+  Format format = Format::kSdpsol;
+  bool check = false;
   bool quiet = false;
 };
 
+/// True if the text for people goes to standard output: it was not asked for
+/// elsewhere, and nothing else goes there.
+bool prints_result(const Options& options);
+
 /// How the program ends.
 enum ExitStatus : int {
-  kExitVerdict = 0,     ///< a verdict was written, any of the three
+  kExitVerdict = 0,     ///< a verdict was written, any of the three; or nothing to complain
   kExitDefinition = 1,  ///< the definition has an error
   kExitUsage = 2,       ///< the command line is wrong
   kExitFile = 3,        ///< a file could not be read or written

@@ -36,7 +36,12 @@ std::string refused(const std::vector<const char*>& words) {
 TEST(CommandLine, NeedsNothingButADefinition) {
   const Options options = accepted({"a.def"});
   EXPECT_EQ(options.definition, "a.def");
-  EXPECT_EQ(options.result, "-");
+  EXPECT_EQ(options.result, std::nullopt);
+  EXPECT_EQ(options.json, std::nullopt);
+  EXPECT_EQ(options.exported, std::nullopt);
+  EXPECT_EQ(options.exported_margin, std::nullopt);
+  EXPECT_EQ(options.format, Format::kSdpsol);
+  EXPECT_FALSE(options.check);
   EXPECT_FALSE(options.quiet);
 }
 
@@ -61,11 +66,50 @@ TEST(CommandLine, TakesAMinusForTheStandardStreams) {
   const Options options = accepted({"-o", "-", "-"});
   EXPECT_EQ(options.definition, "-");
   EXPECT_EQ(options.result, "-");
+  EXPECT_EQ(accepted({"--json", "-", "-"}).json, "-");
 }
 
 TEST(CommandLine, TakesNamesThatLookLikeOptionsAfterTwoMinuses) {
   EXPECT_EQ(accepted({"--", "-q"}).definition, "-q");
   EXPECT_EQ(accepted({"--", "a name with blanks"}).definition, "a name with blanks");
+}
+
+TEST(CommandLine, TakesNamesForEveryOutput) {
+  const Options options =
+      accepted({"--json", "j", "--export-sdpa", "e", "--export-sdpa-margin", "m", "-o", "o", "in"});
+  EXPECT_EQ(options.result, "o");
+  EXPECT_EQ(options.json, "j");
+  EXPECT_EQ(options.exported, "e");
+  EXPECT_EQ(options.exported_margin, "m");
+  EXPECT_EQ(accepted({"-o", "", "in"}).result, "");
+}
+
+TEST(CommandLine, PrintsTheResultUnlessSomethingElseIsPrinted) {
+  EXPECT_TRUE(prints_result(accepted({"in"})));
+  EXPECT_TRUE(prints_result(accepted({"--json", "j", "--export-sdpa", "e", "in"})));
+  EXPECT_TRUE(prints_result(accepted({"-o", "-", "in"})));
+  EXPECT_TRUE(prints_result(accepted({"-o", "-", "--json", "-", "in"})));
+  EXPECT_TRUE(prints_result(accepted({"--check", "in"})));
+  EXPECT_FALSE(prints_result(accepted({"-o", "out", "in"})));
+  EXPECT_FALSE(prints_result(accepted({"-o", "out", "--json", "-", "in"})));
+  EXPECT_FALSE(prints_result(accepted({"--json", "-", "in"})));
+  EXPECT_FALSE(prints_result(accepted({"--export-sdpa", "-", "in"})));
+  EXPECT_FALSE(prints_result(accepted({"--export-sdpa-margin", "-", "--check", "in"})));
+}
+
+TEST(CommandLine, TellsTheFormatByTheNameUnlessItIsGiven) {
+  EXPECT_EQ(accepted({"truss1.dat-s"}).format, Format::kSdpa);
+  EXPECT_EQ(accepted({".dat-s"}).format, Format::kSdpa);
+  EXPECT_EQ(accepted({"truss1.dat-s.def"}).format, Format::kSdpsol);
+  EXPECT_EQ(accepted({"truss1.DAT-S"}).format, Format::kSdpsol);
+  EXPECT_EQ(accepted({"-"}).format, Format::kSdpsol);
+  EXPECT_EQ(accepted({"--format", "sdpsol", "truss1.dat-s"}).format, Format::kSdpsol);
+  EXPECT_EQ(accepted({"--format=sdpa", "-"}).format, Format::kSdpa);
+}
+
+TEST(CommandLine, TakesTheEnginesThatThereAre) {
+  EXPECT_EQ(accepted({"--engine", "auto", "in"}).definition, "in");
+  EXPECT_EQ(accepted({"--engine=csdp", "in"}).definition, "in");
 }
 
 TEST(CommandLine, SaysWhatIsWrong) {
@@ -77,6 +121,16 @@ TEST(CommandLine, SaysWhatIsWrong) {
   EXPECT_EQ(refused({"-o", "out"}), "sdpsol: DEFINITION is required");
   EXPECT_EQ(refused({"-o", "a", "-o", "b", "in"}),
             "sdpsol: --output: At Most 1 required but received 2");
+  EXPECT_EQ(refused({"--json"}), "sdpsol: --json: 1 required FILE missing");
+  EXPECT_EQ(refused({"--export-sdpa", "a", "--export-sdpa", "b", "in"}),
+            "sdpsol: --export-sdpa: At Most 1 required but received 2");
+  EXPECT_EQ(refused({"--format", "text", "in"}), "sdpsol: --format: 'text' is not sdpsol or sdpa");
+  EXPECT_EQ(refused({"--engine", "fast", "in"}), "sdpsol: --engine: 'fast' is not auto or csdp");
+  for (const char* output : {"-o", "--json"}) {
+    EXPECT_EQ(refused({"--check", output, "out", "in"}),
+              "sdpsol: --check writes no result, -o and --json have no place beside it");
+  }
+  EXPECT_EQ(refused({"--check=no", "in"}), "sdpsol: check was given a disallowed flag override");
   EXPECT_EQ(refused({"--quiet=no", "in"}), "sdpsol: quiet was given a disallowed flag override");
 }
 
@@ -98,7 +152,18 @@ TEST(CommandLine, Helps) {
               "Options:\n"
               "  -h,--help                   Print this help message and exit\n"
               "  -q,--quiet                  Print nothing but warnings and errors\n"
-              "  -o,--output FILE            Result file, \"-\" for standard output (the default)\n"
+              "  -o,--output FILE            Result file, \"-\" for standard output: the default,\n"
+              "                              unless another output goes there\n"
+              "  --json FILE                 Write everything about the result as JSON\n"
+              "  --check                     Read the definition, say what it holds, solve "
+              "nothing\n"
+              "  --format NAME               What the definition is written in: sdpsol or sdpa\n"
+              "                              (default: sdpa if its name ends in .dat-s)\n"
+              "  --export-sdpa FILE          Write the problem in the SDPA sparse format, then go "
+              "on\n"
+              "  --export-sdpa-margin FILE   Write the search for the largest margin likewise\n"
+              "  --engine NAME               auto or csdp, which today are the same (default: "
+              "auto)\n"
               "  --version                   Display program version information and exit\n"
               "\n"
               "Exit status: 0 a verdict was written, 1 error in the definition, 2 wrong usage,\n"

@@ -10,12 +10,14 @@
 namespace sdpsol {
 namespace {
 
-/// The tightest conditions at a point, by their relative room.
-std::vector<ConditionMargin> tightest(const Source& source, const Model& model,
-                                      const Problem& problem, const std::vector<double>& point,
-                                      std::size_t most) {
+/// How far the conditions are from being violated at a point, the tightest first.
+std::vector<ConditionMargin> margins_at(const Source& source, const Model& model,
+                                        const Problem& problem, const std::vector<double>& point) {
   std::vector<ConditionMargin> margins(model.conditions.size());
-  for (ConditionMargin& m : margins) {
+  for (std::size_t i = 0; i < margins.size(); ++i) {
+    ConditionMargin& m = margins[i];
+    m.condition = i;
+    m.line = source.place(model.conditions[i].where.begin).line;
     m.room = m.smallest_eigenvalue = std::numeric_limits<double>::infinity();
   }
   for (const Block& block : problem.blocks) {
@@ -26,22 +28,76 @@ std::vector<ConditionMargin> tightest(const Source& source, const Model& model,
     margin.smallest_eigenvalue =
         std::min(margin.smallest_eigenvalue, symmetric_eigenvalues(at.value)[0]);
   }
-  for (std::size_t i = 0; i < margins.size(); ++i) {
-    margins[i].line = source.place(model.conditions[i].where.begin).line;
-  }
   std::erase_if(margins, [](const ConditionMargin& m) { return !std::isfinite(m.room); });
   std::stable_sort(margins.begin(), margins.end(),
                    [](const auto& a, const auto& b) { return a.room < b.room; });
-  if (margins.size() > most) margins.resize(most);
   return margins;
+}
+
+/// How well the equalities hold at a point, in the order of the text.
+/// @param distance per unknown, to a point where they all hold; empty if there they do.
+std::vector<EqualityResidual> residuals_at(const Problem& problem, const std::vector<double>& point,
+                                           const std::vector<double>& distance) {
+  std::vector<EqualityResidual> residuals;
+  for (const Block& block : problem.blocks) {
+    if (block.sense != Sense::kEqual) continue;
+    const auto condition = static_cast<std::size_t>(block.condition);
+    if (residuals.empty() || residuals.back().condition != condition) {
+      residuals.push_back({.condition = condition});
+    }
+    EqualityResidual& residual = residuals.back();
+    residual.largest = std::max(residual.largest, std::fabs(evaluate(block, point).value(0, 0)));
+    if (distance.empty()) continue;
+    for (const AffineTerm& t : block.terms) {
+      if (!varies(t)) continue;
+      residual.distance =
+          std::max(residual.distance, distance[static_cast<std::size_t>(t.unknown)]);
+    }
+  }
+  return residuals;
+}
+
+/// Place of entry (row, column) among the unknowns of a variable; nothing for an entry
+/// that is 0 by its shape.
+std::optional<std::int32_t> offset_of(const Variable& variable, std::int32_t row,
+                                      std::int32_t column) {
+  switch (variable.shape) {
+    case Variable::Shape::kGeneral:
+      return row * variable.columns + column;
+    case Variable::Shape::kSymmetric: {
+      const std::int32_t low = std::max(row, column);
+      return low * (low + 1) / 2 + std::min(row, column);
+    }
+    case Variable::Shape::kDiagonal:
+      if (row == column) return row;
+      break;
+  }
+  return std::nullopt;
+}
+
+void add_objective(Report& report) {
+  const Outcome& outcome = report.outcome;
+  report.gap = std::max(0.0, *outcome.bound - *outcome.objective);
+  const Parameters& p = report.model->parameters;
+  report.gap_is_large =
+      !(report.gap <=
+        std::max(p.absolute_tolerance, p.relative_tolerance * std::fabs(*outcome.objective)));
+  if (outcome.limited_by_box) {
+    report.warnings.emplace_back("the objective is limited only by BIGM");
+  }
+  if (report.gap_is_large) {
+    report.warnings.emplace_back("the objective may be better than reported, see its bound");
+  }
 }
 
 }  // namespace
 
 Report make_report(const Source& source, const Model& model, const Problem& problem,
-                   Outcome outcome, std::string engine, std::size_t most_margins) {
+                   Outcome outcome, std::string engine) {
   Report report;
   report.model = &model;
+  report.source = &source;
+  report.problem = &problem;
   report.engine = std::move(engine);
   for (const Block& block : problem.blocks) {
     ++(block.size == 1 ? report.rows : report.matrices);
@@ -55,24 +111,27 @@ Report make_report(const Source& source, const Model& model, const Problem& prob
   std::vector<std::uint32_t>& lines = report.reason_lines;
   std::sort(lines.begin(), lines.end());
   lines.erase(std::unique(lines.begin(), lines.end()), lines.end());
-  if (outcome.verdict == Verdict::kFeasible) {
-    report.margins = tightest(source, model, problem, outcome.interior, most_margins);
-  }
-  if (outcome.objective) {
-    report.gap = std::max(0.0, *outcome.bound - *outcome.objective);
-    const Parameters& p = model.parameters;
-    report.gap_is_large =
-        !(report.gap <=
-          std::max(p.absolute_tolerance, p.relative_tolerance * std::fabs(*outcome.objective)));
-    if (outcome.limited_by_box) {
-      report.warnings.emplace_back("the objective is limited only by BIGM");
-    }
-    if (report.gap_is_large) {
-      report.warnings.emplace_back("the objective may be better than reported, see its bound");
-    }
-  }
   report.outcome = std::move(outcome);
+  if (report.outcome.verdict == Verdict::kFeasible) {
+    report.margins = margins_at(source, model, problem, report.outcome.interior);
+    report.residuals = residuals_at(problem, report.outcome.interior, report.outcome.distance);
+  }
+  if (report.outcome.objective) add_objective(report);
   return report;
+}
+
+std::vector<double> values_of(const Variable& variable, const std::vector<double>& point) {
+  std::vector<double> values;
+  values.reserve(static_cast<std::size_t>(variable.rows) *
+                 static_cast<std::size_t>(variable.columns));
+  for (std::int32_t row = 0; row < variable.rows; ++row) {
+    for (std::int32_t column = 0; column < variable.columns; ++column) {
+      const auto offset = offset_of(variable, row, column);
+      const auto first = static_cast<std::size_t>(variable.first_unknown);
+      values.push_back(offset ? point[first + static_cast<std::size_t>(*offset)] : 0.0);
+    }
+  }
+  return values;
 }
 
 }  // namespace sdpsol

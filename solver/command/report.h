@@ -2,6 +2,7 @@
 // in which it is said.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,13 +15,34 @@ namespace sdpsol {
 /// How far a condition is from being violated at the point which the verdict
 /// rests on.
 struct ConditionMargin {
+  std::size_t condition = 0;  ///< index into Model::conditions
   std::uint32_t line = 0;
   double smallest_eigenvalue = 0;  ///< of the difference of its two sides
   double room = 0;                 ///< relative to what was added up; kRoom is asked
 };
 
+/// How well an equality holds at that point.
+struct EqualityResidual {
+  std::size_t condition = 0;
+  double largest = 0;  ///< |difference|, the worst of its entries
+  /// A point where all equalities hold exactly is no further away, in any unknown
+  /// that this one speaks of.
+  double distance = 0;
+};
+
+/// What the parts of a run took, in seconds.
+struct Times {
+  double reading = 0;    ///< the file, and the text
+  double structure = 0;  ///< from the text's conditions to the problem
+  double engine = 0;
+  double checking = 0;  ///< all that is not the engine between problem and verdict
+  double total = 0;     ///< from the start of the run until the results were put in words
+};
+
 struct Report {
   const Model* model = nullptr;
+  const Source* source = nullptr;
+  const Problem* problem = nullptr;
   Outcome outcome;
   std::string engine;
   std::size_t rows = 0;
@@ -28,13 +50,18 @@ struct Report {
   std::int32_t largest_matrix = 0;
   std::vector<std::uint32_t> reason_lines;  ///< lines that the reason speaks of
   std::vector<ConditionMargin> margins;     ///< the tightest first; only with kFeasible
+  std::vector<EqualityResidual> residuals;  ///< only with kFeasible
   double gap = 0;                           ///< bound - objective, with an objective
   bool gap_is_large = false;                ///< more than ABSTOL and RELTOL ask
   std::vector<std::string> warnings;
+  Times times;
 };
 
-/// @param most_margins how many of the tightest conditions are listed.
+/// Keeps references to all but the outcome.
 Report make_report(const Source& source, const Model& model, const Problem& problem,
-                   Outcome outcome, std::string engine, std::size_t most_margins);
+                   Outcome outcome, std::string engine);
+
+/// Entries of a variable, row after row, at a point of all unknowns.
+std::vector<double> values_of(const Variable& variable, const std::vector<double>& point);
 
 }  // namespace sdpsol

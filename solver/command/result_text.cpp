@@ -1,25 +1,18 @@
 #include "solver/command/result_text.h"
 
-#include <array>
-#include <charconv>
+#include <algorithm>
 #include <cmath>
-#include <cstdio>
 
+#include "solver/command/words.h"
 #include "version.h"
 
 namespace sdpsol {
 namespace {
 
-std::string rounded(double value) {
-  std::array<char, 32> buffer{};
-  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                          std::chars_format::general, 3);
-  return {buffer.data(), end};
-}
-
-std::string count(std::size_t number, const char* one, const char* many) {
-  return std::to_string(number) + " " + (number == 1 ? one : many);
-}
+// The tightest conditions are what a reader looks for; a grasp has hundreds.
+constexpr std::size_t kMarginsInHeading = 5;
+// Of numbers that nobody computes with.
+constexpr int kDigits = 3;
 
 std::string lines_of(const std::vector<std::uint32_t>& lines) {
   if (lines.empty()) return "";
@@ -32,13 +25,35 @@ std::string lines_of(const std::vector<std::uint32_t>& lines) {
 }
 
 void append_sizes(const Report& report, std::string& text) {
-  text += count(static_cast<std::size_t>(report.model->unknown_count), "unknown", "unknowns") +
-          ", " + count(report.model->conditions.size(), "condition", "conditions") + ": " +
-          count(report.rows, "row", "rows") + ", " +
-          count(report.matrices, "matrix block", "matrix blocks");
+  text += count_text(static_cast<std::size_t>(report.model->unknown_count), "unknown", "unknowns") +
+          ", " + count_text(report.model->conditions.size(), "condition", "conditions") + ": " +
+          count_text(report.rows, "row", "rows") + ", " +
+          count_text(report.matrices, "matrix block", "matrix blocks");
   if (report.matrices > 0) {
     const std::string size = std::to_string(report.largest_matrix);
     text += " up to " + size + " x " + size;
+  }
+  text += "\n";
+}
+
+/// What is known of the point that proves feasibility.
+void append_point(const Report& report, std::string& text) {
+  if (!report.margins.empty()) text += "tightest conditions at the point that proves it:\n";
+  for (std::size_t i = 0; i < std::min(report.margins.size(), kMarginsInHeading); ++i) {
+    const ConditionMargin& m = report.margins[i];
+    text += "  line " + std::to_string(m.line) + ": margin " +
+            rounded(m.smallest_eigenvalue, kDigits) + ", " + rounded(m.room, kDigits) +
+            " of its terms\n";
+  }
+  if (report.residuals.empty()) return;
+  EqualityResidual worst;
+  for (const EqualityResidual& residual : report.residuals) {
+    worst.largest = std::max(worst.largest, residual.largest);
+    worst.distance = std::max(worst.distance, residual.distance);
+  }
+  text += "equalities hold within " + rounded(worst.largest, kDigits);
+  if (worst.distance > 0) {
+    text += ", and exactly no further away than " + rounded(worst.distance, kDigits);
   }
   text += "\n";
 }
@@ -48,14 +63,10 @@ void append_evidence(const Report& report, std::string& text) {
   switch (outcome.verdict) {
     case Verdict::kFeasible:
       text += "FEASIBLE\n";
-      if (!report.margins.empty()) text += "tightest conditions at the point that proves it:\n";
-      for (const ConditionMargin& m : report.margins) {
-        text += "  line " + std::to_string(m.line) + ": margin " + rounded(m.smallest_eigenvalue) +
-                ", " + rounded(m.room) + " of its terms\n";
-      }
+      append_point(report, text);
       if (outcome.objective) {
         text += std::isfinite(report.gap)
-                    ? "objective within " + rounded(report.gap) + " of its proven bound\n"
+                    ? "objective within " + rounded(report.gap, kDigits) + " of its proven bound\n"
                     : "no bound of the objective is proven\n";
       }
       break;
@@ -69,55 +80,25 @@ void append_evidence(const Report& report, std::string& text) {
   }
   if (outcome.iterations > 0) {
     text += "engine " + report.engine + ", " +
-            count(static_cast<std::size_t>(outcome.iterations), "iteration", "iterations") + "\n";
+            count_text(static_cast<std::size_t>(outcome.iterations), "iteration", "iterations") +
+            "\n";
   }
   for (const std::string& warning : report.warnings) text += "warning: " + warning + "\n";
 }
 
-/// Entry (row, column) of a variable at the point.
-double entry(const Variable& variable, const std::vector<double>& point, std::int32_t row,
-             std::int32_t column) {
-  std::int32_t offset = 0;
-  switch (variable.shape) {
-    case Variable::Shape::kGeneral:
-      offset = row * variable.columns + column;
-      break;
-    case Variable::Shape::kSymmetric: {
-      const std::int32_t low = std::max(row, column);
-      offset = low * (low + 1) / 2 + std::min(row, column);
-      break;
-    }
-    case Variable::Shape::kDiagonal:
-      if (row != column) return 0;
-      offset = row;
-      break;
-  }
-  return point[static_cast<std::size_t>(variable.first_unknown) + static_cast<std::size_t>(offset)];
-}
-
 void append_variable(const Variable& variable, const std::vector<double>& point,
                      std::string& text) {
-  if (variable.rows == 1 && variable.columns == 1) {
-    text += variable.name + " = " + shortest(entry(variable, point, 0, 0)) + "\n\n";
+  const std::vector<double> values = values_of(variable, point);
+  if (values.size() == 1) {
+    text += variable.name + " = " + shortest(values[0]) + "\n\n";
     return;
   }
   text += variable.name + " =\n[\n";
-  for (std::int32_t row = 0; row < variable.rows; ++row) {
-    for (std::int32_t column = 0; column < variable.columns; ++column) {
-      text += "  " + shortest(entry(variable, point, row, column)) + ",\n";
-    }
-  }
+  for (const double value : values) text += "  " + shortest(value) + ",\n";
   text += "]\n\n";
 }
 
 }  // namespace
-
-std::string shortest(double value) {
-  if (value == 0) return "0";
-  std::array<char, 32> buffer{};
-  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
-  return {buffer.data(), end};
-}
 
 std::string result_text(const Report& report) {
   std::string text = std::string("sdpsol ") + project::kVersion + "\n";

@@ -12,7 +12,4 @@ namespace sdpsol {
 /// names of variables and no names of files.
 std::string result_text(const Report& report);
 
-/// The shortest text that reads back as the same double; "0" for both zeros.
-std::string shortest(double value);
-
 }  // namespace sdpsol

@@ -11,6 +11,7 @@
 #include <random>
 
 #include "solver/command/test_report.h"
+#include "solver/command/words.h"
 
 namespace sdpsol {
 namespace {
@@ -46,6 +47,43 @@ TEST(ResultText, WithAnObjective) {
             "\n"
             "z10 = 2.25\n"
             "\n");
+}
+
+TEST(ResultText, WithTheTightestOfManyConditionsAndWithEqualities) {
+  const Model model = model_of_scalars();
+  Report report = feasible_report(model, {1, 2});
+  report.margins.clear();
+  for (std::uint32_t line = 1; line <= 9; ++line) {
+    report.margins.push_back(
+        {.condition = line, .line = line, .smallest_eigenvalue = 1, .room = 1});
+  }
+  report.residuals = {{.condition = 10, .largest = 1.25e-13, .distance = 2e-12},
+                      {.condition = 11, .largest = 0, .distance = 3e-12}};
+  EXPECT_EQ(result_text(report),
+            "sdpsol 0.1.0\n"
+            "2 unknowns, 1 condition: 2 rows, 1 matrix block up to 12 x 12\n"
+            "FEASIBLE\n"
+            "tightest conditions at the point that proves it:\n"
+            "  line 1: margin 1, 1 of its terms\n"
+            "  line 2: margin 1, 1 of its terms\n"
+            "  line 3: margin 1, 1 of its terms\n"
+            "  line 4: margin 1, 1 of its terms\n"
+            "  line 5: margin 1, 1 of its terms\n"
+            "equalities hold within 1.25e-13, and exactly no further away than 3e-12\n"
+            "engine csdp, 7 iterations\n"
+            "\n"
+            "*** Objective value\n"
+            "NO OBJECTIVE.\n"
+            "\n"
+            "*** Variables\n"
+            "x = 1\n"
+            "\n"
+            "z10 = 2\n"
+            "\n");
+  report.margins.clear();
+  report.residuals = {{}};
+  const std::string text = result_text(report);
+  EXPECT_NE(text.find("FEASIBLE\nequalities hold within 0\nengine"), std::string::npos) << text;
 }
 
 TEST(ResultText, WithAMinimisedObjectiveWarningsAndNoBound) {

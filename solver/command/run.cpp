@@ -1,15 +1,22 @@
 #include "solver/command/run.h"
 
-#include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <string>
 
 #include "solver/command/files.h"
+#include "solver/command/json_report.h"
+#include "solver/command/outputs.h"
+#include "solver/command/progress.h"
 #include "solver/command/report.h"
 #include "solver/command/result_text.h"
+#include "solver/command/summary.h"
 #include "solver/decide/decide.h"
 #include "solver/engine/csdp_engine.h"
 #include "solver/engine/engine_memory.h"
+#include "solver/engine/watched_engine.h"
+#include "solver/exchange/sdpa_reader.h"
+#include "solver/exchange/sdpa_writer.h"
 #include "solver/language/limits.h"
 #include "solver/language/reader.h"
 #include "solver/problem/structure.h"
@@ -17,61 +24,135 @@
 namespace sdpsol {
 namespace {
 
-// The tightest conditions are what a reader looks for; a grasp has hundreds.
-constexpr std::size_t kMarginsInHeading = 5;
+using Clock = std::chrono::steady_clock;
 
-bool g_engine_is_running = false;  // read by the exit hook, which gets no arguments
+double seconds(Clock::duration duration) {
+  return std::chrono::duration<double>(duration).count();
+}
 
 void complain(const std::string& text) {
   std::fputs(text.c_str(), stderr);
 }
 
-/// Marks the time in which the library may end the process.
+// While the library may end the process: what the exit hook, which gets no
+// arguments, has to clear away.
+Progress* g_progress = nullptr;
+
 struct EngineScope {
-  EngineScope() { g_engine_is_running = true; }
+  explicit EngineScope(Progress& progress) { g_progress = &progress; }
   EngineScope(const EngineScope&) = delete;
   EngineScope& operator=(const EngineScope&) = delete;
-  ~EngineScope() { g_engine_is_running = false; }
+  ~EngineScope() { g_progress = nullptr; }
 };
 
-Outcome decide_with_csdp(const Problem& problem, const Parameters& parameters,
-                         std::string& engine_name) {
-  reserve_engine_memory();
-  const EngineScope scope;
-  const auto engine = make_csdp_engine();
-  engine_name = engine->name();
-  return decide(problem, *engine, {.max_iterations = parameters.max_iterations});
-}
+/// One definition on its way through the program.
+class Run {
+ public:
+  Run(const Options& options, Outputs& outputs)
+      : options_(options),
+        outputs_(outputs),
+        source_(options.definition == kStandardStream ? "<standard input>" : options.definition,
+                read_whole_file(options.definition, kMaxTextBytes)) {}
 
-ExitStatus solve(const Source& source, const ResultFile& result, bool quiet) {
-  Diagnostics diagnostics;
-  const auto model = read_definition(source, diagnostics);
-  if (!model || !quiet) complain(diagnostics.render(source));
-  if (!model) return kExitDefinition;
+  ExitStatus go() {
+    Diagnostics diagnostics;
+    const auto model = options_.format == Format::kSdpa ? read_sdpa(source_, diagnostics)
+                                                        : read_definition(source_, diagnostics);
+    if (!model || !options_.quiet) complain(diagnostics.render(source_));
+    if (!model) return kExitDefinition;
+    times_.reading = lap();
+    const Problem problem = build_problem(*model);
+    times_.structure = lap();
+    write_exports(problem);
+    if (options_.check) {
+      check(*model, problem);
+    } else {
+      solve(*model, problem);
+    }
+    return kExitVerdict;
+  }
 
-  const Problem problem = build_problem(*model);
-  std::string engine;
-  Outcome outcome = decide_with_csdp(problem, model->parameters, engine);
-  const Report report = make_report(source, *model, problem, std::move(outcome), std::move(engine),
-                                    kMarginsInHeading);
-  for (const std::string& warning : report.warnings) complain("sdpsol: warning: " + warning + "\n");
-  result.write(result_text(report));
-  return kExitVerdict;
-}
+ private:
+  /// Seconds since the last call.
+  double lap() {
+    const Clock::time_point now = Clock::now();
+    return seconds(now - std::exchange(lap_begun_, now));
+  }
+
+  /// Before anything is solved: another program may be what is asked to do that.
+  void write_exports(const Problem& problem) {
+    Outputs::Texts texts;
+    if (outputs_.wants(Output::kExport)) {
+      texts.emplace_back(Output::kExport,
+                         sdpa_text(cone_program_of(problem), cone_program_comment(problem)));
+    }
+    if (outputs_.wants(Output::kExportMargin)) {
+      texts.emplace_back(Output::kExportMargin,
+                         sdpa_text(margin_program_of(problem), margin_program_comment(problem)));
+    }
+    if (texts.empty()) return;
+    outputs_.write(std::move(texts));
+    lap();
+  }
+
+  void check(const Model& model, const Problem& problem) {
+    if (options_.quiet || !outputs_.wants(Output::kResult)) return;
+    outputs_.write({{Output::kResult, summary_text(source_, model, problem)}});
+  }
+
+  void solve(const Model& model, const Problem& problem) {
+    std::string engine;
+    Outcome outcome = decide_with_engine(model, problem, engine);
+    Report report = make_report(source_, model, problem, std::move(outcome), std::move(engine));
+    times_.total = seconds(Clock::now() - begun_);
+    report.times = times_;
+    for (const std::string& warning : report.warnings) {
+      complain("sdpsol: warning: " + warning + "\n");
+    }
+    Outputs::Texts texts;
+    if (outputs_.wants(Output::kResult)) {
+      texts.emplace_back(Output::kResult, result_text(report));
+    }
+    if (outputs_.wants(Output::kJson)) texts.emplace_back(Output::kJson, json_text(report));
+    outputs_.write(std::move(texts));
+  }
+
+  Outcome decide_with_engine(const Model& model, const Problem& problem, std::string& name) {
+    reserve_engine_memory();
+    const bool minimized = model.objective && !model.objective->maximize;
+    Progress progress(begun_, minimized, options_.quiet);
+    const EngineScope scope(progress);
+    const auto engine = make_csdp_engine();
+    WatchedEngine::Watch watch;
+    if (progress.is_watched()) watch = [&](const EngineStep& step) { progress.tell(step); };
+    WatchedEngine watched(*engine, std::move(watch));
+    name = watched.name();
+    Outcome outcome = decide(problem, watched, {.max_iterations = model.parameters.max_iterations});
+    times_.engine = seconds(watched.time_inside());
+    times_.checking = lap() - times_.engine;
+    return outcome;
+  }
+
+  const Options& options_;
+  Outputs& outputs_;
+  Clock::time_point begun_ = Clock::now();
+  Clock::time_point lap_begun_ = begun_;
+  Times times_;
+  Source source_;
+};
 
 }  // namespace
 
-bool engine_is_running() {
-  return g_engine_is_running;
+bool ends_inside_engine() {
+  if (g_progress == nullptr) return false;
+  g_progress->end();
+  return true;
 }
 
 ExitStatus run(const Options& options) {
   try {
-    const ResultFile result(options.result, options.definition);
-    const bool standard = options.definition == kStandardStream;
-    const Source source(standard ? "<standard input>" : options.definition,
-                        read_whole_file(options.definition, kMaxTextBytes));
-    return solve(source, result, options.quiet);
+    Outputs outputs(options);
+    return Run(options, outputs).go();
   } catch (const UsageError& error) {
     complain(std::string("sdpsol: ") + error.what() + "\nTry 'sdpsol --help'.\n");
     return kExitUsage;

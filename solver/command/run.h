@@ -5,12 +5,14 @@
 
 namespace sdpsol {
 
-/// Reads the definition, decides it, writes the result. Messages go to standard
-/// error. @return the exit status; throws nothing but std::bad_alloc.
+/// Reads the definition, decides it, writes the result, or as much of that as is asked
+/// for. Messages go to standard error.
+/// @return the exit status; throws nothing but std::bad_alloc.
 ExitStatus run(const Options& options);
 
-/// True while the engine's library is at work. It may end the process by itself
-/// when it finds no memory; main's exit hook turns that into a report.
-bool engine_is_running();
+/// To be called when the process ends. Returns true if it ends inside the engine's
+/// library, which does so by itself when it finds no memory: no result file has been
+/// written then, and what is left to do is to say so, on an empty line of the terminal.
+bool ends_inside_engine();
 
 }  // namespace sdpsol

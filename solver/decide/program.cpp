@@ -26,8 +26,11 @@ Program::Program(const Problem& problem, const Selection& selection, const Scali
   if (goal == Goal::kMargin) {
     add_margin_cap();
     program_.objective.back() = 1;
+    program_.is_margin = true;
   } else {
     objective_size_ = scaling.objective;
+    program_.value_unit = objective_size_;
+    program_.value_origin = problem.objective->constant;
     for (std::size_t p = 0; p < unknowns_.size(); ++p) {
       const auto at = static_cast<std::size_t>(unknowns_[p]);
       program_.objective[p] = problem.objective->cost[at] * scaling.unknown[at] / objective_size_;

@@ -34,6 +34,12 @@ struct ConeProgram {
   std::vector<double> objective;
   std::vector<Cone> cones;
   std::vector<Cone> equations;  ///< size 1 each
+
+  // What a value of the objective means to people: value_unit * value + value_origin is
+  // the margin, or the objective of the problem. Engines have no use for these.
+  bool is_margin = false;
+  double value_unit = 1;
+  double value_origin = 0;
 };
 
 /// Where each cone's multiplier stands in one flat list: dense, column after

@@ -34,6 +34,15 @@ class Components {
   std::vector<std::int32_t> parent_;
 };
 
+// Structure comes from the symbols, not from values: an entry that happens to
+// cancel for today's data would otherwise split a block, and two runs of one
+// model would hand the engine differently shaped problems.
+Components components_of(const AffineMatrix& matrix) {
+  Components components(matrix.rows);
+  for (const AffineTerm& t : matrix.terms) components.join(t.row, t.column);
+  return components;
+}
+
 Sense sense_of(Condition::Sense sense) {
   switch (sense) {
     case Condition::Sense::kStrict:
@@ -58,12 +67,7 @@ void sort_terms(Block& block) {
 /// 1 x 1 block without terms.
 void append_matrix(const Condition& condition, std::int32_t number, std::vector<Block>& blocks) {
   const std::int32_t size = condition.difference.rows;
-  Components components(size);
-  // Structure comes from the symbols, not from values: an entry that happens to
-  // cancel for today's data would otherwise split a block, and two runs of one
-  // model would hand the engine differently shaped problems.
-  for (const AffineTerm& t : condition.difference.terms) components.join(t.row, t.column);
-
+  Components components = components_of(condition.difference);
   std::vector<std::size_t> block_of(static_cast<std::size_t>(size));
   std::vector<std::int32_t> place_in_block(static_cast<std::size_t>(size));
   for (std::int32_t i = 0; i < size; ++i) {
@@ -148,6 +152,22 @@ Problem build_problem(const Model& model) {
     problem.objective = maximisation_of(*model.objective, model.unknown_count);
   }
   return problem;
+}
+
+std::vector<std::vector<std::int32_t>> rows_of_blocks(const Condition& condition) {
+  const std::int32_t size = condition.difference.rows;
+  Components components = components_of(condition.difference);
+  std::vector<std::size_t> block_of(static_cast<std::size_t>(size));
+  std::vector<std::vector<std::int32_t>> blocks;
+  for (std::int32_t i = 0; i < size; ++i) {
+    const std::int32_t root = components.root(i);
+    if (root == i) {
+      block_of[static_cast<std::size_t>(i)] = blocks.size();
+      blocks.emplace_back();
+    }
+    blocks[block_of[static_cast<std::size_t>(root)]].push_back(i);
+  }
+  return blocks;
 }
 
 }  // namespace sdpsol

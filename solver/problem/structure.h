@@ -1,6 +1,9 @@
 // From the conditions of a model to the blocks of a problem.
 #pragma once
 
+#include <cstdint>
+#include <vector>
+
 #include "solver/language/model.h"
 #include "solver/problem/problem.h"
 
@@ -12,5 +15,9 @@ namespace sdpsol {
 /// maximisation of the negated objective.
 /// Cost: sorting the terms.
 Problem build_problem(const Model& model);
+
+/// The rows, from 0, of each block that a condition on a matrix falls into, in the order
+/// of its blocks in the problem.
+std::vector<std::vector<std::int32_t>> rows_of_blocks(const Condition& condition);
 
 }  // namespace sdpsol

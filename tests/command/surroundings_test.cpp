@@ -1,11 +1,6 @@
 // What surrounds a run and must not change or spoil its result: limits on
-// memory, the end of the process, files and locales of whoever started it.
+// memory, files and locales of whoever started it.
 #include <gtest/gtest.h>
-#include <unistd.h>
-
-#include <chrono>
-#include <csignal>
-#include <thread>
 
 #include "tests/command/run_command.h"
 
@@ -60,33 +55,6 @@ TEST(LittleMemory, IsReportedWhereTheEngineEndsTheProgram) {
   folder.file("in", "variable x(5000,1);\nx > 0;\ns = sum(x);\ns < 10;\n");
   EXPECT_EQ(run_in_little_memory(folder, 300'000),
             "sdpsol: the engine ended the program, probably out of memory\n");
-}
-
-TEST(Kill, LeavesNoResultOrAWholeOne) {
-  for (const int milliseconds : {0, 20, 100, 300, 600}) {
-    const TestFolder folder;
-    const std::string in = folder.file("in", long_definition(60));
-    const std::string out = folder.file("out", "stale");
-    const pid_t child = ::fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-      ::execl(SDPSOL_BIN_DIR "/sdpsol", "sdpsol", "-q", "-o", out.c_str(), in.c_str(), nullptr);
-      ::_exit(127);
-    }
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (::access(out.c_str(), F_OK) == 0 && std::chrono::steady_clock::now() < deadline) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
-    ASSERT_EQ(::kill(child, SIGKILL), 0);
-    int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    if (folder.names() == Names({"in"})) continue;
-    ASSERT_EQ(folder.names(), Names({"in", "out"}));
-    const std::string text = content_of(out);
-    ASSERT_GE(text.size(), 4U);
-    EXPECT_EQ(text.substr(text.size() - 4), "\n]\n\n");
-  }
 }
 
 TEST(WorkingDirectory, MayHoldAParameterFileOfTheEngine) {

@@ -1,0 +1,29 @@
+#include "solver/engine/watched_engine.h"
+
+#include <algorithm>
+
+namespace sdpsol {
+
+Candidate WatchedEngine::solve(const ConeProgram& program, const Limits& limits,
+                               const Observer& observer) {
+  using Clock = std::chrono::steady_clock;
+  Clock::time_point entered = Clock::now();
+  const Observer watching = [&](const Iterate& iterate) {
+    inside_ += Clock::now() - entered;
+    ++iterations_;
+    if (watch_) {
+      watch_({.iteration = iterations_,
+              .is_margin = program.is_margin,
+              .value = iterate.value * program.value_unit + program.value_origin,
+              .gap = std::max(0.0, (iterate.bound - iterate.value) * program.value_unit)});
+    }
+    const bool enough = observer && observer(iterate);
+    entered = Clock::now();
+    return enough;
+  };
+  Candidate candidate = engine_.solve(program, limits, watching);
+  inside_ += Clock::now() - entered;
+  return candidate;
+}
+
+}  // namespace sdpsol
