@@ -22,29 +22,6 @@ class RandomProblemsTest : public ::testing::Test {
   std::unique_ptr<Engine> engine_ = make_csdp_engine();
 };
 
-TEST_F(RandomProblemsTest, LinearOnesAsExactEliminationSays) {
-  RandomProblems random(101);
-  int feasible = 0;
-  int undetermined = 0;
-  constexpr int kCount = 5000;
-  for (int round = 0; round < kCount; ++round) {
-    const int unknowns = random.uniform(1, 4);
-    const auto rows = random.linear_rows(unknowns);
-    const bool truth = testing::exactly_feasible(rows);
-    const Outcome outcome = decided(testing::problem_of(rows, unknowns));
-    feasible += truth ? 1 : 0;
-    if (outcome.verdict == Verdict::kUndetermined) {
-      ++undetermined;
-      continue;
-    }
-    ASSERT_EQ(outcome.verdict, truth ? Verdict::kFeasible : Verdict::kInfeasible)
-        << "round " << round << ": " << outcome.reason;
-  }
-  EXPECT_GT(feasible, kCount / 4);
-  EXPECT_LT(feasible, kCount * 3 / 4);
-  EXPECT_LE(undetermined, kCount / 1000);
-}
-
 TEST_F(RandomProblemsTest, PlantedPointsAreFound) {
   RandomProblems random(102);
   int decided_ones = 0;

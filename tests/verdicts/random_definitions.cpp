@@ -98,8 +98,8 @@ std::vector<RandomDefinitions::Row> RandomDefinitions::integer_rows(int largest_
 
 /// Half of the rows pass through one point of small integers, exactly on paper.
 std::vector<RandomDefinitions::Row> RandomDefinitions::decimal_rows() {
-  std::vector<int> point;
-  for (int k = 0; k < unknowns_; ++k) point.push_back(uniform(-3, 3));
+  std::vector<int> point(static_cast<std::size_t>(unknowns_));
+  for (int& v : point) v = uniform(-3, 3);
   std::vector<Row> rows(static_cast<std::size_t>(uniform(1, 6)));
   for (Row& row : rows) {
     const bool through = chance(50);
@@ -191,8 +191,8 @@ void RandomDefinitions::drop_unknowns(std::vector<Row>& rows) {
 }
 
 void RandomDefinitions::change_units(std::vector<Row>& rows) {
-  std::vector<int> units;
-  for (int k = 0; k < unknowns_; ++k) units.push_back(uniform(-6, 6));
+  std::vector<int> units(static_cast<std::size_t>(unknowns_));
+  for (int& unit : units) unit = uniform(-6, 6);
   for (Row& row : rows) {
     const int unit = uniform(-5, 5);
     for (std::size_t k = 0; k < units.size(); ++k) {

@@ -68,7 +68,8 @@ PlantedProblem RandomMatrices::singular_point() {
   PlantedProblem planted;
   planted.feasible = true;
   const int unknowns = planted.problem.unknowns = uniform(1, 4);
-  for (int k = 0; k < unknowns; ++k) planted.point.push_back(uniform(-3, 3));
+  planted.point.resize(static_cast<std::size_t>(unknowns));
+  for (double& v : planted.point) v = uniform(-3, 3);
   const int blocks = uniform(1, 3);
   for (int b = 0; b < blocks; ++b) {
     const Eigen::Index size = uniform(2, 4);
@@ -92,8 +93,8 @@ PlantedProblem RandomMatrices::faces(Sense sense) {
   PlantedProblem planted;
   planted.feasible = sense == Sense::kNonStrict;
   const int unknowns = planted.problem.unknowns = uniform(1, 4);
-  std::vector<double> point;
-  for (int k = 0; k < unknowns; ++k) point.push_back(uniform(-3, 3));
+  std::vector<double> point(static_cast<std::size_t>(unknowns));
+  for (double& v : point) v = uniform(-3, 3);
   const int blocks = uniform(1, 2);
   for (int b = 0; b < blocks; ++b) {
     const Eigen::Index rank = uniform(1, 3);
