@@ -175,8 +175,9 @@ TEST(Streams, CarryWarningsAlways) {
 
 TEST(Streams, ShowNoProgressToAFile) {
   const TestFolder folder;
-  folder.file("in", long_definition(45));
-  const Ended ended = run_line(folder, "$S -o out in");
+  folder.file("in", "variable x(1200,1);\nx > 0;\ns = sum(x);\ns < 10;\n");
+  // Longer than a second: tests/command/terminal_test.cpp shows what a terminal gets.
+  const Ended ended = run_line(folder, "{ sleep 1.1; cat in; } | $S -o out -");
   EXPECT_EQ(ended.status, 0);
   EXPECT_EQ(ended.output + ended.error, "");
 }
