@@ -10,6 +10,7 @@
 #include <map>
 #include <utility>
 
+#include "solver/check/dependence.h"
 #include "solver/check/exact_sum.h"
 
 namespace sdpsol {
@@ -70,7 +71,7 @@ bool has_regular_combination(const Block& block) {
 
 /// Gauss-Jordan elimination with diagonal pivots (the matrix is positive
 /// semidefinite). Returns one null vector per index without a pivot: a 1 in that
-/// index, 0 in the other ones without.
+/// index, 0 in the other ones without; or a multiple of that.
 struct NullVector {
   Eigen::Index free_index = 0;
   Eigen::VectorXd entries;
@@ -101,10 +102,12 @@ std::vector<NullVector> echelon_null_vectors(Eigen::MatrixXd m) {
     Eigen::VectorXd w = Eigen::VectorXd::Zero(n);
     w[f] = 1;
     for (Eigen::Index i = 0; i < n; ++i) {
-      if (!is_pivot[static_cast<std::size_t>(i)]) continue;
-      const double rounded = std::round(m(i, f) * 64) / 64;
-      w[i] = -(std::fabs(m(i, f) - rounded) < 1e-6 ? rounded : m(i, f));
+      if (is_pivot[static_cast<std::size_t>(i)]) w[i] = -m(i, f);
     }
+    // Vectors that people write have fractions with small denominators, and only as
+    // whole numbers are these exact.
+    const double denominator = common_denominator(w);
+    if (denominator > 0) w = (w * denominator).array().round();
     vectors.push_back({f, std::move(w)});
   }
   return vectors;

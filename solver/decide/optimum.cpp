@@ -79,13 +79,12 @@ class Maximisation {
       const Candidate candidate = solve(program);
       optimum_.unbounded = candidate.reason == StopReason::kUnbounded;
       if (problem_.boxed && box_what_left()) continue;
-      if (optimum_.interior.empty()) {
-        if (candidate.reason == StopReason::kInfeasible) {
-          optimum_.ray = program.multipliers(candidate.last, Program::Keep::kEnough);
-        }
+      if (optimum_.interior.empty() && candidate.reason == StopReason::kInfeasible) {
+        optimum_.ray = program.multipliers(candidate.last, Program::Keep::kEnough);
         break;
       }
       improve_bound(program, candidate.last);
+      if (optimum_.interior.empty()) break;
       find_best_inside();
       if (rescaled_ || !all_finite(optimum_.point) || is_good(candidate)) break;
       scaling_ = scale_by_point(problem_, scaling_, optimum_.point);
@@ -106,6 +105,8 @@ class Maximisation {
     Candidate candidate = engine_.solve(program.cones(), limits_, observer);
     optimum_.iterations += candidate.last.iteration;
     optimum_.point = program.point(candidate.last);
+    // Where equations leave nothing to choose, no engine makes a step.
+    if (trail_.empty()) observer(candidate.last);
     return candidate;
   }
 

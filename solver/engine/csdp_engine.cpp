@@ -36,6 +36,8 @@ struct Session {
   Limits limits;
   int iterations = 0;
   bool accepted = false;
+  bool exploded = false;
+  double first_size = 0;  ///< of the first iterate
   std::vector<std::size_t> offsets;
 };
 Session* g_session = nullptr;  // CSDP's hooks carry no user pointer
@@ -61,7 +63,20 @@ Iterate read_iterate(const Session& session, const blockmatrix& x, const double*
   return iterate;
 }
 
+/// On programs without an interior on either side the multipliers may jump to where
+/// rounding is all that is left of them; from there the library has been seen to loop
+/// for ever. Certificates, which grow too, are taken before.
+bool has_exploded(Session& session, const Iterate& iterate) {
+  constexpr double kGrowth = 1e11;
+  double size = 0;
+  for (const double x : iterate.multipliers) size = std::max(size, std::fabs(x));
+  for (const double y : iterate.point) size = std::max(size, std::fabs(y));
+  if (session.iterations == 1) session.first_size = size;
+  return !(size <= kGrowth * session.first_size);
+}
+
 StopReason reason_of(int code, const Session& session) {
+  if (session.exploded) return StopReason::kTrouble;
   if (session.accepted) return StopReason::kAccepted;
   switch (code) {
     case 0:
@@ -146,7 +161,11 @@ class CsdpEngine final : public Engine {
     double dual = 0;
     initsoln(dimension, program.unknowns, constant.get(), a.data(), constraints.data(), &x, &y, &z);
 
-    Session session{&observer, &program, limits, 0, false, multiplier_offsets(program.cones)};
+    Session session;
+    session.observer = &observer;
+    session.program = &program;
+    session.limits = limits;
+    session.offsets = multiplier_offsets(program.cones);
     g_session = &session;
     const int code = easy_sdp(dimension, program.unknowns, constant.get(), a.data(),
                               constraints.data(), 0.0, &x, &y, &z, &primal, &dual);
@@ -191,12 +210,12 @@ int user_exit(int /*n*/, int /*k*/, struct blockmatrix /*C*/, double* /*a*/, dou
   sdpsol::Session* session = sdpsol::g_session;
   if (session == nullptr) return 0;
   ++session->iterations;
-  if (!*session->observer) return 0;
   sdpsol::Iterate iterate = sdpsol::read_iterate(*session, X, y);
   iterate.value = -dobj;
   iterate.bound = -pobj;
-  session->accepted = (*session->observer)(iterate);
-  return session->accepted ? 1 : 0;
+  session->exploded = sdpsol::has_exploded(*session, iterate);
+  session->accepted = *session->observer && (*session->observer)(iterate);
+  return session->accepted || session->exploded ? 1 : 0;
 }
 
 void initparams(struct paramstruc* params, int* pprintlevel) {
