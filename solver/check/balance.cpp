@@ -40,7 +40,8 @@ Eigen::MatrixXd gram_of(const BalanceRows::Matrix& a) {
 
 }  // namespace
 
-Balance::Balance(const Problem& problem, const std::vector<Multiplier>& multipliers, BalanceOf what)
+Balance::Balance(const Problem& problem, const std::vector<Multiplier>& multipliers, BalanceOf what,
+                 const std::vector<std::int32_t>& charged)
     : problem_(problem),
       multipliers_(multipliers),
       weights_(problem, multipliers),
@@ -51,7 +52,7 @@ Balance::Balance(const Problem& problem, const std::vector<Multiplier>& multipli
       return;
     case BalanceOf::kObjective:
       if (problem.boxed) {
-        correct_for_bound();
+        correct_for_bound(charged);
       } else {
         correct();
       }
@@ -112,26 +113,37 @@ void Balance::move(const BalanceRows::Matrix& chosen, const Eigen::MatrixXd& gra
 /// to the box, costs less than the distance to exactly balanced multipliers. So
 /// nothing about the rows has to be proven here; a small ridge keeps dependent
 /// ones harmless.
-void Balance::correct_for_bound() {
-  if (!system_.rows.empty()) {
-    std::vector<Eigen::Index> all(system_.rows.size());
-    std::iota(all.begin(), all.end(), 0);
-    Eigen::MatrixXd gram = gram_of(system_.matrix);
+void Balance::correct_for_bound(const std::vector<std::int32_t>& charged) {
+  std::vector<Eigen::Index> rows;
+  for (std::size_t r = 0; r < system_.rows.size(); ++r) {
+    const std::int32_t unknown = system_.rows[r].unknown;
+    if (std::find(charged.begin(), charged.end(), unknown) == charged.end()) {
+      rows.push_back(static_cast<Eigen::Index>(r));
+    }
+  }
+  if (!rows.empty()) {
+    const BalanceRows::Matrix chosen = choose(rows);
+    Eigen::MatrixXd gram = gram_of(chosen);
     gram.diagonal().array() += 1e-14;
-    move(system_.matrix, gram, all);
+    move(chosen, gram, rows);
   }
   leave_all_unsettled();
+}
+
+BalanceRows::Matrix Balance::choose(const std::vector<Eigen::Index>& rows) const {
+  BalanceRows::Matrix chosen(static_cast<Eigen::Index>(rows.size()), system_.matrix.cols());
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    chosen.row(static_cast<Eigen::Index>(i)) = system_.matrix.row(rows[i]);
+  }
+  return chosen;
 }
 
 /// Moves M onto the balance of the given rows and bounds the correction that is
 /// left. False, and nothing changed, if the rows are not provably independent.
 bool Balance::settle(const std::vector<Eigen::Index>& rows) {
-  const auto count = static_cast<Eigen::Index>(rows.size());
-  BalanceRows::Matrix chosen(count, weights_.packed().size());
+  const BalanceRows::Matrix chosen = choose(rows);
   double worst_error = 0;
-  for (Eigen::Index i = 0; i < count; ++i) {
-    const Eigen::Index r = rows[static_cast<std::size_t>(i)];
-    chosen.row(i) = system_.matrix.row(r);
+  for (const Eigen::Index r : rows) {
     worst_error = std::max(worst_error, system_.rows[static_cast<std::size_t>(r)].error);
   }
   const Eigen::MatrixXd gram = gram_of(chosen);

@@ -22,7 +22,9 @@ namespace sdpsol {
 /// correction would leave the cones they are taken as they are, unsettled.
 class Balance {
  public:
-  Balance(const Problem& problem, const std::vector<Multiplier>& multipliers, BalanceOf what);
+  /// @param charged with kObjective in a box: unknowns that need not balance.
+  Balance(const Problem& problem, const std::vector<Multiplier>& multipliers, BalanceOf what,
+          const std::vector<std::int32_t>& charged = {});
 
   /// The multipliers at the corrected M.
   const Weights& weights() const { return weights_; }
@@ -48,9 +50,10 @@ class Balance {
 
  private:
   void correct();
-  void correct_for_bound();
+  void correct_for_bound(const std::vector<std::int32_t>& charged);
   void take_as_they_are();
   void leave_all_unsettled();
+  BalanceRows::Matrix choose(const std::vector<Eigen::Index>& rows) const;
   bool settle(const std::vector<Eigen::Index>& rows);
   void settle_independent_rows();
   void move(const BalanceRows::Matrix& chosen, const Eigen::MatrixXd& gram,

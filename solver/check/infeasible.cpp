@@ -83,9 +83,10 @@ Disproof disprove(const Problem& problem, const std::vector<Multiplier>& multipl
   return Disproof::kNone;
 }
 
-double proven_bound(const Problem& problem, const std::vector<Multiplier>& multipliers) {
+double proven_bound(const Problem& problem, const std::vector<Multiplier>& multipliers,
+                    const std::vector<std::int32_t>& charged) {
   if (!have_usable_sizes(problem, multipliers)) return std::numeric_limits<double>::infinity();
-  const Balance balance(problem, multipliers, BalanceOf::kObjective);
+  const Balance balance(problem, multipliers, BalanceOf::kObjective, charged);
   const auto [middle, radius] = balance.constant();
   const double charge = box_charge(problem, balance);
   const double constant = problem.objective->constant;

@@ -33,7 +33,10 @@ Disproof disprove(const Problem& problem, const std::vector<Multiplier>& multipl
 
 /// An upper bound on the objective over all points with |v_k| <= big_m, proven
 /// by these multipliers; infinite if they prove none.
+/// @param charged unknowns whose rest is meant to be charged to the box, which is
+///        what holds them; the multipliers are moved onto the balance of the others.
 /// Requires problem.objective.
-double proven_bound(const Problem& problem, const std::vector<Multiplier>& multipliers);
+double proven_bound(const Problem& problem, const std::vector<Multiplier>& multipliers,
+                    const std::vector<std::int32_t>& charged = {});
 
 }  // namespace sdpsol

@@ -1,5 +1,6 @@
 #include "solver/decide/decide.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "solver/check/evaluate.h"
@@ -128,16 +129,39 @@ Outcome decide_by_engine(const Problem& problem, Engine& engine, const Limits& l
   return outcome;
 }
 
+Outcome decide_reduced(const Problem& problem, Engine& engine, const Limits& limits) {
+  if (!has_singular_matrices(problem)) return decide_by_engine(problem, engine, limits);
+  Outcome outcome = decide_by_engine(reduce_singular_matrices(problem), engine, limits);
+  restore_struck_rows(problem, outcome.certificate);
+  return outcome;
+}
+
+Outcome decide_as_written(const Problem& written, Engine& engine, const Limits& limits);
+
+/// Matrices without an interior in reach give an engine trouble, and the contradiction
+/// often needs no more of them than their diagonals.
+Outcome decide_by_diagonals(const Problem& problem, Outcome undetermined, Engine& engine,
+                            const Limits& limits) {
+  const DiagonalRelaxation relaxation = relax_to_diagonals(problem);
+  Outcome relaxed = decide_as_written(relaxation.problem, engine, limits);
+  undetermined.iterations += relaxed.iterations;
+  if (relaxed.verdict != Verdict::kInfeasible) return undetermined;
+  relaxed.certificate = lift_multipliers(problem, relaxation, relaxed.certificate);
+  relaxed.iterations = undetermined.iterations;
+  return relaxed;
+}
+
 /// Takes every coefficient at its word.
 Outcome decide_as_written(const Problem& written, Engine& engine, const Limits& limits) {
   if (auto found = find_obvious_contradiction(written)) {
     return infeasible(found->reason, {found->conditions, {}}, 0);
   }
   if (auto outcome = decided_by_constants(written)) return *outcome;
-  if (!has_singular_matrices(written)) return decide_by_engine(written, engine, limits);
-  Outcome outcome = decide_by_engine(reduce_singular_matrices(written), engine, limits);
-  restore_struck_rows(written, outcome.certificate);
-  return outcome;
+  Outcome outcome = decide_reduced(written, engine, limits);
+  const bool has_matrices = std::any_of(written.blocks.begin(), written.blocks.end(),
+                                        [](const Block& block) { return block.size > 1; });
+  if (outcome.verdict != Verdict::kUndetermined || !has_matrices) return outcome;
+  return decide_by_diagonals(written, std::move(outcome), engine, limits);
 }
 
 Outcome decided_by_noise(Outcome last, std::vector<std::int32_t> conditions) {

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "solver/check/evaluate.h"
 #include "solver/check/feasible.h"
 #include "solver/check/infeasible.h"
 
@@ -89,6 +90,19 @@ class MarginSearch {
       examine_multipliers(program.multipliers(iterate, keep));
       if (decided_) return;
     }
+    if (iterate.value < kRoom) examine_cones_alone(program, iterate);
+  }
+
+  /// Where the room grows with the point, bounds are active at the best one and stand
+  /// in the way of the proof that no point has enough: it needs only what has no
+  /// constants, such as friction cones.
+  void examine_cones_alone(const Program& program, const Iterate& iterate) {
+    std::vector<Multiplier> multipliers = program.multipliers(iterate, Program::Keep::kActive);
+    std::erase_if(multipliers, [&](const Multiplier& y) {
+      const Block& block = problem_.blocks[y.block];
+      return !block.terms.empty() && block.terms.front().unknown == kConstant;
+    });
+    examine_multipliers(std::move(multipliers));
   }
 
   void examine_multipliers(std::vector<Multiplier> multipliers) {
@@ -113,6 +127,13 @@ class MarginSearch {
   /// Equations may leave a row nothing but a constant, which no engine gets to see:
   /// x == 0 makes x > 0 false by itself.
   void examine_rows_alone() {
+    for (const PinnedRow& row : selection_.equations) {
+      if (problem_.blocks[row.block].sense != Sense::kEqual) continue;
+      for (const double weight : {1.0, -1.0}) {
+        examine_multipliers({{row.block, Eigen::MatrixXd::Constant(1, 1, weight)}});
+        if (decided_) return;
+      }
+    }
     if (selection_.equations.empty()) return;
     for (const std::size_t b : selection_.inequalities) {
       if (problem_.blocks[b].size != 1) continue;

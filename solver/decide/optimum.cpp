@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <numeric>
 
 #include "solver/check/exact_sum.h"
 #include "solver/check/feasible.h"
@@ -59,11 +58,9 @@ class Maximisation {
         selection_(std::move(selection)),
         engine_(engine),
         limits_(limits),
-        scaling_(problem.boxed ? scale_by_constants(problem) : keep_scale(problem)) {
+        scaling_(problem.boxed ? scale_by_constants(problem) : keep_scale(problem)),
+        free_(free_unknowns(problem, selection_)) {
     optimum_.bound = std::numeric_limits<double>::infinity();
-    for (const std::int32_t k : free_unknowns(problem, selection_)) {
-      if (!is_boxed(selection_, k)) selection_.boxed.push_back(k);
-    }
     // Problems of exchange formats come in the units in which their authors solved them.
     if (!problem.boxed) limits_.accuracy = kUsualAccuracy;
   }
@@ -72,8 +69,8 @@ class Maximisation {
     for (int round = 0; round < kMostRounds; ++round) {
       const Program program(problem_, selection_, scaling_, Goal::kObjective);
       if (!program.has_unknowns()) {
-        optimum_.point.assign(static_cast<std::size_t>(problem_.unknowns), 0.0);
-        optimum_.bound = problem_.objective->constant;
+        optimum_.point = point_of(program, {});
+        optimum_.bound = proven_bound(problem_, {});
         break;
       }
       const Candidate candidate = solve(program);
@@ -90,7 +87,7 @@ class Maximisation {
       scaling_ = scale_by_point(problem_, scaling_, optimum_.point);
       rescaled_ = true;
     }
-    optimum_.limited_by_box = is_at_the_box();
+    optimum_.limited_by_box = !unknowns_at_the_box().empty();
     return std::move(optimum_);
   }
 
@@ -98,16 +95,27 @@ class Maximisation {
   Candidate solve(const Program& program) {
     trail_.clear();
     const Observer observer = [&](const Iterate& iterate) {
-      trail_.push_back(program.point(iterate));
+      trail_.push_back(point_of(program, iterate));
       if (optimum_.interior.empty()) examine_interior();
       return false;
     };
     Candidate candidate = engine_.solve(program.cones(), limits_, observer);
     optimum_.iterations += candidate.last.iteration;
-    optimum_.point = program.point(candidate.last);
+    optimum_.point = point_of(program, candidate.last);
     // Where equations leave nothing to choose, no engine makes a step.
     if (trail_.empty()) observer(candidate.last);
     return candidate;
+  }
+
+  /// The iterate in the unknowns of the problem; those that only the objective knows
+  /// are at the border of the box.
+  std::vector<double> point_of(const Program& program, const Iterate& iterate) const {
+    std::vector<double> point = program.point(iterate);
+    for (const std::int32_t k : free_) {
+      const auto at = static_cast<std::size_t>(k);
+      point[at] = std::copysign(problem_.big_m, problem_.objective->cost[at]);
+    }
+    return point;
   }
 
   /// The first iterate that a verdict can rest on.
@@ -129,17 +137,20 @@ class Maximisation {
   }
 
   /// Boxes the unknowns that have left the box; all of them where the engine found
-  /// no bound on the objective.
+  /// no bound on the objective. The box is their size then, until a point tells better.
   bool box_what_left() {
+    std::vector<double> sizes = scaling_.unknown;
     bool any = false;
     for (std::int32_t k = 0; k < problem_.unknowns; ++k) {
-      const double v = std::fabs(optimum_.point[static_cast<std::size_t>(k)]);
-      const bool left = !(v <= problem_.big_m);
+      const auto at = static_cast<std::size_t>(k);
+      const bool left = !(std::fabs(optimum_.point[at]) <= problem_.big_m);
       if ((left || optimum_.unbounded) && !is_boxed(selection_, k)) {
         selection_.boxed.push_back(k);
+        sizes[at] = problem_.big_m;
         any = true;
       }
     }
+    if (any) scaling_ = scale_by_point(problem_, scaling_, sizes);
     return any;
   }
 
@@ -155,7 +166,7 @@ class Maximisation {
 
   /// Keeps the best proven bound. True if it is as close to the value as is aimed at.
   bool try_bound(const Problem& problem, const std::vector<Multiplier>& multipliers) {
-    const double bound = proven_bound(problem, multipliers);
+    const double bound = proven_bound(problem, multipliers, unknowns_at_the_box());
     if (bound < optimum_.bound) {
       optimum_.bound = bound;
       optimum_.bound_in_box = problem.boxed;
@@ -184,10 +195,13 @@ class Maximisation {
                        [&](double v) { return std::fabs(v) <= problem_.big_m; });
   }
 
-  bool is_at_the_box() const {
-    return std::any_of(selection_.boxed.begin(), selection_.boxed.end(), [&](std::int32_t k) {
-      return std::fabs(optimum_.point[static_cast<std::size_t>(k)]) > problem_.big_m * (1 - 1e-6);
-    });
+  std::vector<std::int32_t> unknowns_at_the_box() const {
+    std::vector<std::int32_t> found = free_;
+    for (const std::int32_t k : selection_.boxed) {
+      const double v = std::fabs(optimum_.point[static_cast<std::size_t>(k)]);
+      if (v > problem_.big_m * (1 - 1e-6)) found.push_back(k);
+    }
+    return found;
   }
 
   const Problem& problem_;
@@ -195,6 +209,7 @@ class Maximisation {
   Engine& engine_;
   Limits limits_;
   Scaling scaling_;
+  std::vector<std::int32_t> free_;  ///< unknowns that only the objective knows
   bool rescaled_ = false;
   std::vector<std::vector<double>> trail_;  ///< the iterates of the present run
   Optimum optimum_;
@@ -212,8 +227,7 @@ Optimum maximise(const Problem& problem, Selection selection, Engine& engine,
   }
   // Without a bound, the value inside the box is what can be told.
   const Problem inside = in_box(problem);
-  selection.boxed.resize(static_cast<std::size_t>(problem.unknowns));
-  std::iota(selection.boxed.begin(), selection.boxed.end(), 0);
+  for (std::int32_t k = 0; k < problem.unknowns; ++k) selection.boxed.push_back(k);
   const int iterations = optimum.iterations;
   optimum = Maximisation(inside, std::move(selection), engine, limits).run();
   optimum.iterations += iterations;

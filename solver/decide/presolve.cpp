@@ -100,4 +100,44 @@ void restore_struck_rows(const Problem& problem, std::vector<Multiplier>& multip
   }
 }
 
+DiagonalRelaxation relax_to_diagonals(const Problem& problem) {
+  DiagonalRelaxation relaxation;
+  relaxation.problem.unknowns = problem.unknowns;
+  relaxation.problem.big_m = problem.big_m;
+  relaxation.problem.boxed = problem.boxed;
+  std::vector<Block>& rows = relaxation.problem.blocks;
+  for (std::size_t b = 0; b < problem.blocks.size(); ++b) {
+    const Block& block = problem.blocks[b];
+    const std::size_t first = rows.size();
+    for (std::int32_t row = 0; row < block.size; ++row) {
+      rows.push_back({1, block.sense, block.condition, {}});
+      relaxation.origins.push_back({b, row});
+    }
+    for (AffineTerm t : block.terms) {
+      if (t.row != t.column) continue;
+      Block& row = rows[first + static_cast<std::size_t>(t.row)];
+      t.row = t.column = 0;
+      row.terms.push_back(t);
+    }
+  }
+  return relaxation;
+}
+
+std::vector<Multiplier> lift_multipliers(const Problem& problem,
+                                         const DiagonalRelaxation& relaxation,
+                                         const std::vector<Multiplier>& multipliers) {
+  std::vector<Multiplier> lifted;
+  for (const Multiplier& y : multipliers) {
+    const auto& [block, row] = relaxation.origins[y.block];
+    if (lifted.empty() || lifted.back().block != block) {
+      lifted.push_back({block, Eigen::MatrixXd(problem.blocks[block].size, 0)});
+    }
+    Eigen::MatrixXd& factor = lifted.back().factor;
+    factor.conservativeResize(Eigen::NoChange, factor.cols() + 1);
+    factor.rightCols(1).setZero();
+    factor(row, factor.cols() - 1) = y.factor(0, 0);
+  }
+  return lifted;
+}
+
 }  // namespace sdpsol

@@ -48,9 +48,6 @@ void Program::number_unknowns() {
   };
   for (const std::size_t b : selection_.inequalities) mark(b);
   for (const PinnedRow& row : selection_.equations) mark(row.block);
-  if (goal_ == Goal::kObjective) {
-    for (const std::int32_t k : selection_.boxed) occurs[static_cast<std::size_t>(k)] = true;
-  }
   place_.assign(occurs.size(), -1);
   for (std::size_t k = 0; k < occurs.size(); ++k) {
     if (!occurs[k]) continue;
