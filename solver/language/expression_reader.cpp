@@ -46,9 +46,15 @@ int ExpressionReader::recover() {
   return static_cast<int>(brackets);
 }
 
-Operand ExpressionReader::expression() {
+Operand ExpressionReader::composition() {
   PartialValue value = sum();
   return {std::move(value.as_matrix()), value.span};
+}
+
+Operand ExpressionReader::expression() {
+  Operand operand = composition();
+  forms_.write_out(operand.value, operand.span);
+  return operand;
 }
 
 PartialValue ExpressionReader::sum() {
@@ -216,7 +222,7 @@ Operand ExpressionReader::matrix_element() {
     throw LanguageError(token.span,
                         "an element is missing before " + in_quotes(lexer_.text(token.span)));
   }
-  return expression();
+  return composition();
 }
 
 void ExpressionReader::combine(PartialValue& left, const Token& sign, PartialValue right) const {
@@ -225,6 +231,11 @@ void ExpressionReader::combine(PartialValue& left, const Token& sign, PartialVal
     AffineMatrix& a = left.as_matrix();
     AffineMatrix& b = right.as_matrix();
     try {
+      // What overflows or vanishes in a product must show here.
+      if (sign.kind == TokenKind::kStar || sign.kind == TokenKind::kSlash) {
+        forms_.write_out(a, sign.span);
+        forms_.write_out(b, sign.span);
+      }
       a = apply(sign, std::move(a), std::move(b));
     } catch (LanguageError& error) {
       explain_operands(error, lexer_.text(), symbols_, left.span, right.span);

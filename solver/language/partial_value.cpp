@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "solver/language/arithmetic.h"
+#include "solver/language/forms.h"
 #include "solver/language/limits.h"
 
 namespace sdpsol {
@@ -73,6 +74,7 @@ bool combine_singles(PartialValue& left, TokenKind sign, const PartialValue& rig
                            a.magnitude * b.magnitude};
   // Overflow has to be reported, and what vanishes has to go: both are rare.
   if (product.magnitude == 0 || !std::isfinite(product.magnitude)) return false;
+  if (is_reference(product) && !is_moderate(product)) return false;
   a = product;
   return true;
 }

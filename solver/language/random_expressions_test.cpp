@@ -308,7 +308,8 @@ TEST_P(RandomExpressions, AgreeWithPlainNumbers) {
     const ReadText read = read_text(kDeclarations + ("E = " + sample.text + ";\nE == zeros(") +
                                     std::to_string(rows) + "," + std::to_string(columns) + ");");
     ASSERT_TRUE(read.model) << read.report << sample.text;
-    const AffineMatrix& value = read.model->conditions.at(0).difference;
+    const AffineMatrix value =
+        written_out(read.model->conditions.at(0).difference, read.model->forms);
     ASSERT_EQ(value.rows, rows) << sample.text;
     ASSERT_EQ(value.columns, columns) << sample.text;
     with_terms += value.terms.empty() ? 0 : 1;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <numeric>
 #include <tuple>
+#include <utility>
 
 namespace sdpsol {
 namespace {
@@ -46,12 +47,38 @@ Sense sense_of(Condition::Sense sense) {
   return Sense::kStrict;
 }
 
-void sort_terms(Block& block) {
-  auto key = [](const AffineTerm& t) { return std::tuple(t.unknown, t.row, t.column); };
-  auto before = [&](const AffineTerm& a, const AffineTerm& b) { return key(a) < key(b); };
-  if (!std::is_sorted(block.terms.begin(), block.terms.end(), before)) {
-    std::sort(block.terms.begin(), block.terms.end(), before);
+/// From the order of entries to that of unknowns: a counting sort, which keeps the
+/// order of entries for each unknown. Where the unknowns are too far apart for
+/// counting, an ordinary one.
+void sort_by_unknown(std::vector<AffineTerm>& terms) {
+  const auto key = [](const AffineTerm& t) { return std::tuple(t.unknown, t.row, t.column); };
+  const auto before = [&](const AffineTerm& a, const AffineTerm& b) { return key(a) < key(b); };
+  if (std::is_sorted(terms.begin(), terms.end(), before)) return;
+  std::int32_t last = kConstant;
+  for (const AffineTerm& t : terms) last = std::max(last, t.unknown);
+  const std::size_t places = static_cast<std::size_t>(last - kConstant) + 1;
+  if (places > 2 * terms.size()) {
+    std::sort(terms.begin(), terms.end(), before);
+    return;
   }
+  const auto place_of = [](const AffineTerm& t) {
+    return static_cast<std::size_t>(t.unknown - kConstant);
+  };
+  std::vector<std::size_t> starts(places + 1, 0);
+  for (const AffineTerm& t : terms) ++starts[place_of(t) + 1];
+  std::partial_sum(starts.begin(), starts.end(), starts.begin());
+  std::vector<AffineTerm> sorted(terms.size());
+  for (const AffineTerm& t : terms) sorted[starts[place_of(t)]++] = t;
+  terms = std::move(sorted);
+}
+
+/// Writes out the terms of a block, which stand in the order of entries.
+void finish(Block& block, const std::vector<Form>& forms) {
+  if (std::any_of(block.terms.begin(), block.terms.end(), is_reference)) {
+    block.terms =
+        written_out({block.size, block.size, std::move(block.terms)}, forms).terms;
+  }
+  sort_by_unknown(block.terms);
 }
 
 /// One block per connected component; an index that no entry touches is a
@@ -131,7 +158,7 @@ Problem build_problem(const Model& model) {
     }
     ++number;
   }
-  for (Block& block : problem.blocks) sort_terms(block);
+  for (Block& block : problem.blocks) finish(block, model.forms);
   if (model.objective) {
     problem.objective = maximisation_of(*model.objective, model.unknown_count);
   }
