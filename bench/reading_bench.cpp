@@ -59,8 +59,8 @@ std::vector<std::string_view> numbers_in(std::string_view text) {
       numbers.push_back(text.substr(at, length));
       at += length;
     } else {
-      at = text.find_first_not_of(
-          "0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ", at);
+      at = text.find_first_not_of("0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ",
+                                  at);
     }
   }
   return numbers;

@@ -10,6 +10,7 @@
 #include "solver/language/functions.h"
 #include "solver/language/limits.h"
 #include "solver/language/names.h"
+#include "solver/language/scaled_names.h"
 
 namespace sdpsol {
 namespace {
@@ -63,6 +64,7 @@ PartialValue ExpressionReader::sum() {
     const Token sign = lexer_.current();
     if (sign.kind != TokenKind::kPlus && sign.kind != TokenKind::kMinus) return left;
     require_clear_sign();
+    if (append_scaled_names(lexer_, symbols_, left)) continue;
     lexer_.advance();
     combine(left, sign, product());
   }

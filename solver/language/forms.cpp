@@ -49,8 +49,8 @@ void append_written_out(const AffineTerm& term, const std::vector<Form>& forms,
     return;
   }
   for (const AffineTerm& t : forms[form_number(term)]) {
-    to.push_back({term.row, term.column, t.unknown, term.value * t.value,
-                  term.magnitude * t.magnitude});
+    to.push_back(
+        {term.row, term.column, t.unknown, term.value * t.value, term.magnitude * t.magnitude});
   }
 }
 

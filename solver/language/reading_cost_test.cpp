@@ -73,8 +73,7 @@ Cost cost_of(const std::string& text) {
   Cost cost{heap.peak - before.live, heap.total - before.total, 0};
   if (!model) return cost;
   for (const Condition& condition : model->conditions) {
-    cost.model +=
-        written_out_size(condition.difference.terms, model->forms) * sizeof(AffineTerm);
+    cost.model += written_out_size(condition.difference.terms, model->forms) * sizeof(AffineTerm);
   }
   return cost;
 }

@@ -268,8 +268,7 @@ void StatementReader::relations() {
     try {
       RelationResult made =
           make_condition(std::move(left), sign, std::move(right), model_.variables, forms_);
-      const std::size_t terms =
-          written_out_size(made.condition.difference.terms, forms_.forms());
+      const std::size_t terms = written_out_size(made.condition.difference.terms, forms_.forms());
       require_room(terms, sign.span);
       require_memory(terms, sign.span);
       if (made.note) diagnostics_.add(std::move(*made.note));

@@ -5,12 +5,18 @@
 namespace sdpsol {
 
 const Symbol* SymbolTable::find(std::string_view name) const {
-  const auto found = symbols_.find(name);
-  return found == symbols_.end() ? nullptr : &found->second;
+  if (likely_ >= entries_.size() || entries_[likely_].name != name) {
+    const auto found = numbers_.find(name);
+    if (found == numbers_.end()) return nullptr;
+    likely_ = found->second;
+  }
+  return &entries_[likely_++].symbol;
 }
 
 void SymbolTable::set(std::string_view name, Symbol symbol) {
-  Symbol& held = symbols_[name];
+  const auto [place, is_new] = numbers_.try_emplace(name, entries_.size());
+  if (is_new) entries_.push_back({name, {}});
+  Symbol& held = entries_[place->second].symbol;
   held_terms_ += symbol.value.terms.size();
   held_terms_ -= held.value.terms.size();
   held = std::move(symbol);

@@ -75,8 +75,7 @@ void sort_by_unknown(std::vector<AffineTerm>& terms) {
 /// Writes out the terms of a block, which stand in the order of entries.
 void finish(Block& block, const std::vector<Form>& forms) {
   if (std::any_of(block.terms.begin(), block.terms.end(), is_reference)) {
-    block.terms =
-        written_out({block.size, block.size, std::move(block.terms)}, forms).terms;
+    block.terms = written_out({block.size, block.size, std::move(block.terms)}, forms).terms;
   }
   sort_by_unknown(block.terms);
 }
