@@ -182,8 +182,7 @@ AffineMatrix spread(const AffineMatrix& scalar, std::int32_t rows, std::int32_t 
   for (std::int32_t row = 0; row < rows; ++row) {
     for (std::int32_t column = 0; column < columns; ++column) {
       for (AffineTerm term : scalar.terms) {
-        term.row = row;
-        term.column = column;
+        term.move_to(row, column);
         result.terms.push_back(term);
       }
     }

@@ -48,9 +48,13 @@ void append_written_out(const AffineTerm& term, const std::vector<Form>& forms,
     to.push_back(term);
     return;
   }
-  for (const AffineTerm& t : forms[form_number(term)]) {
-    to.push_back(
-        {term.row, term.column, t.unknown, term.value * t.value, term.magnitude * t.magnitude});
+  const Form& form = forms[form_number(term)];
+  to.insert(to.end(), form.begin(), form.end());
+  for (auto t = to.end() - static_cast<std::ptrdiff_t>(form.size()); t != to.end(); ++t) {
+    t->row = term.row;
+    t->column = term.column;
+    t->value *= term.value;
+    t->magnitude *= term.magnitude;
   }
 }
 

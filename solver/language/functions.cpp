@@ -75,8 +75,7 @@ AffineMatrix diag(Operand argument) {
     value.columns = size;
     for (AffineTerm& term : value.terms) {
       const std::int32_t i = std::max(term.row, term.column);
-      term.row = i;
-      term.column = i;
+      term.move_to(i, i);
     }
     return std::move(value);
   }
@@ -139,8 +138,8 @@ AffineMatrix call_function(Function function, std::vector<Operand> arguments, Sp
 }
 
 AffineMatrix element_of(const AffineMatrix& collected, std::int32_t row, std::int32_t column) {
-  const auto place = std::pair(row, column);
-  const auto before = [](const AffineTerm& term, const std::pair<std::int32_t, std::int32_t>& p) {
+  const auto place = std::pair(static_cast<EntryIndex>(row), static_cast<EntryIndex>(column));
+  const auto before = [](const AffineTerm& term, const std::pair<EntryIndex, EntryIndex>& p) {
     return std::pair(term.row, term.column) < p;
   };
   AffineMatrix result{1, 1, {}};
