@@ -37,7 +37,7 @@ bool is_moderate(const AffineTerm& reference) {
 std::size_t written_out_size(const std::vector<AffineTerm>& terms, const std::vector<Form>& forms) {
   std::size_t size = 0;
   for (const AffineTerm& term : terms) {
-    size += is_reference(term) ? forms[form_number(term)].size() : 1;
+    size += is_reference(term) ? form_of(term, forms).size() : 1;
   }
   return size;
 }
@@ -48,14 +48,7 @@ void append_written_out(const AffineTerm& term, const std::vector<Form>& forms,
     to.push_back(term);
     return;
   }
-  const Form& form = forms[form_number(term)];
-  to.insert(to.end(), form.begin(), form.end());
-  for (auto t = to.end() - static_cast<std::ptrdiff_t>(form.size()); t != to.end(); ++t) {
-    t->row = term.row;
-    t->column = term.column;
-    t->value *= term.value;
-    t->magnitude *= term.magnitude;
-  }
+  for (const AffineTerm& t : form_of(term, forms)) to.push_back(scaled(t, term));
 }
 
 AffineMatrix written_out(const AffineMatrix& matrix, const std::vector<Form>& forms) {

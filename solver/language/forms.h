@@ -29,6 +29,16 @@ inline bool is_reference(const AffineTerm& term) {
   return term.unknown >= kFirstForm;
 }
 
+inline const Form& form_of(const AffineTerm& reference, const std::vector<Form>& forms) {
+  return forms[static_cast<std::size_t>(reference.unknown - kFirstForm)];
+}
+
+/// What `reference` stands for where its form has the term t.
+inline AffineTerm scaled(const AffineTerm& t, const AffineTerm& reference) {
+  return {reference.row, reference.column, t.unknown, reference.value * t.value,
+          reference.magnitude * t.magnitude};
+}
+
 /// True if a reference may be scaled by so much: no coefficient of a form can
 /// overflow or vanish then, however many of them are added up.
 bool is_moderate(const AffineTerm& reference);
