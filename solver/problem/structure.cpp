@@ -76,8 +76,8 @@ void merge_equals(std::vector<AffineTerm>& terms) {
 }
 
 /// Writes out terms and brings them from the order of entries to that of unknowns:
-/// by counting, which keeps the order of entries for each unknown, or, where the
-/// unknowns are few among many, by an ordinary sort.
+/// by counting, which keeps the order of entries for each unknown, or, where there
+/// are more places to count than terms, by an ordinary sort.
 std::vector<AffineTerm> ordered_by_unknown(const std::vector<AffineTerm>& pieces,
                                            const std::vector<Form>& forms) {
   const auto place_of = [](const AffineTerm& t) {
