@@ -5,7 +5,7 @@
 //
 // A program that reads one definition and ends gets its memory from the system,
 // page by page, and that is a good part of what reading costs it. So memory goes
-// back to the system after each round; "in memory at hand" it does not.
+// back to the system after each round, except "with memory at hand".
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
@@ -131,25 +131,27 @@ void exists(benchmark::State& state, Memory memory) {
   measure(state, definition(sdpsol_internal::compose_exists, contacts), memory);
 }
 
-void register_all(Memory memory, const std::string& suffix) {
-  for (const auto contacts : {4, 33, 100}) {
-    benchmark::RegisterBenchmark(("all" + suffix).c_str(), all_contacts, memory)
-        ->Arg(contacts)
-        ->UseManualTime()
-        ->Unit(benchmark::kMillisecond);
-  }
-  benchmark::RegisterBenchmark(("exists" + suffix).c_str(), exists, memory)
-      ->Arg(100)
-      ->UseManualTime()
-      ->Unit(benchmark::kMillisecond);
-}
+BENCHMARK_CAPTURE(all_contacts, fresh_memory, Memory::kFresh)
+    ->Arg(4)
+    ->Arg(33)
+    ->Arg(100)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(exists, fresh_memory, Memory::kFresh)
+    ->Arg(100)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(all_contacts, memory_at_hand, Memory::kAtHand)
+    ->Arg(4)
+    ->Arg(33)
+    ->Arg(100)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(exists, memory_at_hand, Memory::kAtHand)
+    ->Arg(100)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
-  register_all(Memory::kFresh, "");
-  register_all(Memory::kAtHand, ", in memory at hand");
-  benchmark::RunSpecifiedBenchmarks();
-}
+BENCHMARK_MAIN();

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "solver/language/read_text.h"
@@ -34,25 +35,37 @@ TEST(Forms, AreReferredToByWhatIsComposedOfThem) {
   EXPECT_EQ(written_out_size(read.model->conditions[0].difference.terms, read.model->forms), 10U);
 }
 
-TEST(Forms, MeanTheSameAsTheTermsInTheirPlace) {
-  const auto with = [](const std::string& f, const std::string& g) {
-    return std::vector<std::string>{f + " > " + g + ";",
-                                    "[" + f + "," + g + ";" + g + ",2*" + f + "-" + g + "] > 0;",
-                                    "A = [" + f + "," + g + "]; 2*A' > [1;y];",
-                                    "trace([" + f + ",1;1," + g + "]) == 3;",
-                                    "-" + f + "*0.25+" + g + "/4-" + f + " >= 0;",
-                                    "B = [" + f + "; -" + g + "]; B(2,1) + B(1,1) > 0;",
-                                    "0*" + f + " + y*(1+" + f + "-" + f + "*1-1+2) > 0;"};
-  };
-  const std::vector<std::string> named = with("f", "g");
-  const std::vector<std::string> plain = with(kLong, kOther);
-  for (std::size_t i = 0; i + 1 < named.size(); ++i) {
-    const std::string names = "f = " + kLong + "; g = " + kOther + "; ";
-    EXPECT_EQ(first_condition(names + named[i]).terms, first_condition(plain[i]).terms) << named[i];
+// `text` with f and g in place of F and G.
+std::string filled(std::string_view text, const std::string& f, const std::string& g) {
+  std::string result;
+  for (const char c : text) {
+    if (c == 'F') {
+      result += f;
+    } else if (c == 'G') {
+      result += g;
+    } else {
+      result += c;
+    }
   }
-  const std::string names = "f = " + kLong + "; g = " + kOther + "; ";
-  const std::string refused = read_text(kVariables + names + named.back()).report;
-  EXPECT_NE(refused.find("variables in both factors"), std::string::npos) << refused;
+  return result;
+}
+
+TEST(Forms, MeanTheSameAsTheTermsInTheirPlace) {
+  const std::string names = filled("f = F; g = G; ", kLong, kOther);
+  for (const std::string_view text :
+       {"F > G;", "[F,G;G,2*F-G] > 0;", "A = [F,G]; 2*A' > [1;y];", "trace([F,1;1,G]) == 3;",
+        "-F*0.25+G/4-F >= 0;", "B = [F; -G]; B(2,1) + B(1,1) > 0;", "0*F + y > 0*G;"}) {
+    EXPECT_EQ(first_condition(names + filled(text, "f", "g")).terms,
+              first_condition(filled(text, kLong, kOther)).terms)
+        << text;
+  }
+}
+
+TEST(Forms, AreVariablesInAProduct) {
+  const std::string names = filled("f = F; g = G; ", kLong, kOther);
+  const std::string report = read_text(kVariables + names + "f*g > 0;").report;
+  EXPECT_NE(report.find("variables in both factors"), std::string::npos) << report;
+  EXPECT_NE(report.find("variable 'u' is declared here"), std::string::npos) << report;
 }
 
 TEST(Forms, StayWithThoseWhoReferToThemWhenTheNameMovesOn) {
