@@ -113,7 +113,8 @@ Block strike_out(const Block& block, const std::vector<bool>& struck) {
     const auto row = static_cast<std::size_t>(t.row);
     const auto column = static_cast<std::size_t>(t.column);
     if (struck[row] || struck[column]) continue;
-    t.move_to(place[row], place[column]);
+    t.row = place[row];
+    t.column = place[column];
     rest.terms.push_back(t);
   }
   return rest;

@@ -14,30 +14,15 @@ namespace sdpsol {
 /// Index of the term that belongs to no unknown.
 inline constexpr std::int32_t kConstant = -1;
 
-/// Row or column of an entry, 0 to 65,535. Short, because terms are kept by the
-/// million, and to fetch memory for them is much of what they cost.
-using EntryIndex = std::uint16_t;
-
 /// value * unknown (or the constant `value`) in entry (row, column), both from 0.
 struct AffineTerm {
-  EntryIndex row = 0;
-  EntryIndex column = 0;
+  std::int32_t row = 0;
+  std::int32_t column = 0;
   std::int32_t unknown = kConstant;  ///< index of a scalar unknown, or kConstant
   double value = 0;
   /// Sum of the magnitudes that `value` was added up from (S in the verdicts):
   /// where terms cancel, value is small and magnitude is not.
   double magnitude = 0;
-
-  AffineTerm() = default;
-  AffineTerm(std::int32_t at_row, std::int32_t at_column, std::int32_t of_unknown, double its_value,
-             double its_magnitude)
-      : unknown(of_unknown), value(its_value), magnitude(its_magnitude) {
-    move_to(at_row, at_column);
-  }
-  void move_to(std::int32_t to_row, std::int32_t to_column) {
-    row = static_cast<EntryIndex>(to_row);
-    column = static_cast<EntryIndex>(to_column);
-  }
   friend bool operator==(const AffineTerm&, const AffineTerm&) = default;
 };
 

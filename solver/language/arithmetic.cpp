@@ -182,7 +182,8 @@ AffineMatrix spread(const AffineMatrix& scalar, std::int32_t rows, std::int32_t 
   for (std::int32_t row = 0; row < rows; ++row) {
     for (std::int32_t column = 0; column < columns; ++column) {
       for (AffineTerm term : scalar.terms) {
-        term.move_to(row, column);
+        term.row = row;
+        term.column = column;
         result.terms.push_back(term);
       }
     }

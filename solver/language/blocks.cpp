@@ -34,7 +34,8 @@ void BlockMatrix::add(AffineMatrix block, Span at) {
   } else {
     require_room(whole_.terms.size() + block.terms.size(), at);
     for (AffineTerm& term : block.terms) {
-      term.move_to(term.row + whole_.rows, term.column + width_);
+      term.row += whole_.rows;
+      term.column += width_;
     }
     whole_.terms.insert(whole_.terms.end(), block.terms.begin(), block.terms.end());
   }

@@ -75,7 +75,8 @@ AffineMatrix diag(Operand argument) {
     value.columns = size;
     for (AffineTerm& term : value.terms) {
       const std::int32_t i = std::max(term.row, term.column);
-      term.move_to(i, i);
+      term.row = i;
+      term.column = i;
     }
     return std::move(value);
   }
@@ -138,8 +139,8 @@ AffineMatrix call_function(Function function, std::vector<Operand> arguments, Sp
 }
 
 AffineMatrix element_of(const AffineMatrix& collected, std::int32_t row, std::int32_t column) {
-  const auto place = std::pair(static_cast<EntryIndex>(row), static_cast<EntryIndex>(column));
-  const auto before = [](const AffineTerm& term, const std::pair<EntryIndex, EntryIndex>& p) {
+  const auto place = std::pair(row, column);
+  const auto before = [](const AffineTerm& term, const std::pair<std::int32_t, std::int32_t>& p) {
     return std::pair(term.row, term.column) < p;
   };
   AffineMatrix result{1, 1, {}};

@@ -150,7 +150,8 @@ void append_matrix(const Condition& condition, std::int32_t number, std::vector<
   for (AffineTerm t : condition.difference.terms) {
     if (t.row > t.column) continue;
     Block& block = blocks[block_of[static_cast<std::size_t>(t.row)]];
-    t.move_to(place_in_block[t.row], place_in_block[t.column]);
+    t.row = place_in_block[static_cast<std::size_t>(t.row)];
+    t.column = place_in_block[static_cast<std::size_t>(t.column)];
     block.terms.push_back(t);
   }
 }
