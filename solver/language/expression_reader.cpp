@@ -12,6 +12,7 @@
 #include "solver/language/limits.h"
 #include "solver/language/names.h"
 #include "solver/language/relation.h"
+#include "solver/language/scaled_names.h"
 
 namespace sdpsol {
 namespace {
@@ -48,9 +49,15 @@ int ExpressionReader::recover() {
   return static_cast<int>(brackets);
 }
 
-Operand ExpressionReader::expression() {
+Operand ExpressionReader::composition() {
   PartialValue value = sum();
   return {std::move(value.as_matrix()), value.span};
+}
+
+Operand ExpressionReader::expression() {
+  Operand operand = composition();
+  forms_.write_out(operand.value, operand.span);
+  return operand;
 }
 
 PartialValue ExpressionReader::sum() {
@@ -59,6 +66,7 @@ PartialValue ExpressionReader::sum() {
     const Token sign = lexer_.current();
     if (sign.kind != TokenKind::kPlus && sign.kind != TokenKind::kMinus) return left;
     require_clear_sign();
+    if (append_scaled_names(lexer_, symbols_, left)) continue;
     lexer_.advance();
     combine(left, sign, product());
   }
@@ -235,7 +243,7 @@ Operand ExpressionReader::matrix_element() {
     throw LanguageError(token.span,
                         "an element is missing before " + in_quotes(lexer_.text(token.span)));
   }
-  return expression();
+  return composition();
 }
 
 void ExpressionReader::combine(PartialValue& left, const Token& sign, PartialValue right) const {
@@ -244,6 +252,11 @@ void ExpressionReader::combine(PartialValue& left, const Token& sign, PartialVal
     AffineMatrix& a = left.as_matrix();
     AffineMatrix& b = right.as_matrix();
     try {
+      // What overflows or vanishes in a product must show here.
+      if (sign.kind == TokenKind::kStar || sign.kind == TokenKind::kSlash) {
+        forms_.write_out(a, sign.span);
+        forms_.write_out(b, sign.span);
+      }
       a = apply(sign, std::move(a), std::move(b));
     } catch (LanguageError& error) {
       explain_operands(error, lexer_.text(), symbols_, left.span, right.span);

@@ -13,6 +13,7 @@
 #include <string_view>
 #include <vector>
 
+#include "solver/language/forms.h"
 #include "solver/language/language_error.h"
 #include "solver/language/lexer.h"
 #include "solver/language/operand.h"
@@ -37,10 +38,14 @@ struct AlreadyReported {};
 /// stands somewhere inside the statement, and recover() must be called.
 class ExpressionReader {
  public:
-  ExpressionReader(Lexer& lexer, const SymbolTable& symbols) : lexer_(lexer), symbols_(symbols) {}
+  ExpressionReader(Lexer& lexer, const SymbolTable& symbols, const FormTable& forms)
+      : lexer_(lexer), symbols_(symbols), forms_(forms) {}
 
-  /// Reads from the current token on as far as it continues an expression.
+  /// Reads from the current token on as far as it continues an expression. Its
+  /// value may hold references to forms.
   /// @throws LanguageError (UndefinedName), AlreadyReported.
+  Operand composition();
+  /// Likewise, without references.
   Operand expression();
   /// "(" expression {"," expression} ")" at the current token.
   std::vector<Operand> arguments();
@@ -72,6 +77,7 @@ class ExpressionReader {
 
   Lexer& lexer_;
   const SymbolTable& symbols_;
+  const FormTable& forms_;
   std::vector<Token> open_;  ///< brackets and parentheses around the current token
 };
 

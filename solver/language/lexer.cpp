@@ -19,9 +19,14 @@ bool begins_number(std::string_view text) {
          (is_digit(text[0]) || (text[0] == '.' && text.size() > 1 && is_digit(text[1])));
 }
 
-constexpr std::array<TokenKind, 256> symbol_kinds() {
+// What a token is by its first byte; a "." needs a look at the second.
+constexpr std::array<TokenKind, 256> token_kinds() {
   std::array<TokenKind, 256> kinds{};
   kinds.fill(TokenKind::kInvalid);
+  for (std::size_t byte = 0; byte < kinds.size(); ++byte) {
+    if (is_name_start(static_cast<char>(byte))) kinds[byte] = TokenKind::kName;
+    if (is_digit(static_cast<char>(byte))) kinds[byte] = TokenKind::kNumber;
+  }
   kinds['+'] = TokenKind::kPlus;
   kinds['-'] = TokenKind::kMinus;
   kinds['*'] = TokenKind::kStar;
@@ -39,12 +44,15 @@ constexpr std::array<TokenKind, 256> symbol_kinds() {
   return kinds;
 }
 
-constexpr std::array<TokenKind, 256> kSymbolKinds = symbol_kinds();
+constexpr std::array<TokenKind, 256> kTokenKinds = token_kinds();
+
+TokenKind kind_of(char first) {
+  return kTokenKinds[static_cast<unsigned char>(first)];
+}
 
 // A byte that no token, blank or comment begins with.
 bool is_foreign(char byte) {
-  return kSymbolKinds[static_cast<unsigned char>(byte)] == TokenKind::kInvalid &&
-         !is_name_character(byte) && !is_blank(byte) && byte != '%';
+  return kind_of(byte) == TokenKind::kInvalid && !is_blank(byte) && byte != '%';
 }
 
 std::string complaint(std::string_view bytes) {
@@ -67,18 +75,26 @@ std::string complaint(std::string_view bytes) {
 
 Lexer::Lexer(const Source& source) : text_(source.text()) {
   if (text_.starts_with(kByteOrderMark)) at_ = kByteOrderMark.size();
-  scan(current_);
-  scan(ahead_);
+  scan(tokens_[0]);
+  scan(tokens_[1]);
 }
 
 void Lexer::advance() {
-  last_end_ = current_.span.end;
-  current_ = ahead_;
-  scan(ahead_);
+  last_end_ = current().span.end;
+  scan(tokens_[current_]);
+  current_ = 1 - current_;
+}
+
+void Lexer::move_to(std::uint32_t end) {
+  last_end_ = end;
+  at_ = end;
+  current_ = 0;
+  scan(tokens_[0]);
+  scan(tokens_[1]);
 }
 
 void Lexer::skip_blanks() {
-  while (at_ < text_.size()) {
+  while (at_ < text_.size() && kind_of(text_[at_]) == TokenKind::kInvalid) {
     if (is_blank(text_[at_])) {
       ++at_;
     } else if (text_[at_] == '%') {
@@ -92,27 +108,28 @@ void Lexer::skip_blanks() {
 void Lexer::scan(Token& token) {
   skip_blanks();
   const std::size_t begin = at_;
-  if (begin == text_.size()) {
-    token.kind = TokenKind::kEnd;
-  } else if (is_name_start(text_[begin])) {
-    token.kind = TokenKind::kName;
-    do {
-      ++at_;
-    } while (at_ < text_.size() && is_name_character(text_[at_]));
-  } else if (begins_number(text_.substr(begin))) {
+  const std::size_t size = text_.size();
+  token.kind = begin == size ? TokenKind::kEnd : kind_of(text_[begin]);
+  if (token.kind == TokenKind::kName) {
+    std::size_t at = begin + 1;
+    while (at < size && is_name_character(text_[at])) ++at;
+    at_ = at;
+  } else if (token.kind == TokenKind::kNumber || begins_number(text_.substr(begin))) {
     const ScannedNumber scanned = scan_number(text_.substr(begin));
     const bool good = scanned.status == ScannedNumber::Status::kNumber;
     token.kind = good ? TokenKind::kNumber : TokenKind::kInvalid;
     token.number = scanned.value;
     at_ += scanned.length;
-  } else {
+  } else if (token.kind < TokenKind::kAssign) {
+    ++at_;
+  } else if (token.kind != TokenKind::kEnd) {
     token.kind = scan_symbol();
   }
   token.span = {static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(at_)};
 }
 
 TokenKind Lexer::scan_symbol() {
-  const TokenKind kind = kSymbolKinds[static_cast<unsigned char>(text_[at_])];
+  const TokenKind kind = kind_of(text_[at_]);
   ++at_;
   if (kind == TokenKind::kInvalid) {
     // One complaint for a stretch of rubbish, not one for each of its bytes.
@@ -129,13 +146,13 @@ TokenKind Lexer::scan_symbol() {
 }
 
 LanguageError Lexer::unexpected(const std::string& expected) const {
-  const Span span = current_.span;
-  if (current_.kind == TokenKind::kEnd) {
+  const Span span = current().span;
+  if (current().kind == TokenKind::kEnd) {
     return {{last_end_, last_end_}, "expected " + expected + ", found the end of the text"};
   }
   const std::string_view bytes = text(span);
   const std::string advice(advice_on_sign(text_, span.begin));
-  if (current_.kind == TokenKind::kInvalid) return {span, complaint(bytes) + advice};
+  if (current().kind == TokenKind::kInvalid) return {span, complaint(bytes) + advice};
   return {span, "expected " + expected + ", found " + in_quotes(bytes) + advice};
 }
 

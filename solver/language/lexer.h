@@ -1,6 +1,7 @@
 // Cuts the text of a definition into tokens.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -47,11 +48,13 @@ class Lexer {
   /// `source` must outlive the lexer.
   explicit Lexer(const Source& source);
 
-  const Token& current() const { return current_; }
-  const Token& ahead() const { return ahead_; }
+  const Token& current() const { return tokens_[current_]; }
+  const Token& ahead() const { return tokens_[1 - current_]; }
   /// End of the token before the current one; 0 at the start.
   std::uint32_t last_end() const { return last_end_; }
   void advance();
+  /// Goes on at byte `end`, where a token has been read by other means.
+  void move_to(std::uint32_t end);
 
   std::string_view text() const { return text_; }
   std::string_view text(Span span) const { return text_.substr(span.begin, span.end - span.begin); }
@@ -67,8 +70,8 @@ class Lexer {
   std::string_view text_;
   std::size_t at_ = 0;
   std::uint32_t last_end_ = 0;
-  Token current_;
-  Token ahead_;
+  std::array<Token, 2> tokens_;
+  std::size_t current_ = 0;  ///< which of the two it is
 };
 
 }  // namespace sdpsol

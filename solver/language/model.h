@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "solver/language/affine_matrix.h"
+#include "solver/language/forms.h"
 #include "solver/language/source.h"
 
 namespace sdpsol {
@@ -28,7 +29,8 @@ struct Variable {
 /// One relation, brought to the form `difference > 0`, `>= 0` or `== 0`.
 struct Condition {
   enum class Sense { kStrict, kNonStrict, kEqual };
-  /// Terms collected. For a matrix condition symmetric, both triangles present.
+  /// Terms collected; they may refer to forms of the model. For a matrix condition
+  /// symmetric, both triangles present.
   AffineMatrix difference;
   Sense sense = Sense::kStrict;
   /// true: difference is positive (semi)definite; false: every entry on its own.
@@ -57,6 +59,7 @@ struct Model {
   std::vector<Variable> variables;  ///< in the order of declaration
   std::int32_t unknown_count = 0;
   std::vector<Condition> conditions;  ///< in the order of the text
+  std::vector<Form> forms;            ///< what terms of conditions refer to
   std::optional<Objective> objective;
   Parameters parameters;
   /// Every unknown obeys |v| <= parameters.big_m. Exchange formats know no such

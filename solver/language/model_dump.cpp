@@ -76,7 +76,7 @@ std::string dump(const Model& model, const Source& source) {
   }
   text += std::to_string(model.unknown_count) + " unknowns\n";
   for (const Condition& condition : model.conditions) {
-    const AffineMatrix& difference = condition.difference;
+    const AffineMatrix difference = written_out(condition.difference, model.forms);
     text += heading(condition.where, source) + std::to_string(difference.rows) + "x" +
             std::to_string(difference.columns) + (condition.is_matrix ? " matrix" : "") +
             sense_text(condition.sense) + words(condition.where, source) +

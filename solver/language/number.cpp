@@ -1,6 +1,7 @@
 #include "solver/language/number.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstdint>
 #include <system_error>
@@ -28,10 +29,41 @@ bool is_below_one(std::string_view number) {
   return static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first) + power <= 0;
 }
 
+// Most numbers are short and have no exponent. Up to 15 digits are exact as a
+// double, and so is the power of ten beneath them: one division, correctly rounded.
+// Returns false for every other number.
+bool scan_short(std::string_view text, ScannedNumber& result) {
+  constexpr std::array<double, 16> kPowers = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                              1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  std::uint64_t digits = 0;
+  const auto scan_digits = [&] {
+    const char* const begin = at;
+    for (; at != end && *at >= '0' && *at <= '9'; ++at) {
+      digits = 10 * digits + static_cast<std::uint64_t>(*at - '0');
+    }
+    return static_cast<std::size_t>(at - begin);
+  };
+  std::size_t count = scan_digits();
+  std::size_t decimals = 0;
+  if (at != end && *at == '.') {
+    ++at;
+    decimals = scan_digits();
+    count += decimals;
+  }
+  if (count >= kPowers.size()) return false;
+  if (at != end && (is_name_character(*at) || *at == '.')) return false;
+  result.length = static_cast<std::size_t>(at - text.data());
+  result.value = static_cast<double>(digits) / kPowers[decimals];
+  return true;
+}
+
 }  // namespace
 
 ScannedNumber scan_number(std::string_view text) {
   ScannedNumber result;
+  if (scan_short(text, result)) return result;
   const auto read = std::from_chars(text.data(), text.data() + text.size(), result.value);
   result.length = static_cast<std::size_t>(read.ptr - text.data());
   if (result.length < text.size() &&

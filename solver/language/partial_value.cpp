@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "solver/language/arithmetic.h"
+#include "solver/language/forms.h"
 #include "solver/language/limits.h"
 
 namespace sdpsol {
@@ -56,6 +57,17 @@ AffineMatrix& PartialValue::as_matrix() {
   return matrix;
 }
 
+bool scale_single(AffineTerm& a, const AffineTerm& b) {
+  if (a.unknown != kConstant && b.unknown != kConstant) return false;
+  const AffineTerm product{0, 0, std::max(a.unknown, b.unknown), a.value * b.value,
+                           a.magnitude * b.magnitude};
+  // Overflow has to be reported, and what vanishes has to go: both are rare.
+  if (product.magnitude == 0 || !std::isfinite(product.magnitude)) return false;
+  if (is_reference(product) && !is_moderate(product)) return false;
+  a = product;
+  return true;
+}
+
 bool combine_singles(PartialValue& left, TokenKind sign, const PartialValue& right) {
   if (!right.is_single) return false;
   if (sign == TokenKind::kPlus || sign == TokenKind::kMinus) {
@@ -65,16 +77,7 @@ bool combine_singles(PartialValue& left, TokenKind sign, const PartialValue& rig
     if (sign == TokenKind::kMinus) sum.terms.back().value = -right.single.value;
     return true;
   }
-  if (sign != TokenKind::kStar || !left.is_single) return false;
-  AffineTerm& a = left.single;
-  const AffineTerm& b = right.single;
-  if (a.unknown != kConstant && b.unknown != kConstant) return false;
-  const AffineTerm product{0, 0, std::max(a.unknown, b.unknown), a.value * b.value,
-                           a.magnitude * b.magnitude};
-  // Overflow has to be reported, and what vanishes has to go: both are rare.
-  if (product.magnitude == 0 || !std::isfinite(product.magnitude)) return false;
-  a = product;
-  return true;
+  return sign == TokenKind::kStar && left.is_single && scale_single(left.single, right.single);
 }
 
 }  // namespace sdpsol

@@ -25,6 +25,10 @@ struct PartialValue {
   AffineMatrix& as_matrix();
 };
 
+/// a = a * b for single terms of scalars. Returns false and changes nothing where
+/// both hold unknowns, or the product vanishes or overflows.
+bool scale_single(AffineTerm& a, const AffineTerm& b);
+
 /// left = left <sign> right for a single term on the right where that needs no
 /// checks: added to a scalar, or multiplied with a single term. Returns false and
 /// changes nothing where it is not as simple as that.

@@ -46,7 +46,8 @@ TEST_P(RandomTexts, HaveTheValueOfPlainNumbers) {
                              std::to_string(rows) + "," + std::to_string(columns) + ");";
     const ReadText read = read_text(text);
     ASSERT_TRUE(read.model) << read.report << text;
-    const AffineMatrix& value = read.model->conditions.at(0).difference;
+    const AffineMatrix value =
+        written_out(read.model->conditions.at(0).difference, read.model->forms);
     with_terms += value.terms.empty() ? 0 : 1;
     expect_equal(value, sample, 1, random);
     ASSERT_FALSE(HasFatalFailure()) << text;
@@ -141,8 +142,8 @@ TEST_P(RandomTexts, RelateWhatStandsNextToEachSign) {
       const Condition& condition = read.model->conditions[i];
       EXPECT_EQ(condition.sense, used[i].sense) << text;
       EXPECT_EQ(condition.is_matrix, symmetric && used[i].sense != Sense::kEqual) << text;
-      expect_equal(condition.difference, difference(sides[i].value, sides[i + 1].value),
-                   used[i].factor, random);
+      expect_equal(written_out(condition.difference, read.model->forms),
+                   difference(sides[i].value, sides[i + 1].value), used[i].factor, random);
       ASSERT_FALSE(HasFatalFailure()) << text;
     }
   }

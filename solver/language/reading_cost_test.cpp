@@ -60,7 +60,7 @@ namespace {
 struct Cost {
   std::size_t peak = 0;   ///< bytes held at once, beyond the text
   std::size_t total = 0;  ///< bytes allocated, one after the other
-  std::size_t model = 0;  ///< bytes of the terms of conditions and objective
+  std::size_t model = 0;  ///< bytes of the terms of the conditions, written out
 };
 
 Cost cost_of(const std::string& text) {
@@ -73,7 +73,7 @@ Cost cost_of(const std::string& text) {
   Cost cost{heap.peak - before.live, heap.total - before.total, 0};
   if (!model) return cost;
   for (const Condition& condition : model->conditions) {
-    cost.model += condition.difference.terms.size() * sizeof(AffineTerm);
+    cost.model += written_out_size(condition.difference.terms, model->forms) * sizeof(AffineTerm);
   }
   return cost;
 }

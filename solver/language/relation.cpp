@@ -80,7 +80,7 @@ bool is_relation(TokenKind kind) {
 }
 
 RelationResult make_condition(Operand left, const Token& sign, Operand right,
-                              const std::vector<Variable>& variables) {
+                              const std::vector<Variable>& variables, const FormTable& forms) {
   RelationResult result;
   Condition& condition = result.condition;
   condition.sense = sense_of(sign.kind);
@@ -91,7 +91,7 @@ RelationResult make_condition(Operand left, const Token& sign, Operand right,
   const bool reversed = sign.kind == TokenKind::kLess || sign.kind == TokenKind::kLessEqual;
   if (reversed) std::swap(left.value, right.value);
   condition.difference = subtract(std::move(left.value), std::move(right.value), sign.span);
-  settle(condition.difference, sign.span);
+  forms.settle(condition.difference, sign.span);
 
   AffineMatrix& difference = condition.difference;
   if (condition.sense == Condition::Sense::kEqual || is_vector(difference)) return result;
@@ -101,6 +101,10 @@ RelationResult make_condition(Operand left, const Token& sign, Operand right,
                             shape_text(difference));
   }
   condition.is_matrix = true;
+  if (is_symmetric(difference)) return result;
+  // References that differ may still stand for the same terms.
+  forms.write_out(difference, sign.span);
+  settle(difference, sign.span);
   const Symmetry symmetry = symmetrize(difference);
   if (symmetry.grade == Symmetry::Grade::kExact) return result;
   // Entries are shown as the author wrote them: of the side that is not 0, or of

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "solver/language/forms.h"
 #include "solver/language/lexer.h"
 #include "solver/language/model.h"
 #include "solver/language/operand.h"
@@ -24,10 +25,11 @@ struct RelationResult {
 ///   other's shape, or a scalar against a vector.
 /// @param sign the relation between them.
 /// @param variables name the unknowns in messages.
+/// @param forms what the sides may refer to.
 /// @throws LanguageError for shapes that do not go together, for an inequality
 /// between matrices that are neither square nor vectors, and for coefficient
 /// matrices that are not symmetric.
 RelationResult make_condition(Operand left, const Token& sign, Operand right,
-                              const std::vector<Variable>& variables);
+                              const std::vector<Variable>& variables, const FormTable& forms);
 
 }  // namespace sdpsol

@@ -26,7 +26,7 @@ void trim(AffineMatrix& matrix) {
 }  // namespace
 
 StatementReader::StatementReader(Lexer& lexer, Diagnostics& diagnostics)
-    : lexer_(lexer), diagnostics_(diagnostics), expressions_(lexer, symbols_) {
+    : lexer_(lexer), diagnostics_(diagnostics), expressions_(lexer, symbols_, forms_) {
   for (const std::string_view name : kParameterNames) publish_parameter(name, {});
 }
 
@@ -98,6 +98,11 @@ void StatementReader::require_assignment(Span equals_sign) const {
                                 std::string(advice_on_sign(lexer_.text(), equals_sign.end)));
 }
 
+Model StatementReader::take_model() {
+  model_.forms = forms_.take();
+  return std::move(model_);
+}
+
 void StatementReader::assignment() {
   const Token name = lexer_.current();
   const std::string_view text = lexer_.text(name.span);
@@ -118,7 +123,7 @@ void StatementReader::assignment() {
     return;
   }
   target_ = name;
-  assign(name, expressions_.expression().value);
+  assign(name, expressions_.composition().value);
 }
 
 void StatementReader::require_free(const Token& name, const char* use) const {
@@ -140,7 +145,8 @@ void StatementReader::require_not_variable(const Token& name, const char* rule) 
 }
 
 void StatementReader::require_memory(std::size_t terms, Span at) const {
-  if (symbols_.held_terms() + condition_terms_ + terms <= kMaxHeldTerms) return;
+  const std::size_t held = symbols_.held_terms() + forms_.held_terms() + condition_terms_;
+  if (held + terms <= kMaxHeldTerms) return;
   throw LanguageError(at, "all values and conditions together take more than " +
                               std::to_string(kMaxHeldTerms) + " terms");
 }
@@ -151,6 +157,8 @@ void StatementReader::publish(std::string_view name, Symbol symbol) {
     diagnostics_.explain(known->complaint,
                          {symbol.defined, in_quotes(name) + " is defined only here, further down"});
   }
+  forms_.hold(symbol.value);
+  if (known != nullptr) forms_.drop(known->value);
   symbols_.set(name, std::move(symbol));
 }
 
@@ -160,9 +168,12 @@ void StatementReader::publish_parameter(std::string_view name, Span where) {
 }
 
 void StatementReader::assign(const Token& name, AffineMatrix value) {
-  settle(value, name.span);
+  // A scalar is written out and a form of its own, so that forms do not nest.
+  if (is_scalar(value)) forms_.write_out(value, name.span);
+  forms_.settle(value, name.span);
   require_memory(value.terms.size(), name.span);
   trim(value);
+  forms_.keep(value);
   publish(lexer_.text(name.span), {Symbol::Kind::kAssigned, std::move(value), name.span});
 }
 
@@ -330,7 +341,7 @@ void StatementReader::objective(bool maximize) {
 }
 
 void StatementReader::relations() {
-  Operand left = expressions_.expression();
+  Operand left = expressions_.composition();
   if (lexer_.current().kind == TokenKind::kSemicolon) {
     throw LanguageError(left.span,
                         "an expression alone is no statement: a relation such as '> 0' is missing");
@@ -338,18 +349,21 @@ void StatementReader::relations() {
   while (is_relation(lexer_.current().kind)) {
     const Token sign = lexer_.current();
     lexer_.advance();
-    Operand right = expressions_.expression();
+    Operand right = expressions_.composition();
     const Span left_span = left.span;
     const Span right_span = right.span;
     Operand middle;
     if (is_relation(lexer_.current().kind)) middle = right;
     try {
       RelationResult made =
-          make_condition(std::move(left), sign, std::move(right), model_.variables);
-      require_memory(made.condition.difference.terms.size(), sign.span);
+          make_condition(std::move(left), sign, std::move(right), model_.variables, forms_);
+      const std::size_t terms = written_out_size(made.condition.difference.terms, forms_.forms());
+      require_room(terms, sign.span);
+      require_memory(terms, sign.span);
       if (made.note) diagnostics_.add(std::move(*made.note));
-      condition_terms_ += made.condition.difference.terms.size();
+      condition_terms_ += terms;
       trim(made.condition.difference);
+      forms_.hold(made.condition.difference);
       model_.conditions.push_back(std::move(made.condition));
     } catch (LanguageError& error) {
       explain_operands(error, lexer_.text(), symbols_, left_span, right_span);

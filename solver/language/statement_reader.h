@@ -6,6 +6,7 @@
 
 #include "solver/language/diagnostics.h"
 #include "solver/language/expression_reader.h"
+#include "solver/language/forms.h"
 #include "solver/language/language_error.h"
 #include "solver/language/lexer.h"
 #include "solver/language/model.h"
@@ -43,7 +44,7 @@ class StatementReader {
   void mark_missing(std::string_view name, std::size_t complaint);
 
   const Model& model() const { return model_; }
-  Model take_model() { return std::move(model_); }
+  Model take_model();
 
  private:
   void require_statement(const Token& first);
@@ -72,6 +73,7 @@ class StatementReader {
   Lexer& lexer_;
   Diagnostics& diagnostics_;
   SymbolTable symbols_;
+  FormTable forms_;
   ExpressionReader expressions_;
   Model model_;
   std::size_t condition_terms_ = 0;

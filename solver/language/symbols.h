@@ -31,8 +31,9 @@ struct Symbol {
 /// Names are views into the source text, which must outlive the table.
 class SymbolTable {
  public:
-  SymbolTable() { symbols_.max_load_factor(0.5F); }
-  /// Null where the name has never been seen.
+  SymbolTable() { numbers_.max_load_factor(0.5F); }
+  /// Null where the name has never been seen. The symbol stays where it is until
+  /// the next set().
   const Symbol* find(std::string_view name) const;
   void set(std::string_view name, Symbol symbol);
   /// A name that differs from this one in case only, else "".
@@ -41,7 +42,12 @@ class SymbolTable {
   std::size_t held_terms() const { return held_terms_; }
 
  private:
-  // FNV-1a: names are a few bytes long, and every term of a text looks one up.
+  struct Entry {
+    std::string_view name;
+    Symbol symbol;
+  };
+
+  // FNV-1a: names are a few bytes long.
   struct Hash {
     std::size_t operator()(std::string_view name) const {
       std::uint64_t hash = 0xcbf29ce484222325U;
@@ -50,7 +56,11 @@ class SymbolTable {
     }
   };
 
-  std::unordered_map<std::string_view, Symbol, Hash> symbols_;
+  std::vector<Entry> entries_;  ///< in the order in which they were first set
+  std::unordered_map<std::string_view, std::size_t, Hash> numbers_;
+  /// Sums name their unknowns in the order of declaration: this entry is likely
+  /// to be the next that is asked for, and most searches end there.
+  mutable std::size_t likely_ = 0;
   std::size_t held_terms_ = 0;
 };
 

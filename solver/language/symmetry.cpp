@@ -62,6 +62,10 @@ std::vector<double> largest_entries(const AffineMatrix& matrix) {
 
 }  // namespace
 
+bool is_symmetric(const AffineMatrix& matrix) {
+  return is_exactly_symmetric(matrix, mirrored_order(matrix));
+}
+
 Symmetry symmetrize(AffineMatrix& matrix) {
   Symmetry result;
   const std::vector<std::uint32_t> order = mirrored_order(matrix);

@@ -11,6 +11,10 @@ namespace sdpsol {
 /// may differ by this part of the largest entry of their coefficient matrix.
 inline constexpr double kSymmetryTolerance = 1e-5;
 
+/// True if terms that mirror each other are equal.
+/// @param matrix square, terms collected.
+bool is_symmetric(const AffineMatrix& matrix);
+
 /// What symmetrize() met; where it is not kExact, at the pair of entries that
 /// differs most, relative to the largest entry of its coefficient matrix. Differences
 /// within the rounding of what the entries were added up from are none.

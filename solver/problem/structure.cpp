@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <numeric>
 #include <tuple>
+#include <utility>
 
 namespace sdpsol {
 namespace {
@@ -55,12 +56,80 @@ Sense sense_of(Condition::Sense sense) {
   return Sense::kStrict;
 }
 
-void sort_terms(Block& block) {
-  auto key = [](const AffineTerm& t) { return std::tuple(t.unknown, t.row, t.column); };
-  auto before = [&](const AffineTerm& a, const AffineTerm& b) { return key(a) < key(b); };
-  if (!std::is_sorted(block.terms.begin(), block.terms.end(), before)) {
-    std::sort(block.terms.begin(), block.terms.end(), before);
+/// Calls visit for every term behind `pieces`, in their order.
+template <typename Visitor>
+void for_each_written_out(const std::vector<AffineTerm>& pieces, const std::vector<Form>& forms,
+                          Visitor visit) {
+  for (const AffineTerm& piece : pieces) {
+    if (!is_reference(piece)) {
+      visit(piece);
+      continue;
+    }
+    for (const AffineTerm& t : form_of(piece, forms)) visit(scaled(t, piece));
   }
+}
+
+/// Adds up neighbours of the same unknown and entry.
+void merge_equals(std::vector<AffineTerm>& terms) {
+  if (terms.empty()) return;
+  auto last = terms.begin();
+  for (auto next = last + 1; next != terms.end(); ++next) {
+    if (last->unknown == next->unknown && last->row == next->row && last->column == next->column) {
+      last->value += next->value;
+      last->magnitude += next->magnitude;
+    } else {
+      *++last = *next;
+    }
+  }
+  terms.erase(last + 1, terms.end());
+}
+
+/// Writes out terms and brings them from the order of entries to that of unknowns:
+/// by counting, which keeps the order of entries for each unknown, or, where there
+/// are more places to count than terms, by an ordinary sort.
+std::vector<AffineTerm> ordered_by_unknown(const std::vector<AffineTerm>& pieces,
+                                           const std::vector<Form>& forms) {
+  const auto place_of = [](const AffineTerm& t) {
+    return static_cast<std::size_t>(t.unknown - kConstant);
+  };
+  std::size_t places = 0;
+  for (const AffineTerm& piece : pieces) {
+    const AffineTerm& last = is_reference(piece) ? form_of(piece, forms).back() : piece;
+    places = std::max(places, place_of(last) + 1);
+  }
+  std::vector<AffineTerm> terms(written_out_size(pieces, forms));
+  if (places <= 2 * terms.size()) {
+    std::vector<std::size_t> starts(places + 1, 0);
+    for_each_written_out(pieces, forms, [&](const AffineTerm& t) { ++starts[place_of(t) + 1]; });
+    std::partial_sum(starts.begin(), starts.end(), starts.begin());
+    for_each_written_out(pieces, forms,
+                         [&](const AffineTerm& t) { terms[starts[place_of(t)]++] = t; });
+  } else {
+    auto to = terms.begin();
+    for_each_written_out(pieces, forms, [&](const AffineTerm& t) { *to++ = t; });
+    std::sort(terms.begin(), terms.end(), [](const AffineTerm& a, const AffineTerm& b) {
+      return std::tie(a.unknown, a.row, a.column) < std::tie(b.unknown, b.row, b.column);
+    });
+  }
+  return terms;
+}
+
+/// Brings the terms of a block, which are in the order of entries, to the order
+/// and the form in which problems have them.
+void finish(Block& block, const std::vector<Form>& forms) {
+  if (block.size == 1) {
+    if (std::any_of(block.terms.begin(), block.terms.end(), is_reference)) {
+      block.terms = written_out({1, 1, std::move(block.terms)}, forms).terms;
+    }
+    return;
+  }
+  const auto same_entry = [](const AffineTerm& a, const AffineTerm& b) {
+    return a.row == b.row && a.column == b.column;
+  };
+  const bool entries_overlap =
+      std::adjacent_find(block.terms.begin(), block.terms.end(), same_entry) != block.terms.end();
+  block.terms = ordered_by_unknown(block.terms, forms);
+  if (entries_overlap) merge_equals(block.terms);
 }
 
 /// One block per connected component; an index that no entry touches is a
@@ -147,7 +216,7 @@ Problem build_problem(const Model& model) {
     }
     ++number;
   }
-  for (Block& block : problem.blocks) sort_terms(block);
+  for (Block& block : problem.blocks) finish(block, model.forms);
   if (model.objective) {
     problem.objective = maximisation_of(*model.objective, model.unknown_count);
   }

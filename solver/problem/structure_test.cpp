@@ -43,6 +43,34 @@ TEST(BuildProblem, ComponentsKeepTheOrderOfTheText) {
   for (const Block& block : problem.blocks) EXPECT_EQ(block.condition, 0);
 }
 
+TEST(BuildProblem, WritesOutReferencesAndAddsUpWhatMeets) {
+  // Entry (0,1) is twice the form plus an unknown that the form holds too.
+  const std::vector<AffineTerm> upper = {term(0, 0, 2, 1), term(0, 1, 1, 5),
+                                         term(0, 1, kFirstForm, -2), term(1, 1, kFirstForm, 1)};
+  Model model;
+  model.unknown_count = 3;
+  model.forms = {{term(0, 0, kConstant, 4), term(0, 0, 1, -3)}};
+  model.conditions = {
+      matrix(2, upper),
+      {{1, 1, {term(0, 0, kConstant, -1), term(0, 0, kFirstForm, -1)}}, {}, {}, {}}};
+  const Problem problem = build_problem(model);
+  ASSERT_EQ(problem.blocks.size(), 2U);
+  EXPECT_EQ(problem.blocks[0].terms,
+            (std::vector<AffineTerm>{term(0, 1, kConstant, -8), term(1, 1, kConstant, 4),
+                                     term(0, 1, 1, 11), term(1, 1, 1, -3), term(0, 0, 2, 1)}));
+  EXPECT_EQ(problem.blocks[1].terms,
+            (std::vector<AffineTerm>{term(0, 0, kConstant, -5), term(0, 0, 1, 3)}));
+}
+
+TEST(BuildProblem, TakesUnknownsThatAreFarApart) {
+  const Problem problem = built({matrix(2, {term(0, 0, 999'999, 1), term(0, 1, 5, 2),
+                                            term(1, 1, kConstant, 3), term(1, 1, 999'999, 4)})},
+                                1'000'000);
+  EXPECT_EQ(problem.blocks[0].terms,
+            (std::vector<AffineTerm>{term(1, 1, kConstant, 3), term(0, 1, 5, 2),
+                                     term(0, 0, 999'999, 1), term(1, 1, 999'999, 4)}));
+}
+
 TEST(BuildProblem, AnIndexWithoutEntriesIsARowThatReadsZero) {
   const Problem problem = built({matrix(2, {term(0, 0, 0, 1)})});
   ASSERT_EQ(problem.blocks.size(), 2U);
