@@ -1,6 +1,7 @@
 #include "solver/language/affine_matrix.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <utility>
 
@@ -40,6 +41,23 @@ void merge_runs(std::vector<AffineTerm>& terms) {
   }
 }
 
+/// One term for all of [first, last). What rounding takes away on the way is added
+/// again at the end (Neumaier's summation, ZAMM 54, 1974): of 1e20+1-1e20 the 1 is left.
+AffineTerm sum_of(std::vector<AffineTerm>::const_iterator first,
+                  std::vector<AffineTerm>::const_iterator last) {
+  AffineTerm sum = *first;
+  double lost = 0;
+  for (auto term = first + 1; term != last; ++term) {
+    const double before = sum.value;
+    sum.value += term->value;
+    sum.magnitude += term->magnitude;
+    lost += std::fabs(before) >= std::fabs(term->value) ? (before - sum.value) + term->value
+                                                        : (term->value - sum.value) + before;
+  }
+  if (lost != 0 && std::isfinite(sum.value)) sum.value += lost;
+  return sum;
+}
+
 }  // namespace
 
 void collect_terms(AffineMatrix& matrix) {
@@ -51,16 +69,15 @@ void collect_terms(AffineMatrix& matrix) {
   if (trouble == terms.end()) return;
 
   merge_runs(terms);
-  auto last = terms.begin();
-  for (auto next = last + 1; next != terms.end(); ++next) {
-    if (comes_before(*last, *next)) {
-      *++last = *next;
-    } else {
-      last->value += next->value;
-      last->magnitude += next->magnitude;
-    }
+  auto to = terms.begin();
+  for (auto first = terms.begin(); first != terms.end(); ++to) {
+    const auto last = std::find_if(
+        first + 1, terms.end(), [&](const AffineTerm& term) { return comes_before(*first, term); });
+    const AffineTerm sum = sum_of(first, last);
+    *to = sum;
+    first = last;
   }
-  terms.erase(last + 1, terms.end());
+  terms.erase(to, terms.end());
 }
 
 }  // namespace sdpsol

@@ -56,5 +56,12 @@ TEST(CollectTerms, AgreesWithAMapOnRandomTerms) {
   }
 }
 
+TEST(CollectTerms, WhatCancelsLeavesWhatStandsBeside) {
+  AffineMatrix matrix{1, 1, {{0, 0, 0, 1e20, 1e20}, {0, 0, 0, 1, 1}, {0, 0, 0, -1e20, 1e20}}};
+  collect_terms(matrix);
+  ASSERT_EQ(matrix.terms.size(), 1U);
+  EXPECT_EQ(matrix.terms[0], (AffineTerm{0, 0, 0, 1, 2e20}));
+}
+
 }  // namespace
 }  // namespace sdpsol

@@ -39,7 +39,8 @@ TEST(ScaledNames, LeaveErrorsToTheGrammar) {
   EXPECT_EQ(read_text("variable x;\nx+2*x-3*q > 0;\n").report,
             "t.def:2:9: error: 'q' is not defined\n    2 | x+2*x-3*q > 0;\n      |         ^\n");
   EXPECT_EQ(read_text("variable x;\nx+1e999*x > 0;\n").report,
-            "t.def:2:3: error: '1e999' is too large for a number\n    2 | x+1e999*x > 0;\n      |  "
+            "t.def:2:3: error: '1e999' is too large for a number, the largest is about 1.8e308\n   "
+            " 2 | x+1e999*x > 0;\n      |  "
             " ^~~~~\n");
   EXPECT_EQ(
       read_text("variable x, M(2,2);\nx+2*x+3*M > 0;\n").report,
