@@ -53,8 +53,8 @@ Balance::Balance(const Problem& problem, const std::vector<Multiplier>& multipli
     case BalanceOf::kObjective:
       if (problem.boxed) {
         correct_for_bound(charged);
-      } else {
-        correct();
+      } else if (!settle_all_rows()) {
+        take_as_they_are();
       }
       break;
     case BalanceOf::kUnknowns:
@@ -196,15 +196,18 @@ void Balance::settle_independent_rows() {
   }
 }
 
-void Balance::correct() {
+bool Balance::settle_all_rows() {
   if (system_.rows.empty()) {
     sums_ = weights_.sums();
-    return;
+    return true;
   }
   std::vector<Eigen::Index> all(system_.rows.size());
   std::iota(all.begin(), all.end(), 0);
-  if (static_cast<Eigen::Index>(all.size()) <= weights_.packed().size() && settle(all)) return;
-  settle_independent_rows();
+  return static_cast<Eigen::Index>(all.size()) <= weights_.packed().size() && settle(all);
+}
+
+void Balance::correct() {
+  if (!settle_all_rows()) settle_independent_rows();
 }
 
 bool Balance::cones_hold() const {

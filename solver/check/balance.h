@@ -55,6 +55,7 @@ class Balance {
   void leave_all_unsettled();
   BalanceRows::Matrix choose(const std::vector<Eigen::Index>& rows) const;
   bool settle(const std::vector<Eigen::Index>& rows);
+  bool settle_all_rows();
   void settle_independent_rows();
   void move(const BalanceRows::Matrix& chosen, const Eigen::MatrixXd& gram,
             const std::vector<Eigen::Index>& rows);

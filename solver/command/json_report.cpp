@@ -103,6 +103,7 @@ Json objective(const Report& report) {
   if (outcome.bound && std::isfinite(*outcome.bound)) {
     result["bound"] = number(sign * *outcome.bound);
     result["gap"] = number(report.gap);
+    if (has_reach(report)) result["bound_reach"] = number(outcome.bound_reach);
   }
   result["limited_by_bigm"] = outcome.limited_by_box;
   return result;

@@ -120,6 +120,11 @@ Report make_report(const Source& source, const Model& model, const Problem& prob
   return report;
 }
 
+bool has_reach(const Report& report) {
+  return !report.model->boxed && report.outcome.bound && std::isfinite(*report.outcome.bound) &&
+         std::isfinite(report.outcome.bound_reach);
+}
+
 std::vector<double> values_of(const Variable& variable, const std::vector<double>& point) {
   std::vector<double> values;
   values.reserve(static_cast<std::size_t>(variable.rows) *

@@ -61,6 +61,10 @@ struct Report {
 Report make_report(const Source& source, const Model& model, const Problem& problem,
                    Outcome outcome, std::string engine);
 
+/// True if the bound of the objective holds for points with |v| <= bound_reach only,
+/// although the problem has no box.
+bool has_reach(const Report& report);
+
 /// Entries of a variable, row after row, at a point of all unknowns.
 std::vector<double> values_of(const Variable& variable, const std::vector<double>& point);
 

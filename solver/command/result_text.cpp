@@ -58,17 +58,25 @@ void append_point(const Report& report, std::string& text) {
   text += "\n";
 }
 
+void append_bound(const Report& report, std::string& text) {
+  if (!std::isfinite(report.gap)) {
+    text += "no bound of the objective is proven\n";
+    return;
+  }
+  text += "objective within " + rounded(report.gap, kDigits) + " of its proven bound";
+  if (has_reach(report)) {
+    text += ", which holds for |v| <= " + rounded(report.outcome.bound_reach, kDigits);
+  }
+  text += "\n";
+}
+
 void append_evidence(const Report& report, std::string& text) {
   const Outcome& outcome = report.outcome;
   switch (outcome.verdict) {
     case Verdict::kFeasible:
       text += "FEASIBLE\n";
       append_point(report, text);
-      if (outcome.objective) {
-        text += std::isfinite(report.gap)
-                    ? "objective within " + rounded(report.gap, kDigits) + " of its proven bound\n"
-                    : "no bound of the objective is proven\n";
-      }
+      if (outcome.objective) append_bound(report, text);
       break;
     case Verdict::kInfeasible:
       text += "INFEASIBLE\n" + outcome.reason + lines_of(report.reason_lines) + "\n";

@@ -76,7 +76,7 @@ Outcome feasible(const Problem& problem, const Optimum& optimum, std::vector<dou
   outcome.distance = std::move(distance);
   outcome.objective = objective_at(problem, outcome.point);
   outcome.bound = optimum.bound;
-  outcome.bound_in_box = optimum.bound_in_box && !problem.boxed;
+  outcome.bound_reach = optimum.bound_reach;
   outcome.limited_by_box = optimum.limited_by_box;
   return outcome;
 }

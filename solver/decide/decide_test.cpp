@@ -210,7 +210,7 @@ TEST(DecideWithoutBox, TheOptimumMayLieAnywhere) {
   EXPECT_NEAR(*outcome.bound, -1e6, 0.1);
   EXPECT_GE(*outcome.bound, *outcome.objective);
   EXPECT_FALSE(outcome.limited_by_box);
-  EXPECT_FALSE(outcome.bound_in_box);
+  EXPECT_EQ(outcome.bound_reach, HUGE_VAL);
 }
 
 TEST(DecideWithoutBox, AnObjectiveWithoutBoundHasItsValueInTheBox) {
@@ -246,6 +246,8 @@ TEST(DecideWithoutBox, MultipliersWithoutInteriorProveABoundInTheBox) {
   ASSERT_EQ(outcome.verdict, Verdict::kFeasible);
   EXPECT_NEAR(*outcome.objective, -2, 1e-5);
   EXPECT_GE(*outcome.bound, *outcome.objective);
+  EXPECT_NEAR(*outcome.bound, -2, 1e-4);
+  EXPECT_GE(outcome.bound_reach, 15000);
 }
 
 /// Counts the runs of the engine behind it.

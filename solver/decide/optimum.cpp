@@ -42,8 +42,9 @@ std::vector<std::int32_t> free_unknowns(const Problem& problem, const Selection&
   return free;
 }
 
-Problem in_box(Problem problem) {
+Problem in_box(Problem problem, double big_m) {
   problem.boxed = true;
+  problem.big_m = big_m;
   return problem;
 }
 
@@ -159,8 +160,10 @@ class Maximisation {
     if (problem_.boxed) {
       try_bound(problem_, program.multipliers(last, Keep::kEnough)) ||
           try_bound(problem_, program.multipliers(last, Keep::kActive));
-    } else if (!try_bound(problem_, program.multipliers(last, Keep::kEnough)) && is_in_box()) {
-      try_bound(in_box(problem_), program.multipliers(last, Keep::kAll));
+    } else {
+      // Where no exact balance is in reach, what is left is charged to a box.
+      try_bound(problem_, program.multipliers(last, Keep::kEnough)) ||
+          try_bound(in_box(problem_, reach()), program.multipliers(last, Keep::kAll));
     }
   }
 
@@ -169,7 +172,7 @@ class Maximisation {
     const double bound = proven_bound(problem, multipliers, unknowns_at_the_box());
     if (bound < optimum_.bound) {
       optimum_.bound = bound;
-      optimum_.bound_in_box = problem.boxed;
+      optimum_.bound_reach = problem.boxed ? problem.big_m : HUGE_VAL;
     }
     const double value = objective_at(problem, optimum_.point);
     return optimum_.bound - value <= kGap * std::fabs(value);
@@ -190,9 +193,12 @@ class Maximisation {
     if (objective_at(problem_, inside) > best) optimum_.best_inside = std::move(inside);
   }
 
-  bool is_in_box() const {
-    return std::all_of(optimum_.point.begin(), optimum_.point.end(),
-                       [&](double v) { return std::fabs(v) <= problem_.big_m; });
+  /// Where there is no box, how far a bound should reach at least: well beyond the
+  /// point that it is for.
+  double reach() const {
+    double largest = problem_.big_m;
+    for (const double v : optimum_.point) largest = std::max(largest, 10 * std::fabs(v));
+    return largest;
   }
 
   std::vector<std::int32_t> unknowns_at_the_box() const {
@@ -226,7 +232,7 @@ Optimum maximise(const Problem& problem, Selection selection, Engine& engine,
     if (problem.boxed || !optimum.unbounded) return optimum;
   }
   // Without a bound, the value inside the box is what can be told.
-  const Problem inside = in_box(problem);
+  const Problem inside = in_box(problem, problem.big_m);
   for (std::int32_t k = 0; k < problem.unknowns; ++k) selection.boxed.push_back(k);
   const int iterations = optimum.iterations;
   optimum = Maximisation(inside, std::move(selection), engine, limits).run();

@@ -16,7 +16,7 @@ struct Optimum {
   std::vector<double> distance;     ///< of `interior`, see FeasibleCheck
   std::vector<double> best_inside;  ///< the best iterate that satisfies every inequality
   double bound = 0;                 ///< no point does better; infinite if unproven
-  bool bound_in_box = false;        ///< the bound is proven for the points of the box only
+  double bound_reach = 0;           ///< the bound is proven for the points with |v| <= this
   bool limited_by_box = false;
   /// If the engine believes that there is no point: the multipliers that say so.
   std::vector<Multiplier> ray;

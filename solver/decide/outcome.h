@@ -26,9 +26,9 @@ struct Outcome {
   /// In the sense of Problem (a maximisation); only with kFeasible.
   std::optional<double> objective;
   std::optional<double> bound;
-  /// The bound is proven for the points with |v| <= BIGM only, although others may
-  /// be feasible too.
-  bool bound_in_box = false;
+  /// The bound is proven for the points with |v| <= bound_reach. In a problem without
+  /// a box that may leave others, and is infinite where it does not.
+  double bound_reach = 0;
   bool limited_by_box = false;
   /// The weights that prove the claim: kInfeasible, or kUndetermined for one of the
   /// reasons that are claims themselves. Empty where a single condition is false.

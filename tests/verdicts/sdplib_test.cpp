@@ -31,6 +31,8 @@ struct Published {
   const char* name;
   double minimum;     ///< of the problem as it is read
   double last_digit;  ///< one unit in the last digit that is published, or agreed on
+  /// What may lie between the optimum and its proven bound.
+  double gap = last_digit;
 };
 
 void PrintTo(const Published& published, std::ostream* out) {
@@ -61,7 +63,7 @@ TEST_P(PublishedOptimum, IsReachedToThePublishedDigitsAndProven) {
   ASSERT_TRUE(outcome.objective && outcome.bound);
   EXPECT_FALSE(outcome.limited_by_box);
   EXPECT_NEAR(-*outcome.objective, GetParam().minimum, GetParam().last_digit);
-  EXPECT_NEAR(-*outcome.bound, GetParam().minimum, GetParam().last_digit);
+  EXPECT_NEAR(-*outcome.bound, GetParam().minimum, GetParam().gap);
   EXPECT_GE(*outcome.bound, *outcome.objective);
 }
 
@@ -71,7 +73,9 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(Published{"truss1", -8.999996, 1e-6}, Published{"truss3", -9.109996, 1e-6},
                       Published{"control1", 17.78463, 1e-5}, Published{"control2", 8.3, 1e-6},
                       Published{"theta1", 23, 1e-5}, Published{"mcp100", 226.1574, 1e-4},
-                      Published{"gpp100", -44.9435, 1e-4},
+                      // Its multipliers have no interior: what is left of a balance that
+                      // no computed one reaches is charged to a box.
+                      Published{"gpp100", -44.9435, 1e-4, 0.1},
                       // Ill-conditioned: two to three digits agree.
                       Published{"hinf1", 2.0326, 0.01}, Published{"arch0", 0.566517, 1e-6}),
     [](const auto& suite) { return std::string(suite.param.name); });
