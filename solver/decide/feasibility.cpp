@@ -10,6 +10,7 @@
 #include "solver/check/evaluate.h"
 #include "solver/check/feasible.h"
 #include "solver/check/infeasible.h"
+#include "solver/decide/polish.h"
 
 namespace sdpsol {
 namespace {
@@ -91,6 +92,9 @@ class MarginSearch {
       if (decided_) return;
     }
     if (iterate.value < kRoom) examine_cones_alone(program, iterate);
+    // A contradiction that only the box keeps from being one may lack mere digits.
+    if (decided_ || empty_box_.conditions.empty()) return;
+    examine_multipliers(polish(problem_, program.multipliers(iterate, Program::Keep::kActive)));
   }
 
   /// Where the room grows with the point, bounds are active at the best one and stand

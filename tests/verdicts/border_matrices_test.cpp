@@ -166,6 +166,9 @@ INSTANTIATE_TEST_SUITE_P(
         Required{"Shrinking",
                  "variable P(2,2) symmetric; A=0.99*[0.6,-0.8;0.8,0.6]; P>0; P-A'*P*A>0;",
                  kFeasible},
+        // The proof lives on an irrational vector; the room beside P > 0 lets it hold.
+        Required{"SaddleBeyondEye",
+                 "variable P(2,2) symmetric; A=[-1,3;2,-1]; P>eye(2); A'*P+P*A<0;", kInfeasible},
         Required{"Growing",
                  "variable P(2,2) symmetric; A=1.01*[0.6,-0.8;0.8,0.6]; P>0; P-A'*P*A>0;",
                  kInfeasible},
