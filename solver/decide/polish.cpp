@@ -16,10 +16,10 @@ Eigen::Index entries_of(const std::vector<Multiplier>& multipliers) {
   return entries;
 }
 
-/// What is left of each unknown, over the size of what was added up for it.
+/// What is left of each unknown, over the size of what was added up for it; and a 0.
 Eigen::VectorXd rests_of(const Weights::Sums& sums) {
-  Eigen::VectorXd rests(static_cast<Eigen::Index>(sums.values.size()) - 1);
-  for (Eigen::Index k = 0; k < rests.size(); ++k) {
+  Eigen::VectorXd rests = Eigen::VectorXd::Zero(static_cast<Eigen::Index>(sums.values.size()));
+  for (Eigen::Index k = 0; k + 1 < rests.size(); ++k) {
     const auto at = static_cast<std::size_t>(k) + 1;
     rests[k] = sums.sizes[at] > 0 ? static_cast<double>(sums.values[at]) / sums.sizes[at] : 0;
   }
@@ -27,10 +27,11 @@ Eigen::VectorXd rests_of(const Weights::Sums& sums) {
 }
 
 /// Derivatives of these rests, one column per entry of the factors: of <F, L*L'> it is
-/// 2*F*L; an equation's factor is its multiplier.
+/// 2*F*L; an equation's factor is its multiplier. The last row keeps the size of all
+/// factors together: shrinking them would do away with any rest.
 Eigen::MatrixXd derivatives(const Problem& problem, const std::vector<Multiplier>& multipliers,
                             const Weights::Sums& sums) {
-  Eigen::MatrixXd matrix = Eigen::MatrixXd::Zero(problem.unknowns, entries_of(multipliers));
+  Eigen::MatrixXd matrix = Eigen::MatrixXd::Zero(problem.unknowns + 1, entries_of(multipliers));
   Eigen::Index first = 0;
   for (const Multiplier& y : multipliers) {
     const Block& block = problem.blocks[y.block];
@@ -51,8 +52,10 @@ Eigen::MatrixXd derivatives(const Problem& problem, const std::vector<Multiplier
         matrix(t.unknown, column + t.column) += 2 * value * y.factor(t.row, c);
       }
     }
+    matrix.row(problem.unknowns).segment(first, y.factor.size()) = y.factor.reshaped();
     first += y.factor.size();
   }
+  matrix.row(problem.unknowns).normalize();
   return matrix;
 }
 
@@ -70,19 +73,21 @@ std::vector<Multiplier> polish(const Problem& problem, std::vector<Multiplier> m
   if (multipliers.empty() || entries_of(multipliers) * problem.unknowns > kMostEntries) {
     return multipliers;
   }
-  double last = HUGE_VAL;
-  for (int step = 0; step < kSteps; ++step) {
+  std::vector<Multiplier> best = multipliers;
+  double least = HUGE_VAL;
+  for (int step = 0; step <= kSteps; ++step) {
     const Weights::Sums sums = Weights(problem, multipliers).sums();
     const Eigen::VectorXd rests = rests_of(sums);
     const double size = rests.lpNorm<Eigen::Infinity>();
-    if (!(size < last)) break;
-    last = size;
+    if (!(size < least)) break;
+    least = size;
+    best = multipliers;
     const Eigen::VectorXd change =
         LeastSquares(derivatives(problem, multipliers, sums)).solve(-rests);
     if (!change.allFinite()) break;
     add(change, multipliers);
   }
-  return multipliers;
+  return best;
 }
 
 }  // namespace sdpsol
