@@ -67,20 +67,50 @@ bool have_usable_sizes(const Problem& problem, const std::vector<Multiplier>& mu
 
 }  // namespace
 
-Disproof disprove(const Problem& problem, const std::vector<Multiplier>& multipliers) {
+namespace {
+
+/// Calls use(balance) with what the claim rests on, if there is one.
+template <typename Use>
+Disproof prove(const Problem& problem, const std::vector<Multiplier>& multipliers, Use use) {
   if (multipliers.empty() || !have_usable_sizes(problem, multipliers)) return Disproof::kNone;
   const Balance balanced(problem, multipliers, BalanceOf::kUnknowns);
-  if (has_negative_constant(problem, balanced)) return Disproof::kInfeasible;
-  if (balanced.weights().weighs(Sense::kStrict) &&
-      Balance(problem, multipliers, BalanceOf::kUnknownsAndConstant).exact()) {
+  if (has_negative_constant(problem, balanced)) {
+    use(balanced);
     return Disproof::kInfeasible;
   }
+  if (balanced.weights().weighs(Sense::kStrict)) {
+    const Balance with_constant(problem, multipliers, BalanceOf::kUnknownsAndConstant);
+    if (with_constant.exact()) {
+      use(with_constant);
+      return Disproof::kInfeasible;
+    }
+  }
   const Balance as_they_are(problem, multipliers, BalanceOf::kNothing);
-  if (is_empty_in_box(problem, balanced) || is_empty_in_box(problem, as_they_are)) {
+  for (const Balance* balance : {&balanced, &as_they_are}) {
+    if (!is_empty_in_box(problem, *balance)) continue;
+    use(*balance);
     return Disproof::kEmptyBox;
   }
-  if (leaves_no_room(balanced) || leaves_no_room(as_they_are)) return Disproof::kBorderline;
+  for (const Balance* balance : {&balanced, &as_they_are}) {
+    if (!leaves_no_room(*balance)) continue;
+    use(*balance);
+    return Disproof::kBorderline;
+  }
   return Disproof::kNone;
+}
+
+}  // namespace
+
+Disproof disprove(const Problem& problem, const std::vector<Multiplier>& multipliers) {
+  return prove(problem, multipliers, [](const Balance&) {});
+}
+
+std::vector<Multiplier> balanced_multipliers(const Problem& problem,
+                                             const std::vector<Multiplier>& multipliers) {
+  std::vector<Multiplier> balanced;
+  prove(problem, multipliers,
+        [&](const Balance& balance) { balanced = balance.weights().folded(); });
+  return balanced;
 }
 
 double proven_bound(const Problem& problem, const std::vector<Multiplier>& multipliers,

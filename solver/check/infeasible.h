@@ -31,6 +31,12 @@ enum class Disproof {
 /// Cost: unknowns^2 * (entries of the multipliers).
 Disproof disprove(const Problem& problem, const std::vector<Multiplier>& multipliers);
 
+/// The weights that the claim of disprove() rests on, which its own correction has moved
+/// onto the balance: the unknowns cancel in their sum but for rounding. None without a
+/// claim. To be shown to people; the proof is that of disprove().
+std::vector<Multiplier> balanced_multipliers(const Problem& problem,
+                                             const std::vector<Multiplier>& multipliers);
+
 /// An upper bound on the objective over all points with |v_k| <= big_m, proven
 /// by these multipliers; infinite if they prove none.
 /// @param charged unknowns whose rest is meant to be charged to the box, which is

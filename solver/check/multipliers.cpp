@@ -1,5 +1,6 @@
 #include "solver/check/multipliers.h"
 
+#include <Eigen/Cholesky>
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -46,6 +47,20 @@ Eigen::MatrixXd Weights::middle(std::size_t b) const {
     }
   }
   return m;
+}
+
+std::vector<Multiplier> Weights::folded() const {
+  std::vector<Multiplier> result = multipliers_;
+  for (std::size_t b = 0; b < count(); ++b) {
+    const Eigen::MatrixXd m = middle(b);
+    if (is_equation(b)) {
+      result[b].factor *= m(0, 0);
+      continue;
+    }
+    const Eigen::LLT<Eigen::MatrixXd> root(m);
+    result[b].factor = multipliers_[b].factor * Eigen::MatrixXd(root.matrixL());
+  }
+  return result;
 }
 
 Weights::Extended Weights::weight(std::size_t b) const {

@@ -46,6 +46,9 @@ class Weights {
   /// M_b. From here on these doubles are the multiplier, exactly.
   Eigen::MatrixXd middle(std::size_t b) const;
 
+  /// These weights as multipliers with M the identity, but for rounding.
+  std::vector<Multiplier> folded() const;
+
   /// sum over b of <Y_b, F_bk>, for the constants (index 0) and every unknown
   /// (index k + 1), with bounds on the rounding. In extended precision and straight
   /// from the factors, because what little is left of an unknown may be charged

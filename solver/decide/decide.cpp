@@ -164,6 +164,12 @@ Outcome decide_as_written(const Problem& written, Engine& engine, const Limits& 
   return decide_by_diagonals(written, std::move(outcome), engine, limits);
 }
 
+/// What is shown as a certificate is what the checker made of it.
+Outcome with_balanced_certificate(const Problem& problem, Outcome outcome) {
+  outcome.certificate = balanced_multipliers(problem, outcome.certificate);
+  return outcome;
+}
+
 Outcome decided_by_noise(Outcome last, std::vector<std::int32_t> conditions) {
   Outcome outcome;
   outcome.reason = "decided by coefficients at noise level";
@@ -178,6 +184,7 @@ Outcome decided_by_noise(Outcome last, std::vector<std::int32_t> conditions) {
 Outcome decide(const Problem& problem, Engine& engine, const Limits& limits) {
   std::vector<std::int32_t> noisy = noisy_conditions(problem);
   Outcome as_written = decide_as_written(problem, engine, limits);
+  as_written = with_balanced_certificate(problem, std::move(as_written));
   if (noisy.empty()) return as_written;
 
   const Problem clean = without_noise(problem);

@@ -298,5 +298,23 @@ TEST(Decide, ALargeSparseMatrixKeepsItsBound) {
   EXPECT_NEAR(*outcome.bound, -2.0 * kSize, 1e-5);
 }
 
+TEST(Decide, WhatOnlyTheBoxHoldsIsSaidEvenIfItHardlyMatters) {
+  // minimise x - 100*z with [x, 100; 100, y] >= 0 and z <= 100: x falls as y grows
+  const Outcome outcome = decided(ProblemBuilder(3)
+                                      .matrix(kNonStrict, 2, {kX, {100, {}}, {0, {{1, 1}}}})
+                                      .row(kNonStrict, {100, {{2, -1}}})
+                                      .maximise({-1, 0, 100}));
+  ASSERT_EQ(outcome.verdict, Verdict::kFeasible);
+  EXPECT_TRUE(outcome.limited_by_box);
+}
+
+TEST(DecideWithoutBox, AnObjectiveOfNothingHasItsBoundEverywhere) {
+  const Outcome outcome = decided_without_box(
+      ProblemBuilder(1).matrix(kNonStrict, 2, {{6, {}}, {}, {6, {}}}).maximise({0}));
+  ASSERT_EQ(outcome.verdict, Verdict::kFeasible);
+  EXPECT_EQ(*outcome.bound, 0);
+  EXPECT_EQ(outcome.bound_reach, HUGE_VAL);
+}
+
 }  // namespace
 }  // namespace sdpsol

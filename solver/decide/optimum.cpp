@@ -14,6 +14,8 @@ namespace {
 constexpr int kMostRounds = 5;
 // The relative gap aimed at: people compare the fifth digit.
 constexpr double kGap = 1e-7;
+// An engine that would leave the box stays as far inside of it.
+constexpr double kAtTheBox = 1 - 1e-4;
 // What interior-point codes of the field ask of themselves.
 constexpr double kUsualAccuracy = 1e-8;
 // Shares of the way inside reach from 2^-43 to 1/2.
@@ -62,6 +64,7 @@ class Maximisation {
         scaling_(problem.boxed ? scale_by_constants(problem) : keep_scale(problem)),
         free_(free_unknowns(problem, selection_)) {
     optimum_.bound = std::numeric_limits<double>::infinity();
+    optimum_.bound_reach = problem.boxed ? problem.big_m : HUGE_VAL;
     // Problems of exchange formats come in the units in which their authors solved them.
     if (!problem.boxed) limits_.accuracy = kUsualAccuracy;
   }
@@ -205,7 +208,7 @@ class Maximisation {
     std::vector<std::int32_t> found = free_;
     for (const std::int32_t k : selection_.boxed) {
       const double v = std::fabs(optimum_.point[static_cast<std::size_t>(k)]);
-      if (v > problem_.big_m * (1 - 1e-6)) found.push_back(k);
+      if (v > problem_.big_m * kAtTheBox) found.push_back(k);
     }
     return found;
   }

@@ -2,6 +2,8 @@
 // certificate inside its cones must be decided, and none may be decided wrongly.
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "solver/check/evaluate.h"
 #include "solver/check/infeasible.h"
 #include "solver/decide/decide.h"
@@ -49,6 +51,11 @@ TEST_F(RandomProblemsTest, PlantedCertificatesAreFound) {
       decided_ones += outcome.verdict == Verdict::kInfeasible ? 1 : 0;
       if (outcome.certificate.empty()) continue;
       ASSERT_EQ(disprove(problem, outcome.certificate), Disproof::kInfeasible) << "round " << round;
+      const Weights::Sums sums = Weights(problem, outcome.certificate).sums();
+      for (std::size_t k = 1; k < sums.values.size(); ++k) {
+        ASSERT_LE(std::fabs(static_cast<double>(sums.values[k])), 1e-9 * sums.sizes[k])
+            << "round " << round;
+      }
     }
     EXPECT_GE(decided_ones, 999);
   }
