@@ -59,7 +59,8 @@ std::string margin_program_comment(const Problem& problem) {
   text +=
       "the margin problem: the last unknown is t, at most 1 and as large as possible, and\n"
       "every inequality, in units of its own size, is left with room t; the other unknowns\n"
-      "are those that conditions hold, in their order, in units of their own sizes\n";
+      "are those that conditions hold, in their order, in units of their own sizes\n"
+      "left out: conditions between constants, true or false\n";
   if (problem.boxed) {
     text += "left out: |v| <= " + number_text(problem.big_m) + " for every unknown v\n";
   }

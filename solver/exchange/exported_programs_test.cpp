@@ -74,8 +74,8 @@ TEST(ConeProgramComment, SaysWhatTheFileDoesNot) {
 TEST(ConeProgramComment, NamesNoBoxWhereThereIsNone) {
   const auto read = testing::read_sdpa_text("1\n1\n-1\n1\n1 1 1 1 1\n");
   const Problem problem = build_problem(read.model.value());
-  EXPECT_EQ(cone_program_comment(problem).find("left out"), std::string::npos);
-  EXPECT_EQ(margin_program_comment(problem).find("left out"), std::string::npos);
+  EXPECT_EQ(cone_program_comment(problem).find("left out: |xk|"), std::string::npos);
+  EXPECT_EQ(margin_program_comment(problem).find("left out: |v|"), std::string::npos);
 }
 
 TEST(MarginProgramOf, AsksForTheLargestMarginUpToOne) {

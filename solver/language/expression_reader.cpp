@@ -220,10 +220,17 @@ PartialValue ExpressionReader::matrix() {
       row = join(row, element.span);
       blocks.add(std::move(element.value), element.span);
     }
+    require_separator();
     blocks.end_row(row);
     if (lexer_.current().kind != TokenKind::kSemicolon) break;
     lexer_.advance();
   }
+  close(TokenKind::kCloseBracket, "',', ';' or ']'");
+  return PartialValue::of(blocks.finish(), {begin, lexer_.last_end()});
+}
+
+/// Asked before a row is held against the others: what is missing is not its width.
+void ExpressionReader::require_separator() const {
   if (begins_value(lexer_.current().kind) && !at_statement(lexer_)) {
     const Span between{lexer_.last_end(), lexer_.current().span.begin};
     if (lexer_.text(between).find('\n') != std::string_view::npos) {
@@ -232,8 +239,6 @@ PartialValue ExpressionReader::matrix() {
     }
     throw LanguageError(lexer_.current().span, "missing ',' between the elements of a matrix");
   }
-  close(TokenKind::kCloseBracket, "',', ';' or ']'");
-  return PartialValue::of(blocks.finish(), {begin, lexer_.last_end()});
 }
 
 Operand ExpressionReader::matrix_element() {

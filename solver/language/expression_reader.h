@@ -65,6 +65,7 @@ class ExpressionReader {
   PartialValue name();
   PartialValue parenthesised();
   PartialValue matrix();
+  void require_separator() const;
   Operand matrix_element();
   /// left = left <sign> right.
   void combine(PartialValue& left, const Token& sign, PartialValue right) const;
