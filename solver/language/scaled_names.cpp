@@ -52,7 +52,7 @@ bool append_scaled_names(Lexer& lexer, const SymbolTable& symbols, PartialValue&
   std::size_t at = begin;
   std::vector<AffineTerm>& terms = sum.as_matrix().terms;
   AffineTerm term;
-  while (is_sign(text[at]) && terms.size() < kMaxTerms) {
+  while (at < text.size() && is_sign(text[at]) && terms.size() < kMaxTerms) {
     const std::size_t length = read_term(text.substr(at), symbols, term);
     if (length == 0) break;
     terms.push_back(term);
