@@ -68,7 +68,7 @@ void put(const def_unittype* unit, int output, double value) {
 
 // The array becomes the host's.
 void put(const def_unittype* unit, int output, const std::vector<double>& values, int length) {
-  float* const array = new float[length]();
+  float* const array = new float[static_cast<std::size_t>(length)]();
   const auto count = std::min(values.size(), static_cast<std::size_t>(length));
   std::transform(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(count), array,
                  [](double value) { return static_cast<float>(value); });

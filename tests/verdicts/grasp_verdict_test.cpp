@@ -7,6 +7,7 @@
 #include <random>
 #include <string>
 
+#include "tests/verdicts/many.h"
 #include "tests/verdicts/random_grasp.h"
 #include "unit/sdpsol_wrapper.h"
 
@@ -50,7 +51,7 @@ class Solver {
 TEST(GraspVerdicts, PlantedForceIsFoundInEveryOfManyRandomGrasps) {
   Solver solver;
   std::mt19937 random(20260101);
-  for (int i = 0; i < 150; ++i) {
+  for (int i = 0; i < many(150); ++i) {
     const RandomGrasp grasp = grasp_with_internal_force(random, {.contacts = 2 + i % 7});
     EXPECT_EQ(solver.exists(grasp), "1") << "grasp " << i;
   }
@@ -59,7 +60,7 @@ TEST(GraspVerdicts, PlantedForceIsFoundInEveryOfManyRandomGrasps) {
 TEST(GraspVerdicts, PlantedSeparatingTwistIsFoundInEveryOfManyRandomGrasps) {
   Solver solver;
   std::mt19937 random(20260102);
-  for (int i = 0; i < 150; ++i) {
+  for (int i = 0; i < many(150); ++i) {
     const RandomGrasp grasp = grasp_without_internal_force(random, {.contacts = 2 + i % 7});
     EXPECT_EQ(solver.exists(grasp), "0") << "grasp " << i;
   }
@@ -78,7 +79,7 @@ class OneVerdict : public ::testing::TestWithParam<bool> {
 };
 
 TEST_P(OneVerdict, InMetresAndMillimetres) {
-  for (unsigned seed = 1; seed <= 20; ++seed) {
+  for (unsigned seed = 1; seed <= static_cast<unsigned>(many(20)); ++seed) {
     const int contacts = 2 + static_cast<int>(seed % 5);
     EXPECT_EQ(verdict(seed, {.contacts = contacts, .length = 1}), truth()) << seed;
     EXPECT_EQ(verdict(seed, {.contacts = contacts, .length = 1000}), truth()) << seed;
@@ -86,7 +87,7 @@ TEST_P(OneVerdict, InMetresAndMillimetres) {
 }
 
 TEST_P(OneVerdict, WithBoundsOfTenAndOfAMillion) {
-  for (unsigned seed = 1; seed <= 20; ++seed) {
+  for (unsigned seed = 1; seed <= static_cast<unsigned>(many(20)); ++seed) {
     const int contacts = 2 + static_cast<int>(seed % 5);
     EXPECT_EQ(verdict(seed, {.contacts = contacts, .largest_force = 10}), truth()) << seed;
     EXPECT_EQ(verdict(seed, {.contacts = contacts, .largest_force = 1e6}), truth()) << seed;
