@@ -1,0 +1,34 @@
+// Frames at contacts, and the grasp map.
+#pragma once
+
+#include <Eigen/Core>
+#include <optional>
+
+#include "grasp/grasp.h"
+
+namespace grasp {
+
+/// The frame of a contact.
+/// @param normal not zero, any length.
+/// @param tangent not along the normal, any length; its part along the normal is taken
+/// away. None: the world axis that the normal leans on least, the first of several,
+/// gives tangential 1.
+Frame make_frame(const Vector& normal, const std::optional<Vector>& tangent);
+
+/// The directions of the force components of a contact, in their order, as columns:
+/// 3 x 3, or 3 x 1 (the normal) of a frictionless one.
+Eigen::Matrix3Xd directions(const Contact& contact);
+
+/// The grasp map G, 6 x k, in world coordinates: G f is the wrench on the object that
+/// the forces f of all k components exert, force above torque about grasp.centre.
+/// Contact i at p_i gives the columns (d; (p_i - centre) x d), one for each of its
+/// directions d.
+/// Sources: R. Murray, Z. Li, S. Sastry, A Mathematical Introduction to Robotic
+/// Manipulation, ch. 5 (eq. 5.6: G = [Ad' B_1 ... Ad' B_k]; there torques are about the
+/// object frame's origin, and point contacts with friction have components x, y, z
+/// in this order); D. Prattichizzio, J. Trinkle, Grasping, Springer Handbook of
+/// Robotics, sec. "Models and definitions", whose hand points its contact frames' first
+/// axis along the normal: here the normal is last.
+Eigen::Matrix<double, 6, Eigen::Dynamic> grasp_map(const Grasp& grasp);
+
+}  // namespace grasp

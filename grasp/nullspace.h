@@ -1,0 +1,28 @@
+// Rank and nullspace of a grasp map: which contact forces cancel each other.
+#pragma once
+
+#include <Eigen/Core>
+
+#include "grasp/answer.h"
+
+namespace grasp {
+
+/// Singular values below this part of the largest are taken for 0: coordinates of
+/// contacts are hardly ever known better, and the unit's texts carry six digits.
+constexpr double kRankTolerance = 1e-6;
+
+struct Nullspace {
+  Balance balance;
+  /// k x nullity, orthonormal columns. Depends on the nullspace alone, not on how it
+  /// was computed: the columns are the components' unit vectors, projected onto the
+  /// nullspace and made orthogonal to the columns before; each time the component
+  /// whose projection is longest, the first of those as long as it. So the entry at
+  /// that component is positive. Entries at rounding level are exactly 0.
+  Eigen::MatrixXd base;
+};
+
+/// @param map 6 x k, k > 0. Its torques are weighed with the contacts' size first, so that
+/// metres and millimetres give one rank.
+Nullspace nullspace(const Eigen::Matrix<double, 6, Eigen::Dynamic>& map);
+
+}  // namespace grasp
