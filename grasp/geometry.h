@@ -19,6 +19,9 @@ Frame make_frame(const Vector& normal, const std::optional<Vector>& tangent);
 /// 3 x 3, or 3 x 1 (the normal) of a frictionless one.
 Eigen::Matrix3Xd directions(const Contact& contact);
 
+/// Force above torque; a column for each force component.
+using GraspMap = Eigen::Matrix<double, 6, Eigen::Dynamic>;
+
 /// The grasp map G, 6 x k, in world coordinates: G f is the wrench on the object that
 /// the forces f of all k components exert, force above torque about grasp.centre.
 /// Contact i at p_i gives the columns (d; (p_i - centre) x d), one for each of its
@@ -29,6 +32,6 @@ Eigen::Matrix3Xd directions(const Contact& contact);
 /// in this order); D. Prattichizzio, J. Trinkle, Grasping, Springer Handbook of
 /// Robotics, sec. "Models and definitions", whose hand points its contact frames' first
 /// axis along the normal: here the normal is last.
-Eigen::Matrix<double, 6, Eigen::Dynamic> grasp_map(const Grasp& grasp);
+GraspMap grasp_map(const Grasp& grasp);
 
 }  // namespace grasp

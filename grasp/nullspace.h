@@ -4,6 +4,7 @@
 #include <Eigen/Core>
 
 #include "grasp/answer.h"
+#include "grasp/geometry.h"
 
 namespace grasp {
 
@@ -23,6 +24,6 @@ struct Nullspace {
 
 /// @param map 6 x k, k > 0. Its torques are weighed with the contacts' size first, so that
 /// metres and millimetres give one rank.
-Nullspace nullspace(const Eigen::Matrix<double, 6, Eigen::Dynamic>& map);
+Nullspace nullspace(const GraspMap& map);
 
 }  // namespace grasp

@@ -150,18 +150,19 @@ std::size_t start_of_text(std::string_view text, std::size_t end) {
   return end;
 }
 
-std::string line_and_column(std::string_view text, std::size_t at) {
+std::string line_and_column(std::string_view text, std::size_t at, std::size_t first_line) {
   const std::string_view before = text.substr(0, at);
-  const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+  const auto line =
+      first_line + static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
   const std::size_t line_start = before.rfind('\n') + 1;  // npos + 1 is 0
   return std::to_string(line) + ":" + std::to_string(at - line_start + 1);
 }
 
 // "FILE:LINE:COLUMN: WHAT" from the library's message and the place it names.
-std::string syntax_error(const std::string& file, std::string_view text,
+std::string syntax_error(const std::string& file, std::string_view text, std::size_t first_line,
                          const Json::parse_error& error) {
   if (text.find_first_not_of(kBlanks) == std::string_view::npos)
-    return file + ":1:1: the file is empty";
+    return file + ":" + line_and_column(text, 0, first_line) + ": there is no text";
   std::string reason = reason_of(error);
   std::size_t at = std::min(error.byte == 0 ? 0 : error.byte - 1, text.size());
   // The library names the end of a text that it did not expect.
@@ -170,7 +171,7 @@ std::string syntax_error(const std::string& file, std::string_view text,
     const std::string_view hint = remedy(text, at, reason);
     if (!hint.empty()) reason += " (" + std::string(hint) + ")";
   }
-  return file + ":" + line_and_column(text, at) + ": " + reason;
+  return file + ":" + line_and_column(text, at, first_line) + ": " + reason;
 }
 
 std::string listed(std::initializer_list<std::string_view> first,
@@ -252,13 +253,16 @@ Json read_json(const std::filesystem::path& file) {
     throw std::system_error(EISDIR, std::generic_category(), file.string());
   std::ifstream in(file, std::ios::binary);
   if (!in) throw std::system_error(errno, std::generic_category(), file.string());
-  const std::string text{std::istreambuf_iterator<char>(in), {}};
+  return parse_json(std::string{std::istreambuf_iterator<char>(in), {}}, file.string());
+}
+
+Json parse_json(std::string_view text, const std::string& file, std::size_t first_line) {
   // The parser takes one for the end of the text.
   const std::size_t nul = text.find('\0');
-  if (nul != std::string::npos)
-    throw JsonError(file.string() + ":" + line_and_column(text, nul) +
+  if (nul != std::string_view::npos)
+    throw JsonError(file + ":" + line_and_column(text, nul, first_line) +
                     ": a NUL byte stands here; JSON is text in UTF-8");
-  ParserFollower follower(file.string());
+  ParserFollower follower(file);
   try {
     Json document = Json::parse(text, [&](int, Json::parse_event_t event, Json& parsed) {
       follower.see(event, parsed);
@@ -267,7 +271,7 @@ Json read_json(const std::filesystem::path& file) {
     follower.end();
     return document;
   } catch (const Json::parse_error& error) {
-    throw JsonError(syntax_error(file.string(), text, error));
+    throw JsonError(syntax_error(file, text, first_line, error));
   } catch (const Json::out_of_range&) {
     // Thrown before the parser tells of the number.
     follower.fail("the number is too large for double precision");

@@ -71,4 +71,9 @@ class JsonNode {
 /// @throws JsonError; std::system_error if the file cannot be read.
 Json read_json(const std::filesystem::path& file);
 
+/// As read_json, of a text that is there already.
+/// @param file what errors call it. @param first_line number of the text's first line.
+/// @throws JsonError.
+Json parse_json(std::string_view text, const std::string& file, std::size_t first_line = 1);
+
 }  // namespace zelhost

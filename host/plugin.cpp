@@ -154,4 +154,12 @@ std::filesystem::path find_plugin(const std::string& name, const std::filesystem
   throw PluginError("no plug-in " + cut(file) + " in " + places);
 }
 
+std::vector<std::filesystem::path> folders_beside_program() {
+  std::error_code unknown;
+  const auto program = std::filesystem::read_symlink("/proc/self/exe", unknown);
+  if (unknown) return {};
+  const auto libraries = program.parent_path().parent_path() / "lib";
+  return {libraries, libraries / "zel"};
+}
+
 }  // namespace zelhost

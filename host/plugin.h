@@ -54,4 +54,7 @@ Plugin load_plugin(const std::filesystem::path& file);
 std::filesystem::path find_plugin(const std::string& name, const std::filesystem::path& base,
                                   const std::vector<std::filesystem::path>& folders);
 
+/// Where the plug-ins stand that were built or installed together with this program.
+std::vector<std::filesystem::path> folders_beside_program();
+
 }  // namespace zelhost

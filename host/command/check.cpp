@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "host/check/check_plugin.h"
-#include "host/command/standard_output.h"
+#include "host/standard_output.h"
 #include "host/text.h"
 
 namespace zelrun {
@@ -16,6 +16,7 @@ namespace {
 using zelcheck::Result;
 using zelcheck::Verdict;
 using zelhost::on_one_line;
+using zelhost::print;
 
 std::string_view word(Verdict verdict) {
   switch (verdict) {

@@ -6,8 +6,8 @@
 #include <string>
 
 #include "host/command/reports.h"
-#include "host/command/standard_output.h"
 #include "host/host.h"
+#include "host/standard_output.h"
 #include "host/text.h"
 
 namespace zelrun {
@@ -17,6 +17,7 @@ using zelhost::Instance;
 using zelhost::Method;
 using zelhost::on_one_line;
 using zelhost::Port;
+using zelhost::print;
 using zelhost::Unit;
 
 void print_dialog(const zelhost::Icon& icon, std::ostream& out) {

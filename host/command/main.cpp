@@ -9,25 +9,18 @@
 #include "host/command/list.h"
 #include "host/command/options.h"
 #include "host/command/run.h"
-#include "host/command/standard_output.h"
 #include "host/error.h"
 #include "host/plugin.h"
+#include "host/standard_output.h"
 #include "host/text.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-// Beside the folders that the user names: where the plug-ins stand that were
-// built or installed together with this program.
 zelrun::Folders plugin_folders(const zelrun::Options& options) {
   zelrun::Folders folders = options.plugin_folders;
-  std::error_code unknown;
-  const fs::path program = fs::read_symlink("/proc/self/exe", unknown);
-  if (unknown) return folders;
-  const fs::path libraries = program.parent_path().parent_path() / "lib";
-  folders.push_back(libraries);
-  folders.push_back(libraries / "zel");
+  for (const fs::path& folder : zelhost::folders_beside_program()) folders.push_back(folder);
   return folders;
 }
 
@@ -59,10 +52,10 @@ int fail(zelrun::ExitStatus status, const std::string& what) {
 int main(int argc, char** argv) {
   // Beyond the largest size of files a write fails, and is no end of the host.
   std::signal(SIGXFSZ, SIG_IGN);
-  zelrun::open_missing_descriptors();
+  zelhost::open_missing_descriptors();
   try {
     const zelrun::ParsedCommandLine parsed = zelrun::parse_command_line(argc, argv);
-    zelrun::print(std::cout, [&parsed](std::ostream& out) { out << parsed.output; });
+    zelhost::print(std::cout, [&parsed](std::ostream& out) { out << parsed.output; });
     std::cerr << parsed.error;
     return parsed.options ? carry_out(*parsed.options) : parsed.status;
   } catch (const zelrun::Interrupted& interrupted) {

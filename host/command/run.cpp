@@ -13,10 +13,10 @@
 #include "host/command/interrupts.h"
 #include "host/command/progress.h"
 #include "host/command/reports.h"
-#include "host/command/standard_output.h"
 #include "host/host.h"
 #include "host/literal.h"
 #include "host/network.h"
+#include "host/standard_output.h"
 #include "host/text.h"
 
 namespace zelrun {
@@ -24,6 +24,7 @@ namespace {
 
 using zelhost::Json;
 using zelhost::on_one_line;
+using zelhost::print;
 using zelhost::Step;
 
 // A table shows the first of many elements, JSON shows all.
@@ -140,7 +141,7 @@ class Document {
   }
 
  private:
-  ReservedOutput output_;
+  zelhost::ReservedOutput output_;
   Json document_;
 };
 

@@ -6,7 +6,7 @@
 #include <ostream>
 #include <string_view>
 
-namespace zelrun {
+namespace zelhost {
 
 /// Lets `write` put something on the stream, and flushes it: a user sees what is done
 /// before what takes its time, and what plug-ins print next stands behind it.
@@ -38,4 +38,4 @@ class ReservedOutput {
   int reserved_;
 };
 
-}  // namespace zelrun
+}  // namespace zelhost

@@ -1,4 +1,4 @@
-#include "host/command/standard_output.h"
+#include "host/standard_output.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -7,7 +7,7 @@
 #include <iostream>
 #include <system_error>
 
-namespace zelrun {
+namespace zelhost {
 namespace {
 
 [[noreturn]] void fail() {
@@ -61,4 +61,4 @@ void ReservedOutput::write(std::string_view text) const {
   }
 }
 
-}  // namespace zelrun
+}  // namespace zelhost

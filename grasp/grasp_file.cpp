@@ -1,0 +1,226 @@
+#include "grasp/grasp_file.h"
+
+#include <cmath>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "grasp/geometry.h"
+
+namespace grasp {
+namespace {
+
+using zelhost::JsonNode;
+
+// In metres: beyond it is a slip of units, and products of coordinates stay finite.
+constexpr double kFarthest = 1e9;
+// For forces and coefficients: the host's numbers are single precision.
+constexpr double kLargest = 1e30;
+// Sine of the angle under which a tangent is along the normal.
+constexpr double kAlong = 1e-6;
+// Contacts nearer than this part of the grasp's size are one.
+constexpr double kCoincident = 1e-9;
+
+// What a file says for all contacts that say nothing themselves.
+struct Defaults {
+  std::optional<JsonNode> friction;
+  std::optional<JsonNode> max_force;
+};
+
+// A contact while it is read: what is said about it begins with its number and name.
+struct Place {
+  std::size_t number;
+  std::string name;
+
+  [[noreturn]] void fail(const JsonNode& at, const std::string& what) const {
+    at.fail("contact " + std::to_string(number) + (name.empty() ? "" : " \"" + name + "\"") + ": " +
+            what);
+  }
+};
+
+double read_number(const JsonNode& node, std::string_view what, double most) {
+  if (!node.value().is_number()) node.fail("this takes " + std::string(what) + ", a number");
+  const auto number = node.value().get<double>();
+  if (!(std::abs(number) <= most)) {
+    std::string limit = most == kFarthest ? "1e9" : "1e30";
+    node.fail("the number is beyond " + limit);
+  }
+  return number;
+}
+
+Vector read_vector(const JsonNode& node, const std::string& what, double most = kFarthest) {
+  const auto numbers = node.elements(what + ", three numbers");
+  if (numbers.size() != 3)
+    node.fail("this takes " + what + ", three numbers, not " + std::to_string(numbers.size()));
+  Vector vector;
+  for (std::size_t i = 0; i < 3; ++i)
+    vector[static_cast<Eigen::Index>(i)] = read_number(numbers[i], "a coordinate", most);
+  return vector;
+}
+
+double read_friction(const JsonNode& node, const Place& place) {
+  const double friction = read_number(node, "a friction coefficient", kLargest);
+  if (friction < 0)
+    place.fail(node,
+               "a friction coefficient is not negative; give the normal's direction by "
+               "\"normal\", which points into the object");
+  return friction;
+}
+
+double read_max_force(const JsonNode& node, const Place& place) {
+  const double force = read_number(node, "a force in newtons", kLargest);
+  if (force <= 0) place.fail(node, "a maximal force is above 0");
+  return force;
+}
+
+Bounds read_bounds(const JsonNode& node, const Place& place) {
+  const auto pair = node.elements("the lower and the upper bound in newtons");
+  if (pair.size() != 2)
+    node.fail("this takes the lower and the upper bound, not " + std::to_string(pair.size()) +
+              " numbers");
+  const Bounds bounds = {read_number(pair[0], "a bound", kLargest),
+                         read_number(pair[1], "a bound", kLargest)};
+  if (bounds.lower > bounds.upper) place.fail(node, "the lower bound is above the upper bound");
+  return bounds;
+}
+
+ContactType read_type(const JsonNode& node, const Place& place) {
+  const std::string type = node.text("the type of a contact");
+  if (type == "friction") return ContactType::kFriction;
+  if (type == "frictionless") return ContactType::kFrictionless;
+  place.fail(node, "there is no type \"" + type + R"("; the types are "friction", "frictionless")");
+}
+
+Frame read_frame(const JsonNode& node, const Place& place) {
+  const JsonNode at = node.member("normal");
+  const Vector normal = read_vector(at, "a direction", kLargest);
+  if (normal.isZero(0)) place.fail(at, "a normal of length 0 has no direction");
+  if (!node.has("tangent")) return make_frame(normal, std::nullopt);
+  const JsonNode tangent_at = node.member("tangent");
+  const Vector tangent = read_vector(tangent_at, "a direction", kLargest);
+  if (tangent.isZero(0)) place.fail(tangent_at, "a tangent of length 0 has no direction");
+  const double sine = tangent.stableNormalized().cross(normal.stableNormalized()).norm();
+  if (sine < kAlong) place.fail(tangent_at, "the tangent is along the normal");
+  return make_frame(normal, tangent);
+}
+
+std::vector<Bounds> read_limits(const JsonNode& node, const Place& place, ContactType type,
+                                const Defaults& defaults) {
+  if (node.has("bounds")) {
+    if (node.has("max_force")) place.fail(node, R"(either "bounds" or "max_force", not both)");
+    const JsonNode bounds = node.member("bounds");
+    if (type == ContactType::kFrictionless) {
+      bounds.expect_keys({"normal"});
+      return {read_bounds(bounds.member("normal"), place)};
+    }
+    bounds.expect_keys({"tangential_1", "tangential_2", "normal"});
+    return {read_bounds(bounds.member("tangential_1"), place),
+            read_bounds(bounds.member("tangential_2"), place),
+            read_bounds(bounds.member("normal"), place)};
+  }
+  std::optional<JsonNode> at = defaults.max_force;
+  if (node.has("max_force")) at = node.member("max_force");
+  if (!at) place.fail(node, R"(how strong is it? Give "max_force" or "bounds")");
+  const double force = read_max_force(*at, place);
+  if (type == ContactType::kFrictionless) return {{0, force}};
+  return {{-force, force}, {-force, force}, {0, force}};
+}
+
+double read_contact_friction(const JsonNode& node, const Place& place, ContactType type,
+                             const Defaults& defaults) {
+  if (type == ContactType::kFrictionless) {
+    if (node.has("friction"))
+      place.fail(node.member("friction"), "a frictionless contact has no friction coefficient");
+    return 0;
+  }
+  if (node.has("friction")) return read_friction(node.member("friction"), place);
+  if (!defaults.friction) place.fail(node, R"(the key "friction", its coefficient, is missing)");
+  return read_friction(*defaults.friction, place);
+}
+
+Contact read_contact(const JsonNode& node, std::size_t number, const Defaults& defaults) {
+  Place place{number, {}};
+  node.expect_keys({"point", "normal"},
+                   {"name", "tangent", "type", "friction", "max_force", "bounds"});
+  Contact contact;
+  if (node.has("name")) {
+    contact.name = node.member("name").text("the name of a contact");
+    if (contact.name.empty()) place.fail(node.member("name"), "a name is not empty");
+    place.name = contact.name;
+  }
+  contact.point = read_vector(node.member("point"), "a point in metres");
+  contact.frame = read_frame(node, place);
+  if (node.has("type")) contact.type = read_type(node.member("type"), place);
+  contact.friction = read_contact_friction(node, place, contact.type, defaults);
+  contact.bounds = read_limits(node, place, contact.type, defaults);
+  return contact;
+}
+
+std::variant<PointHull, BallHull> read_hull(const JsonNode& node) {
+  if (node.value().is_object()) {
+    node.expect_keys({"centre", "radius"});
+    const BallHull ball = {read_vector(node.member("centre"), "a point in metres"),
+                           read_number(node.member("radius"), "a radius in metres", kFarthest)};
+    if (ball.radius <= 0) node.member("radius").fail("a radius is above 0");
+    return ball;
+  }
+  PointHull hull;
+  for (const JsonNode& point :
+       node.elements("the corners of the object, or a \"centre\" and a \"radius\""))
+    hull.points.push_back(read_vector(point, "a point in metres"));
+  if (hull.points.empty()) node.fail("a hull has corners");
+  return hull;
+}
+
+// Notes are for people who read the file.
+void expect_text(const JsonNode& node) {
+  static_cast<void>(node.text("a line of text"));
+}
+
+Vector centroid(const std::vector<Contact>& contacts) {
+  Vector sum = Vector::Zero();
+  for (const Contact& contact : contacts) sum += contact.point;
+  return sum / static_cast<double>(contacts.size());
+}
+
+void expect_apart(const JsonNode& contacts_at, const std::vector<Contact>& contacts) {
+  double size = 0;
+  for (const Contact& contact : contacts)
+    size = std::max(size, (contact.point - contacts.front().point).norm());
+  for (std::size_t i = 0; i < contacts.size(); ++i) {
+    const Place place{i, contacts[i].name};
+    for (std::size_t j = 0; j < i; ++j) {
+      const JsonNode at = contacts_at.element(i);
+      if ((contacts[i].point - contacts[j].point).norm() <= kCoincident * size)
+        place.fail(at.member("point"), "this is the point of contact " + std::to_string(j) +
+                                           " too; contacts are apart");
+      if (!place.name.empty() && contacts[j].name == place.name)
+        place.fail(at.member("name"), "contact " + std::to_string(j) + " has this name too");
+    }
+  }
+}
+
+}  // namespace
+
+Grasp read_grasp(const JsonNode& node) {
+  node.expect_keys({"contacts"}, {"name", "notes", "friction", "max_force", "centre", "hull"});
+  Grasp grasp;
+  if (node.has("name")) grasp.name = node.member("name").text("the name of the grasp");
+  if (node.has("notes"))
+    for (const JsonNode& note : node.member("notes").elements("lines of text")) expect_text(note);
+  Defaults defaults;
+  if (node.has("friction")) defaults.friction = node.member("friction");
+  if (node.has("max_force")) defaults.max_force = node.member("max_force");
+
+  const JsonNode contacts_at = node.member("contacts");
+  for (const JsonNode& contact : contacts_at.elements("contacts"))
+    grasp.contacts.push_back(read_contact(contact, grasp.contacts.size(), defaults));
+  if (grasp.contacts.empty()) contacts_at.fail("a grasp has contacts");
+  expect_apart(contacts_at, grasp.contacts);
+
+  grasp.centre = node.has("centre") ? read_vector(node.member("centre"), "a point in metres")
+                                    : centroid(grasp.contacts);
+  if (node.has("hull")) grasp.hull = read_hull(node.member("hull"));
+  return grasp;
+}
+
+}  // namespace grasp

@@ -1,0 +1,84 @@
+// The singular value decomposition gives the rank and some orthonormal base, which
+// may turn within the nullspace from one library to the next. The base that is
+// returned is made from its projector N N', which does not turn.
+#include "grasp/nullspace.h"
+
+#include <Eigen/SVD>
+#include <algorithm>
+#include <limits>
+
+namespace grasp {
+namespace {
+
+// Rows of a grasp map that are torques, per newton: the largest is the size of the grasp.
+double size_of(const GraspMap& map) {
+  return map.bottomRows<3>().colwise().norm().maxCoeff();
+}
+
+// How much longer than another projection one must be to count as longer: in a
+// symmetric grasp many are of one length but for rounding.
+constexpr double kTie = 1e-9;
+
+// The component whose unit vector has the longest projection, the first of several.
+// @param rows what is left of the projector's columns, as rows in some orthonormal base.
+Eigen::Index longest(const Eigen::MatrixXd& rows) {
+  const Eigen::VectorXd lengths = rows.rowwise().norm();
+  const double most = lengths.maxCoeff();
+  Eigen::Index i = 0;
+  while (lengths[i] < most * (1 - kTie)) ++i;
+  return i;
+}
+
+// @param some orthonormal columns. @return those that span the same space and do not
+// depend on which columns were given.
+Eigen::MatrixXd canonical_base(const Eigen::MatrixXd& some) {
+  // Row i of `left` is the projection of unit vector i in the coordinates of `some`,
+  // without its parts along the directions taken so far. Those are columns of `taken`.
+  Eigen::MatrixXd left = some;
+  Eigen::MatrixXd taken(some.cols(), some.cols());
+  for (Eigen::Index n = 0; n < some.cols(); ++n) {
+    Eigen::VectorXd direction = left.row(longest(left)).transpose();
+    // Once more than on paper: what rounding has left of the directions before goes.
+    direction -= taken.leftCols(n) * (taken.leftCols(n).transpose() * direction);
+    direction.normalize();
+    taken.col(n) = direction;
+    left -= (left * direction) * direction.transpose();
+  }
+  return some * taken;
+}
+
+Balance balance_of(const Eigen::VectorXd& singular_values, Eigen::Index columns) {
+  Balance balance;
+  balance.columns = static_cast<int>(columns);
+  for (const double value : singular_values / singular_values[0]) {
+    if (value > kRankTolerance) {
+      ++balance.rank;
+      balance.smallest_kept = value;
+    } else {
+      balance.largest_dropped = std::max(balance.largest_dropped, value);
+    }
+  }
+  balance.nullity = balance.columns - balance.rank;
+  return balance;
+}
+
+}  // namespace
+
+Nullspace nullspace(const GraspMap& map) {
+  // Rows that are scaled have the same nullspace.
+  GraspMap scaled = map;
+  if (const double size = size_of(map); size > 0) scaled.bottomRows<3>() /= size;
+  const Eigen::JacobiSVD<Eigen::MatrixXd> svd(scaled, Eigen::ComputeFullV);
+  Nullspace result;
+  result.balance = balance_of(svd.singularValues(), map.cols());
+  result.base = canonical_base(svd.matrixV().rightCols(result.balance.nullity));
+  // The decomposition is as good as a change of the map in its last digits, which
+  // turns the nullspace by so much more as the smallest singular value is small.
+  const double rounding = 16 * static_cast<double>(map.cols()) *
+                          std::numeric_limits<double>::epsilon() / result.balance.smallest_kept;
+  result.base =
+      result.base.unaryExpr([rounding](double x) { return std::abs(x) < rounding ? 0 : x; });
+  return result;
+}
+
+}  // namespace grasp

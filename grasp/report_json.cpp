@@ -1,0 +1,71 @@
+#include "grasp/report_json.h"
+
+#include <array>
+#include <charconv>
+#include <nlohmann/json.hpp>
+
+namespace grasp {
+namespace {
+
+using zelhost::Json;
+
+Json list_of(const Vector& vector) {
+  return {vector.x(), vector.y(), vector.z()};
+}
+
+// A number that came through the host in single precision, without the digits that
+// double precision would add.
+double single(double value) {
+  std::array<char, 32> digits;
+  const auto written =
+      std::to_chars(digits.data(), digits.data() + digits.size(), static_cast<float>(value));
+  double shortest = value;
+  std::from_chars(digits.data(), written.ptr, shortest);
+  return shortest;
+}
+
+Json contact_json(const Grasp& grasp, std::size_t i, const ContactForce& force) {
+  Json json = {{"contact", i}};
+  if (!grasp.contacts[i].name.empty()) json["name"] = grasp.contacts[i].name;
+  json["force"] = list_of(force.local);
+  json["world"] = list_of(force.world);
+  json["cone_margin"] = force.cone_margin;
+  json["bound_margin"] = force.bound_margin;
+  if (force.epsilon) json["epsilon"] = single(*force.epsilon);
+  return json;
+}
+
+Json map_json(const Balance& balance) {
+  Json json = {{"rank", balance.rank},
+               {"columns", balance.columns},
+               {"nullity", balance.nullity},
+               {"smallest_singular_value", balance.smallest_kept}};
+  if (balance.largest_dropped > 0) json["taken_for_0"] = balance.largest_dropped;
+  return json;
+}
+
+}  // namespace
+
+Json to_json(const Grasp& grasp, const Answer& answer, bool times) {
+  Json json;
+  if (!grasp.name.empty()) json["name"] = grasp.name;
+  json["question"] = to_string(answer.inquiry.question);
+  if (!answer.inquiry.contacts.empty()) json["about"] = answer.inquiry.contacts;
+  json["verdict"] = to_string(answer.verdict);
+  if (!answer.reason.empty()) json["reason"] = answer.reason;
+  json["notes"] = answer.notes;
+  if (answer.force_closure) json["force_closure"] = *answer.force_closure;
+  json["grasp_map"] = map_json(answer.balance);
+  if (answer.verdict == Verdict::kFeasible) {
+    if (answer.objective) json["objective"] = single(*answer.objective);
+    if (answer.mean_epsilon) json["mean_epsilon"] = *answer.mean_epsilon;
+    json["contacts"] = Json::array();
+    for (std::size_t i = 0; i < answer.forces.size(); ++i)
+      json["contacts"].push_back(contact_json(grasp, i, answer.forces[i]));
+    json["residual"] = {{"force", answer.force_residual}, {"torque", answer.torque_residual}};
+  }
+  if (times) json["times"] = {{"solving", answer.solving_time}};
+  return json;
+}
+
+}  // namespace grasp
