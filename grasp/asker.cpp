@@ -116,7 +116,7 @@ bool bounds_admit_small_forces(const Grasp& grasp) {
 }
 
 // A grasp has force closure exactly if its map has rank 6 and there is an internal force
-// strictly inside all cones (Murray, Li, Sastry, prop. 5.3).
+// strictly inside all cones (Murray, Li, Sastry, ch. 5, on force closure).
 std::optional<bool> force_closure(const Grasp& grasp, const Answer& answer) {
   if (answer.balance.rank < 6) return false;
   switch (answer.verdict) {
