@@ -255,8 +255,9 @@ void BatchRun::check_witness(const std::string& text) const {
   if (text == partial_.witness_text) return;
   if (options_.times && without_times(text) == without_times(partial_.witness_text)) return;
   const std::string place = result_.name() + ":" + std::to_string(partial_.witness);
-  throw ResultFileError(place + ": line " + std::to_string(options_.first_line + partial_.witness - 1) +
-                        " of " + shown_name(options_.input) +
+  throw ResultFileError(place + ": line " +
+                        std::to_string(options_.first_line + partial_.witness - 1) + " of " +
+                        shown_name(options_.input) +
                         " has another answer now: the results belong to another input or "
                         "question");
 }

@@ -1,6 +1,7 @@
 // Grasps to make batches of.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -19,23 +20,26 @@ class RandomGrasps {
 
   /// @param contacts of every grasp, within the limits above; none: a mixture, four
   /// more often than not.
-  explicit RandomGrasps(std::uint64_t seed, std::optional<std::size_t> contacts = {})
-      : bits_(seed), contacts_(contacts) {}
+  explicit RandomGrasps(std::uint64_t seed, std::optional<std::size_t> contacts = {});
 
   /// The next grasp as a line of JSON, as docs/grasps.md describes it, without a line
   /// break. Its name is its number: "grasp 1".
   std::string next();
 
  private:
+  struct Shape;
+  struct Contact;
+
   // The distributions of the standard library differ from one to the next.
   double uniform(double from, double to);
   std::size_t below(std::size_t count);
-  double noise();
+  std::array<double, 3> direction();
 
-  struct Point;
-  struct Shape;
+  std::size_t count();
   Shape shape();
-  Point place(const Shape& shape, std::size_t i, std::size_t count, bool one_sided);
+  Contact touch(const Shape& shape, const std::array<double, 3>& towards);
+  std::string contact(const Shape& shape, const std::array<double, 3>& towards);
+  static std::string hull(const Shape& shape);
 
   std::mt19937_64 bits_;
   std::optional<std::size_t> contacts_;
