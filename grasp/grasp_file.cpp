@@ -1,5 +1,6 @@
 #include "grasp/grasp_file.h"
 
+#include <Eigen/Geometry>
 #include <cmath>
 #include <nlohmann/json.hpp>
 #include <string>

@@ -248,12 +248,16 @@ std::string JsonNode::text(std::string_view what) const {
 }
 
 Json read_json(const std::filesystem::path& file) {
+  return read_json(file, file.string());
+}
+
+Json read_json(const std::filesystem::path& file, const std::string& name) {
   // A directory opens as a file does, and has no text.
   if (std::filesystem::is_directory(file))
-    throw std::system_error(EISDIR, std::generic_category(), file.string());
+    throw std::system_error(EISDIR, std::generic_category(), name);
   std::ifstream in(file, std::ios::binary);
-  if (!in) throw std::system_error(errno, std::generic_category(), file.string());
-  return parse_json(std::string{std::istreambuf_iterator<char>(in), {}}, file.string());
+  if (!in) throw std::system_error(errno, std::generic_category(), name);
+  return parse_json(std::string{std::istreambuf_iterator<char>(in), {}}, name);
 }
 
 Json parse_json(std::string_view text, const std::string& file, std::size_t first_line) {

@@ -71,6 +71,9 @@ class JsonNode {
 /// @throws JsonError; std::system_error if the file cannot be read.
 Json read_json(const std::filesystem::path& file);
 
+/// As above. @param name what errors call the file.
+Json read_json(const std::filesystem::path& file, const std::string& name);
+
 /// As read_json, of a text that is there already.
 /// @param file what errors call it. @param first_line number of the text's first line.
 /// @throws JsonError.

@@ -42,7 +42,7 @@ TEST_F(ReadJson, KeepsTheOrderOfTheFile) {
 
 TEST_F(ReadJson, PointsAtTheCharacterThatDoesNotBelong) {
   EXPECT_EQ(error("{\n  \"a\": [1,\n  ,2]\n}").substr(0, 23), "a.json:3:3: syntax erro");
-  EXPECT_EQ(error("").substr(0, 23), "a.json:1:1: the file is");
+  EXPECT_EQ(error("").substr(0, 23), "a.json:1:1: there is no");
   EXPECT_EQ(error("{\"a\": 1").substr(0, 23), "a.json:1:8: syntax erro");
 }
 

@@ -1,0 +1,78 @@
+// The command line of grasp.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "grasp/question.h"
+
+namespace grasp::command {
+
+/// What is asked, in the words of the user.
+struct Asked {
+  Question question = Question::kExists;
+  /// Names or numbers.
+  std::vector<std::string> contacts;
+
+  friend bool operator==(const Asked&, const Asked&) = default;
+};
+
+/// One grasp.
+struct SingleOptions {
+  std::string grasp;  ///< "-" is standard input
+  bool json = false;
+  std::optional<std::filesystem::path> svg;
+  std::optional<std::filesystem::path> html;
+};
+
+/// One grasp a line.
+struct BatchOptions {
+  std::string lines;  ///< "-" is standard input
+  int workers = 1;
+  std::optional<std::filesystem::path> output;
+  bool resume = false;
+  bool quiet = false;
+  std::size_t first_line = 1;
+};
+
+/// Makes grasps.
+struct RandomOptions {
+  std::uint64_t count = 0;
+  std::uint64_t seed = 1;
+  /// Of each grasp; a mixture if not given.
+  std::optional<int> contacts;
+};
+
+struct Options {
+  std::variant<SingleOptions, BatchOptions, RandomOptions> what;
+  Asked asked;
+  bool times = false;
+  /// Where the user wants the plug-in and the solver taken from.
+  std::string plugin = "sdpsol";
+  std::optional<std::string> solver;
+};
+
+/// How the program ends.
+enum ExitStatus : int {
+  kExitDone = 0,
+  kExitFailed = 1,    ///< a grasp or a question has an error, or the solver gave no answer
+  kExitUsage = 2,     ///< the command line is wrong
+  kExitFile = 3,      ///< a file could not be read or written
+  kExitInternal = 4,  ///< out of memory or an internal error
+};
+
+struct ParsedCommandLine {
+  std::optional<Options> options;  ///< nothing if the program is to end at once
+  ExitStatus status = kExitDone;
+  std::string output;  ///< for standard output: help or version
+  std::string error;   ///< for standard error
+};
+
+/// Reads the command line. Prints nothing, exits never.
+ParsedCommandLine parse_command_line(int argc, const char* const* argv);
+
+}  // namespace grasp::command

@@ -1,0 +1,92 @@
+#include "grasp/command/single.h"
+
+#include <cerrno>
+#include <iostream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <system_error>
+
+#include "grasp/command/failure.h"
+#include "grasp/command/whole_file.h"
+#include "grasp/grasp_file.h"
+#include "grasp/inquiry.h"
+#include "grasp/page_html.h"
+#include "grasp/picture_svg.h"
+#include "grasp/report_json.h"
+#include "grasp/report_table.h"
+#include "host/standard_output.h"
+
+namespace grasp::command {
+namespace {
+
+namespace fs = std::filesystem;
+using zelhost::Json;
+
+// Whether two paths lead to one file. Files that are still to be made are compared by name.
+bool same_file(const fs::path& a, const fs::path& b) {
+  std::error_code none;
+  return fs::equivalent(a, b, none) || fs::weakly_canonical(a) == fs::weakly_canonical(b);
+}
+
+/// The files of a run, none of which may take the place of another.
+struct Files {
+  std::optional<fs::path> grasp;  ///< none: standard input
+  std::optional<fs::path> svg;
+  std::optional<fs::path> html;
+};
+
+void expect_apart(const std::optional<fs::path>& a, const std::optional<fs::path>& b) {
+  if (a && b && same_file(*a, *b))
+    throw zelhost::HostError(b->string() + ": this file would be written over by another one");
+}
+
+Files files_of(const SingleOptions& single, const fs::path& home) {
+  const auto at_home = [&home](const std::optional<fs::path>& path) {
+    return path ? std::optional(home / *path) : std::nullopt;
+  };
+  Files files = {std::nullopt, at_home(single.svg), at_home(single.html)};
+  if (single.grasp != "-") files.grasp = home / single.grasp;
+  expect_apart(files.svg, files.grasp);
+  expect_apart(files.html, files.grasp);
+  expect_apart(files.html, files.svg);
+  return files;
+}
+
+// Errors call the file as the user did.
+Json read_document(const SingleOptions& single, const Files& files) {
+  if (files.grasp) return zelhost::read_json(*files.grasp, single.grasp);
+  const std::string text{std::istreambuf_iterator<char>(std::cin), {}};
+  return zelhost::parse_json(text, "standard input");
+}
+
+void write_pictures(const Files& files, const Grasp& grasp, const Answer& answer) {
+  if (files.svg) write_whole(*files.svg, draw_svg(grasp, answer));
+  if (files.html) write_whole(*files.html, draw_html(grasp, answer));
+}
+
+int answer_it(const SingleOptions& single, const Options& options, const Road& road,
+              const fs::path& home) {
+  const Files files = files_of(single, home);
+  const Json document = read_document(single, files);
+  const std::string name = files.grasp ? single.grasp : "standard input";
+  const Grasp grasp = read_grasp(zelhost::JsonNode(document, name, ""));
+  const Inquiry inquiry = make_inquiry(grasp, options.asked.question, options.asked.contacts);
+  // What the unit prints is no part of the answer.
+  const zelhost::ReservedOutput output;
+  const Answer answer = Asker(road).ask(grasp, inquiry);
+  write_pictures(files, grasp, answer);
+  output.write(single.json ? to_json(grasp, answer, options.times)
+                                     .dump(2, ' ', false, Json::error_handler_t::replace) +
+                                 "\n"
+                           : to_table(grasp, answer));
+  return kExitDone;
+}
+
+}  // namespace
+
+int answer_single(const SingleOptions& single, const Options& options, const Road& road,
+                  const fs::path& home) {
+  return report_failures([&] { return answer_it(single, options, road, home); });
+}
+
+}  // namespace grasp::command

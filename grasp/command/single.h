@@ -1,0 +1,14 @@
+// One grasp: asked, printed, drawn.
+#pragma once
+
+#include "grasp/asker.h"
+#include "grasp/command/options.h"
+
+namespace grasp::command {
+
+/// @param home what relative paths of the options start from; the working directory is
+/// for the asker's files. @return the exit status. Lets no exception out.
+int answer_single(const SingleOptions& single, const Options& options, const Road& road,
+                  const std::filesystem::path& home);
+
+}  // namespace grasp::command

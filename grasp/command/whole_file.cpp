@@ -1,0 +1,85 @@
+#include "grasp/command/whole_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <string>
+#include <system_error>
+
+#include "grasp/batch/descriptor.h"
+
+namespace grasp::command {
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void fail(const fs::path& file) {
+  throw std::system_error(errno, std::generic_category(), file.string());
+}
+
+void write_all(int descriptor, std::string_view text, const fs::path& file) {
+  while (!text.empty()) {
+    const ssize_t written = write(descriptor, text.data(), text.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) fail(file);
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+void write_into(const fs::path& file, std::string_view text) {
+  const Descriptor out(open(file.c_str(), O_WRONLY | O_CLOEXEC));
+  if (!out.is_open()) fail(file);
+  write_all(out.get(), text, file);
+}
+
+// Beside the file, and gone unless it takes the file's place.
+class Draft {
+ public:
+  explicit Draft(const fs::path& file)
+      : file_(file), name_(file.string() + ".XXXXXX"), out_(mkostemp(name_.data(), O_CLOEXEC)) {
+    if (!out_.is_open()) fail(file);
+  }
+  ~Draft() {
+    if (!name_.empty()) unlink(name_.c_str());
+  }
+  Draft(const Draft&) = delete;
+  Draft& operator=(const Draft&) = delete;
+  Draft(Draft&&) = delete;
+  Draft& operator=(Draft&&) = delete;
+
+  void write(std::string_view text) { write_all(out_.get(), text, file_); }
+
+  void take_place() {
+    // A draft is for its owner only; a new file has the rights that others give it.
+    const mode_t mask = umask(0);
+    umask(mask);
+    constexpr mode_t kEverybody = 0666;
+    if (fchmod(out_.get(), kEverybody & ~mask) != 0) fail(file_);
+    if (rename(name_.c_str(), file_.c_str()) != 0) fail(file_);
+    name_.clear();
+  }
+
+ private:
+  const fs::path& file_;
+  std::string name_;
+  Descriptor out_;
+};
+
+}  // namespace
+
+void write_whole(const fs::path& file, std::string_view text) {
+  const fs::path target = fs::is_symlink(file) ? fs::weakly_canonical(file) : file;
+  const fs::file_status status = fs::status(target);
+  if (fs::exists(status) && !fs::is_regular_file(status)) {
+    write_into(target, text);
+    return;
+  }
+  Draft draft(target);
+  draft.write(text);
+  draft.take_place();
+}
+
+}  // namespace grasp::command

@@ -1,0 +1,14 @@
+// Pictures appear whole or not at all.
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+
+namespace grasp::command {
+
+/// Writes beside the file first and takes its place then. What is no regular file, a
+/// device or a pipe, is written into; the target of a symbolic link is replaced.
+/// @throws std::system_error.
+void write_whole(const std::filesystem::path& file, std::string_view text);
+
+}  // namespace grasp::command
