@@ -19,6 +19,8 @@ using picture::Spot;
 
 constexpr double kBorder = 12;
 constexpr double kGap = 10;
+/// Between lines of the heading.
+constexpr double kLeading = 5;
 constexpr std::size_t kMostNotes = 5;
 
 /// A line of the heading.
@@ -26,6 +28,10 @@ struct Line {
   std::u32string text;
   Font font;
 };
+
+std::string title_of(const Grasp& grasp) {
+  return grasp.name.empty() ? "Grasp" : grasp.name;
+}
 
 std::string question_in_words(const Grasp& grasp, const Inquiry& inquiry) {
   std::string words = "question: " + std::string(to_string(inquiry.question));
@@ -66,7 +72,7 @@ std::vector<Line> heading(const Grasp& grasp, const Answer& answer, double width
       lines.push_back({.text = line, .font = font});
     }
   };
-  const std::u32string title = picture::drawable(grasp.name.empty() ? "Grasp" : grasp.name);
+  const std::u32string title = picture::drawable(title_of(grasp));
   lines.push_back({.text = picture::cut(title, width / kTitle.size, true), .font = kTitle});
   lines.push_back({.text = picture::drawable(to_string(answer.verdict)), .font = kVerdict});
   add(answer.reason, kText, 6);
@@ -85,30 +91,32 @@ std::string draw_svg(const Grasp& grasp, const Answer& answer) {
   const Vector panel = scene.fit.size + Vector::Constant(2 * picture::kMargin);
   const double width = 2 * kBorder + panel.x() + kGap + panel.y();
   const std::vector<Line> lines = heading(grasp, answer, width - 2 * kBorder);
-  double top = kBorder;
-  for (const Line& line : lines) top += line.font.size + 4;
-  top += 4;
-  const double middle = top + panel.y() + kGap;
+  double top = kBorder + 4;
+  for (const Line& line : lines) top += line.font.size + kLeading;
   const double right = kBorder + panel.x() + kGap;
+  Canvas legend;
+  const double above = std::max(panel.y(), draw_legend(legend, scene, {right, top}, panel.y()));
+  const double middle = top + above + kGap;
   const double height = middle + panel.z() + kBorder;
 
-  Canvas canvas(width, height, picture::drawable(grasp.name.empty() ? "Grasp" : grasp.name));
+  Canvas canvas;
   canvas.open("fill=\"#000\"");
   double y = kBorder;
   for (const Line& line : lines) {
-    y += line.font.size + 4;
-    canvas.text({kBorder, y - 4}, line.text, line.font);
+    y += line.font.size + kLeading;
+    canvas.text({kBorder, y - kLeading}, line.text, line.font);
   }
   canvas.close();
   const auto box = [&](double left, double upper, double w, double h) {
     return Box{.left = left, .top = upper, .right = left + w, .bottom = upper + h};
   };
   const auto& views = picture::views();
-  draw_view(canvas, scene, views[picture::kTop], box(kBorder, top, panel.x(), panel.y()));
+  draw_view(canvas, scene, views[picture::kTop],
+            box(kBorder, middle - kGap - panel.y(), panel.x(), panel.y()));
   draw_view(canvas, scene, views[picture::kFront], box(kBorder, middle, panel.x(), panel.z()));
   draw_view(canvas, scene, views[picture::kSide], box(right, middle, panel.y(), panel.z()));
-  draw_legend(canvas, scene, {right, top}, panel.y());
-  return canvas.finish();
+  canvas.append(legend);
+  return canvas.file(width, height, picture::drawable(title_of(grasp)));
 }
 
 }  // namespace grasp

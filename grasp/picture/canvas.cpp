@@ -34,25 +34,14 @@ std::string number(double value) {
   return text;
 }
 
-Canvas::Canvas(double width, double height, const std::u32string& title) {
-  svg_ = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\"";
-  svg_ += attribute("width", width) + attribute("height", height);
-  svg_ += " viewBox=\"0 0 " + number(width) + " " + number(height) + "\"";
-  svg_ += " font-family=\"Helvetica, Arial, 'Liberation Sans', 'DejaVu Sans', sans-serif\">\n";
-  svg_ += "<title>" + xml_text(title) + "</title>\n";
-  svg_ += "<rect width=\"100%\" height=\"100%\" fill=\"#fff\"/>\n";
-}
-
 void Canvas::open(std::string_view attributes) {
   svg_ += "<g ";
   svg_ += attributes;
   svg_ += ">\n";
-  ++open_;
 }
 
 void Canvas::close() {
   svg_ += "</g>\n";
-  --open_;
 }
 
 void Canvas::line(const Spot& from, const Spot& to) {
@@ -120,10 +109,15 @@ void Canvas::text(const Spot& at, const std::u32string& text, const Font& font, 
   svg_ += ">" + xml_text(text) + "</text>\n";
 }
 
-std::string Canvas::finish() const {
-  std::string whole = svg_;
-  for (int k = 0; k < open_; ++k) whole += "</g>\n";
-  return whole + "</svg>\n";
+std::string Canvas::file(double width, double height, const std::u32string& title) const {
+  std::string whole = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+  whole += "<svg xmlns=\"http://www.w3.org/2000/svg\"";
+  whole += attribute("width", width) + attribute("height", height);
+  whole += " viewBox=\"0 0 " + number(width) + " " + number(height) + "\"";
+  whole += " font-family=\"Helvetica, Arial, 'Liberation Sans', 'DejaVu Sans', sans-serif\">\n";
+  whole += "<title>" + xml_text(title) + "</title>\n";
+  whole += "<rect width=\"100%\" height=\"100%\" fill=\"#fff\"/>\n";
+  return whole + svg_ + "</svg>\n";
 }
 
 }  // namespace grasp::picture

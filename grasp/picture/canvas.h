@@ -27,9 +27,6 @@ struct Font {
 
 class Canvas {
  public:
-  /// @param title what programs say that do not show pictures.
-  Canvas(double width, double height, const std::u32string& title);
-
   /// @param attributes of all that comes until close().
   void open(std::string_view attributes);
   void close();
@@ -45,14 +42,16 @@ class Canvas {
   void text(const Spot& at, const std::u32string& text, const Font& font,
             Align align = Align::kLeft);
 
-  /// The whole file.
-  [[nodiscard]] std::string finish() const;
+  void append(const Canvas& other) { svg_ += other.svg_; }
+
+  /// The whole file; all groups have to be closed.
+  /// @param title what programs say that do not show pictures.
+  [[nodiscard]] std::string file(double width, double height, const std::u32string& title) const;
 
  private:
   void spots(std::string_view element, const std::vector<Spot>& spots);
 
   std::string svg_;
-  int open_ = 0;
 };
 
 }  // namespace grasp::picture

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <numbers>
 
@@ -14,27 +15,54 @@ constexpr int kDirections = 24;
 constexpr std::array<double, 8> kDistances = {6, 9, 13, 18, 25, 34, 46, 60};
 /// Farther away than this a label needs a line to its anchor.
 constexpr double kBeside = 11;
-constexpr double kMarkWeight = 40;
+constexpr double kMarkWeight = 80;
 constexpr double kLeaderWeight = 3;
 constexpr double kCrossedLabelWeight = 5;
 /// Of the wrong side altogether.
 constexpr double kSideWeight = 9;
-/// Of an anchor that is not the first one.
-constexpr double kAnchorWeight = 3;
-/// Of the raster that is searched when nothing near is free.
+/// Between the places that are searched when nothing near is free.
 constexpr double kStep = 3;
+/// A line that passes so close to a label is on it.
+constexpr double kClearance = 2;
 
 Box box_at(const Spot& centre, const Wish& wish) {
   return {centre.x() - wish.width / 2, centre.y() - wish.height / 2, centre.x() + wish.width / 2,
           centre.y() + wish.height / 2};
 }
 
-/// The box in this direction whose distance to the anchor is the given one.
-Box box_towards(const Spot& direction, double distance, const Spot& anchor, const Wish& wish) {
+/// The box in this direction whose distance to the anchor is about the given one.
+Box box_towards(const Spot& direction, double distance, const Wish& wish) {
   // Off an axis by so little that the box still stands on it: centred there, not at a corner.
   const auto side = [](double part) { return std::clamp(part * 1.6, -1.0, 1.0); };
   const Spot half(side(direction.x()) * wish.width / 2, side(direction.y()) * wish.height / 2);
-  return box_at(anchor + distance * direction + half, wish);
+  return box_at(wish.anchor + distance * direction + half, wish);
+}
+
+std::vector<Box> boxes_near(const Wish& wish) {
+  std::vector<Box> boxes;
+  for (const double distance : kDistances) {
+    for (int k = 0; k < kDirections; ++k) {
+      const double angle = 2 * std::numbers::pi * k / kDirections;
+      boxes.push_back(box_towards({std::cos(angle), std::sin(angle)}, distance, wish));
+    }
+  }
+  return boxes;
+}
+
+/// Boxes of this size in the area, at distances of the given steps.
+std::vector<Box> boxes_in(const Box& area, double width, double height, double right, double down) {
+  std::vector<Box> boxes;
+  for (double y = area.top; y + height <= area.bottom; y += down) {
+    for (double x = area.left; x + width <= area.right; x += right) {
+      boxes.push_back({x, y, x + width, y + height});
+    }
+  }
+  return boxes;
+}
+
+std::ptrdiff_t placed(const std::vector<std::optional<Place>>& places) {
+  return std::count_if(places.begin(), places.end(),
+                       [](const std::optional<Place>& place) { return place.has_value(); });
 }
 
 }  // namespace
@@ -66,67 +94,88 @@ bool LabelPlacer::is_free(const Box& box) const {
          std::none_of(taken_.begin(), taken_.end(), [&](const Box& b) { return b.overlaps(box); });
 }
 
-double LabelPlacer::cost(const Box& box, const Spot& anchor, const Spot& side) const {
-  const Spot end = box.nearest(anchor);
-  const double distance = (end - anchor).norm();
+double LabelPlacer::cost(const Box& box, const Wish& wish) const {
+  const Spot end = box.nearest(wish.anchor);
+  const double distance = (end - wish.anchor).norm();
+  const Box wide{.left = box.left - kClearance,
+                 .top = box.top - kClearance,
+                 .right = box.right + kClearance,
+                 .bottom = box.bottom + kClearance};
   double sum = distance;
-  for (const Line& line : lines_) sum += line.weight * length_within(line.segment, box);
+  for (const Line& line : lines_) sum += line.weight * length_within(line.segment, wide);
   for (const Box& mark : marks_) {
     if (mark.overlaps(box)) sum += kMarkWeight;
   }
-  const Spot towards = box.centre() - anchor;
-  if (side.norm() > 0 && towards.norm() > 0) {
-    sum += kSideWeight * (1 - towards.dot(side) / (towards.norm() * side.norm())) / 2;
-  }
+  const Spot towards = box.centre() - wish.anchor;
+  const double lengths = towards.norm() * wish.side.norm();
+  if (lengths > 0) sum += kSideWeight * (1 - towards.dot(wish.side) / lengths) / 2;
   if (distance > kBeside) {
     for (const Box& label : taken_) {
-      sum += kCrossedLabelWeight * length_within({anchor, end}, label);
+      sum += kCrossedLabelWeight * length_within({.from = wish.anchor, .to = end}, label);
     }
   }
   return sum;
 }
 
-std::optional<Place> LabelPlacer::place(const Wish& wish) {
-  std::optional<Box> best;
-  Spot best_anchor = wish.anchors.front();
+std::optional<Place> LabelPlacer::take(const Wish& wish, const std::vector<Box>& candidates) {
+  const Box* best = nullptr;
   double least = std::numeric_limits<double>::infinity();
-  const auto consider = [&](const Box& box, const Spot& anchor, double more) {
-    if (!is_free(box)) return;
-    const double sum = cost(box, anchor, wish.side) + more;
+  for (const Box& box : candidates) {
+    if (!is_free(box)) continue;
+    const double sum = cost(box, wish);
     // Two places that only rounding tells apart must not depend on it.
-    if (sum > least - 1e-6) return;
+    if (sum > least - 1e-6) continue;
     least = sum;
-    best = box;
-    best_anchor = anchor;
-  };
-  double more = 0;
-  for (const Spot& anchor : wish.anchors) {
-    for (const double distance : kDistances) {
-      for (int k = 0; k < kDirections; ++k) {
-        const double angle = 2 * std::numbers::pi * k / kDirections;
-        const Spot direction(std::cos(angle), std::sin(angle));
-        consider(box_towards(direction, distance, anchor, wish), anchor, more);
-      }
-    }
-    more += kAnchorWeight;
+    best = &box;
   }
-  if (!best) {
-    for (double y = area_.top; y + wish.height <= area_.bottom; y += kStep) {
-      for (double x = area_.left; x + wish.width <= area_.right; x += kStep) {
-        consider({x, y, x + wish.width, y + wish.height}, wish.anchors.front(), 0);
-      }
-    }
-  }
-  if (!best) return std::nullopt;
-
+  if (best == nullptr) return std::nullopt;
   taken_.push_back(*best);
   Place place{.box = *best, .leader = std::nullopt};
-  const Spot end = best->nearest(best_anchor);
-  if ((end - best_anchor).norm() > kBeside) {
-    place.leader = Segment{.from = best_anchor, .to = end};
+  const Spot end = best->nearest(wish.anchor);
+  if ((end - wish.anchor).norm() > kBeside) {
+    place.leader = Segment{.from = wish.anchor, .to = end};
     avoid(*place.leader, kLeaderWeight);
   }
   return place;
+}
+
+std::vector<std::optional<Place>> LabelPlacer::place_near(const std::vector<Wish>& wishes) const {
+  LabelPlacer placer = *this;
+  std::vector<std::optional<Place>> places;
+  for (const Wish& wish : wishes) {
+    std::optional<Place> place = placer.take(wish, boxes_near(wish));
+    if (!place) {
+      place = placer.take(wish, boxes_in(area_, wish.width, wish.height, kStep, kStep));
+    }
+    places.push_back(place);
+  }
+  return places;
+}
+
+std::vector<std::optional<Place>> LabelPlacer::place_in_raster(
+    const std::vector<Wish>& wishes) const {
+  double width = 1;
+  double height = 1;
+  for (const Wish& wish : wishes) {
+    width = std::max(width, wish.width);
+    height = std::max(height, wish.height);
+  }
+  const std::vector<Box> raster = boxes_in(area_, width, height, width, height);
+  LabelPlacer placer = *this;
+  std::vector<std::optional<Place>> places;
+  for (const Wish& wish : wishes) {
+    std::vector<Box> candidates;
+    for (const Box& cell : raster) candidates.push_back(box_at(cell.centre(), wish));
+    places.push_back(placer.take(wish, candidates));
+  }
+  return places;
+}
+
+std::vector<std::optional<Place>> LabelPlacer::place(const std::vector<Wish>& wishes) const {
+  std::vector<std::optional<Place>> near = place_near(wishes);
+  if (placed(near) == static_cast<std::ptrdiff_t>(wishes.size())) return near;
+  std::vector<std::optional<Place>> raster = place_in_raster(wishes);
+  return placed(raster) > placed(near) ? raster : near;
 }
 
 }  // namespace grasp::picture

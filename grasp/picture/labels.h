@@ -4,7 +4,9 @@
 // handful of them needs no more than this: one after the other, each at the best of the
 // places around its anchors: near, on the wished side, off lines and marks. What has been
 // placed stays. Where nothing near is free, the label goes to the nearest free place in
-// the area, with a line that leads to its anchor.
+// the area, with a line that leads to its anchor. Labels that were placed well for
+// themselves may leave no room for the last ones although there is room for all: then
+// all of them go into a raster of places.
 #pragma once
 
 #include <optional>
@@ -40,8 +42,7 @@ struct Segment {
 double length_within(const Segment& segment, const Box& box);
 
 struct Wish {
-  /// At least one; the first is the best.
-  std::vector<Spot> anchors;
+  Spot anchor = Spot::Zero();
   double width = 0;
   double height = 0;
   /// Where the label should be, seen from the anchor; any length.
@@ -65,8 +66,8 @@ class LabelPlacer {
   void avoid(const Segment& line, double weight) { lines_.push_back({line, weight}); }
   void avoid(const Box& mark) { marks_.push_back(mark); }
 
-  /// None where no free place is left in the area.
-  std::optional<Place> place(const Wish& wish);
+  /// One for each wish, earlier ones first; none where no free place is left in the area.
+  std::vector<std::optional<Place>> place(const std::vector<Wish>& wishes) const;
 
  private:
   struct Line {
@@ -74,7 +75,11 @@ class LabelPlacer {
     double weight;
   };
   [[nodiscard]] bool is_free(const Box& box) const;
-  [[nodiscard]] double cost(const Box& box, const Spot& anchor, const Spot& side) const;
+  [[nodiscard]] double cost(const Box& box, const Wish& wish) const;
+  std::optional<Place> take(const Wish& wish, const std::vector<Box>& candidates);
+  [[nodiscard]] std::vector<std::optional<Place>> place_near(const std::vector<Wish>& wishes) const;
+  [[nodiscard]] std::vector<std::optional<Place>> place_in_raster(
+      const std::vector<Wish>& wishes) const;
 
   Box area_;
   std::vector<Box> taken_;

@@ -64,11 +64,25 @@ std::string frictions(const Grasp& grasp) {
   return low == high ? low : low + " to " + high;
 }
 
-void explain_contacts(Canvas& canvas, Legend& legend, const Grasp& grasp) {
+/// Whether the picture shows a contact, in any view, of which this is true.
+bool is_anywhere(const Scene& scene, bool (*is)(const Scene&, const View&, std::size_t)) {
+  for (const View& view : views()) {
+    for (std::size_t k = 0; k < scene.grasp.contacts.size(); ++k) {
+      if (is(scene, view, k)) return true;
+    }
+  }
+  return false;
+}
+
+void explain_contacts(Canvas& canvas, Legend& legend, const Scene& scene) {
+  const Grasp& grasp = scene.grasp;
+  const bool behind = is_anywhere(scene, is_behind);
   draw_contact(canvas, legend.sign(), false);
-  legend.explain("contact in sight or on the outline");
-  draw_contact(canvas, legend.sign(), true);
-  legend.explain("contact behind the object");
+  legend.explain(behind ? "contact in sight or on the outline" : "contact");
+  if (behind) {
+    draw_contact(canvas, legend.sign(), true);
+    legend.explain("contact behind the object");
+  }
   draw_normal(canvas, legend.sign() - Spot(29, 0), legend.sign() + Spot(29, 0));
   legend.explain("inward normal");
   const bool friction = std::any_of(grasp.contacts.begin(), grasp.contacts.end(),
@@ -82,8 +96,8 @@ void explain_contacts(Canvas& canvas, Legend& legend, const Grasp& grasp) {
   cone.left = cone.centre - Spot(0, cone.major);
   cone.right = cone.centre + Spot(0, cone.major);
   draw_cone(canvas, cone);
-  legend.explain("friction cone, half angle atan \u03bc, \u03bc = " + frictions(grasp) +
-                 "; slant lines all of one length");
+  legend.explain("friction cone, half angle atan\u00a0\u03bc, \u03bc\u00a0=\u00a0" +
+                 frictions(grasp) + "; slant lines all of one length");
 }
 
 void explain_forces(Canvas& canvas, Legend& legend, const Scene& scene) {
@@ -93,6 +107,7 @@ void explain_forces(Canvas& canvas, Legend& legend, const Scene& scene) {
   draw_force(canvas, legend.sign() - half, legend.sign() + half);
   legend.explain("force on the object; an arrow of this length is " +
                  force_in_words(step, scene.largest_force));
+  if (!is_anywhere(scene, is_end_on)) return;
   draw_force_end_on(canvas, legend.sign() - Spot(14, 0), true);
   draw_contact(canvas, legend.sign() - Spot(14, 0), true);
   draw_force_end_on(canvas, legend.sign() + Spot(14, 0), false);
@@ -132,7 +147,7 @@ void explain_scale(Canvas& canvas, Legend& legend, const Scene& scene) {
 double draw_legend(Canvas& canvas, const Scene& scene, const Spot& corner, double width) {
   Legend legend(canvas, corner, width);
   explain_scale(canvas, legend, scene);
-  explain_contacts(canvas, legend, scene.grasp);
+  explain_contacts(canvas, legend, scene);
   explain_forces(canvas, legend, scene);
   draw_centre(canvas, legend.sign());
   legend.explain("centre, torques are about it");

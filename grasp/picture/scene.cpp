@@ -10,7 +10,9 @@ namespace {
 
 /// Of what is drawn to scale in a view, in pixels.
 constexpr double kLargestArea = 270;
-constexpr double kSmallestArea = 150;
+constexpr double kSmallestArea = 130;
+/// A projected arrow that is shorter looks like its head at best.
+constexpr double kEndOn = 9;
 /// Of a name, in units of the font's size.
 constexpr double kLongestName = 8;
 
@@ -51,6 +53,16 @@ std::vector<Item> items(const Scene& scene) {
 }
 
 }  // namespace
+
+bool is_behind(const Scene& scene, const View& view, std::size_t contact) {
+  return scene.grasp.contacts[contact].frame.normal.dot(view.to_viewer) > 0.02;
+}
+
+bool is_end_on(const Scene& scene, const View& view, std::size_t contact) {
+  if (!scene.has_forces()) return false;
+  const Vector arrow = scene.arrow(contact);
+  return arrow.norm() >= kEndOn && std::hypot(arrow[view.right], arrow[view.up]) < kEndOn;
+}
 
 Scene make_scene(const Grasp& grasp, const Answer& answer) {
   Scene scene{.grasp = grasp};

@@ -37,6 +37,12 @@ struct Scene {
   }
 };
 
+/// Whether the object hides the contact from the viewer.
+bool is_behind(const Scene& scene, const View& view, std::size_t contact);
+
+/// Whether the contact has a force whose arrow is not seen as one, being along the view.
+bool is_end_on(const Scene& scene, const View& view, std::size_t contact);
+
 /// @param grasp has to live as long as the scene.
 Scene make_scene(const Grasp& grasp, const Answer& answer);
 

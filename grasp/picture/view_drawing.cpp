@@ -10,25 +10,19 @@
 namespace grasp::picture {
 namespace {
 
-/// A projected arrow that is shorter looks like its head at best.
-constexpr double kEndOn = 9;
-
 /// What it costs a label to be on a line of the drawing, by the line's weight.
-constexpr double kOnForce = 3;
-constexpr double kOnNormal = 1.2;
-constexpr double kOnCone = 0.8;
+constexpr double kOnForce = 15;
+constexpr double kOnNormal = 2;
+constexpr double kOnCone = 0.7;
 constexpr double kOnHull = 0.25;
 
 constexpr Font kNameFont{.size = 11, .bold = true};
 constexpr Font kForceFont{.size = 10};
 constexpr double kTitleHeight = 20;
 
-/// A label that has its place.
-struct Label {
-  Place place;
-  std::u32string text;
-  Font font;
-};
+/// Of a label: a name, and below it how large the force is.
+constexpr double kNameHeight = 13;
+constexpr double kForceHeight = 12;
 
 class ViewDrawing {
  public:
@@ -55,8 +49,6 @@ class ViewDrawing {
     draw_centre(canvas_, projection_.at(scene_.grasp.centre));
     placer_.avoid(around(projection_.at(scene_.grasp.centre), 5));
     draw_contacts();
-    place_names();
-    place_forces();
     draw_labels();
   }
 
@@ -67,10 +59,9 @@ class ViewDrawing {
   [[nodiscard]] const Contact& contact(std::size_t k) const { return scene_.grasp.contacts[k]; }
   [[nodiscard]] Spot spot(std::size_t k) const { return projection_.at(contact(k).point); }
   [[nodiscard]] Spot arrow(std::size_t k) const { return projection_.along(scene_.arrow(k)); }
-  [[nodiscard]] bool is_end_on(std::size_t k) const {
-    return scene_.has_forces() && scene_.arrow(k).norm() >= kEndOn && arrow(k).norm() < kEndOn;
-  }
+  /// Empty where there are no forces.
   [[nodiscard]] std::u32string force_text(std::size_t k) const {
+    if (!scene_.has_forces()) return {};
     return drawable(force_in_words(scene_.forces[k].norm(), scene_.largest_force));
   }
 
@@ -81,10 +72,7 @@ class ViewDrawing {
   void draw_normals();
   void draw_contacts();
   void draw_labels();
-  void place_names();
-  void place_forces();
-  void place(const std::u32string& text, const Font& font, std::vector<Spot> anchors,
-             const Spot& side);
+  void draw_label(std::size_t k, const Place& place);
 
   Canvas& canvas_;
   const Scene& scene_;
@@ -92,7 +80,6 @@ class ViewDrawing {
   Projection projection_;
   LabelPlacer placer_;
   std::vector<std::size_t> order_;
-  std::vector<Label> labels_;
 };
 
 void ViewDrawing::draw_frame() {
@@ -102,16 +89,13 @@ void ViewDrawing::draw_frame() {
                    {panel_.right, panel_.bottom},
                    {panel_.left, panel_.bottom}});
   canvas_.close();
-  const std::u32string name = drawable(projection_.view().name);
-  const std::u32string sight = drawable(projection_.view().sight);
-  const double width = text_width(name, true) * kNameFont.size;
-  const Spot at(panel_.left + 7, panel_.top + 14);
+  const double line = panel_.top + 14;
   canvas_.open(kTextStyle);
-  canvas_.text(at, name, kNameFont);
-  canvas_.text(at + Spot(width + 5, 0), sight, kForceFont);
+  canvas_.text({panel_.left + 7, line}, drawable(projection_.view().name), kNameFont);
+  canvas_.text({panel_.right - 7, line}, drawable(projection_.view().sight), kForceFont,
+               Align::kRight);
   canvas_.close();
-  const double end = at.x() + width + 5 + text_width(sight, false) * kForceFont.size;
-  placer_.keep_free({panel_.left, panel_.top, end, panel_.top + kTitleHeight});
+  placer_.keep_free({panel_.left, panel_.top, panel_.right, panel_.top + kTitleHeight});
 
   const Spot origin(panel_.left + 10, panel_.bottom - 10);
   draw_axes(canvas_, origin, projection_.view());
@@ -180,7 +164,7 @@ void ViewDrawing::draw_normals() {
 void ViewDrawing::draw_contacts() {
   for (const std::size_t k : order_) {
     if (scene_.has_forces() && scene_.arrow(k).norm() >= 1) {
-      if (is_end_on(k)) {
+      if (is_end_on(scene_, projection_.view(), k)) {
         const bool to_viewer = projection_.towards_viewer(scene_.arrow(k)) > 0;
         draw_force_end_on(canvas_, spot(k), to_viewer);
         placer_.avoid(around(spot(k), to_viewer ? 6 : 10));
@@ -191,55 +175,53 @@ void ViewDrawing::draw_contacts() {
     }
   }
   for (const std::size_t k : order_) {
-    const bool behind = projection_.towards_viewer(contact(k).frame.normal) > 0.02;
+    const bool behind = is_behind(scene_, projection_.view(), k);
     draw_contact(canvas_, spot(k), behind);
     placer_.avoid(around(spot(k), 4));
   }
 }
 
-void ViewDrawing::place(const std::u32string& text, const Font& font, std::vector<Spot> anchors,
-                        const Spot& side) {
-  const Wish wish{.anchors = std::move(anchors),
-                  .width = text_width(text, font.bold) * font.size + 2,
-                  .height = font.size + 3,
-                  .side = side};
-  if (const std::optional<Place> place = placer_.place(wish)) {
-    labels_.push_back({.place = *place, .text = text, .font = font});
-  }
-}
-
-void ViewDrawing::place_names() {
-  for (std::size_t k = 0; k < order_.size(); ++k) {
-    // A name belongs outside, behind the contact; a force seen end on has its length
-    // beside the name, since nothing else would say whose it is.
-    std::u32string text = scene_.labels[k];
-    if (is_end_on(k)) text += U": " + force_text(k);
-    place(text, kNameFont, {spot(k)}, -projection_.along(contact(k).frame.normal));
-  }
-}
-
-void ViewDrawing::place_forces() {
-  if (!scene_.has_forces()) return;
-  for (std::size_t k = 0; k < order_.size(); ++k) {
-    if (is_end_on(k)) continue;
-    const Spot along = arrow(k);
-    place(force_text(k), kForceFont,
-          {spot(k) + 0.7 * along, spot(k) + 0.45 * along, spot(k) + along}, Spot::Zero());
-  }
-}
-
 void ViewDrawing::draw_labels() {
+  std::vector<Wish> wishes;
+  for (std::size_t k = 0; k < order_.size(); ++k) {
+    const double name = text_width(scene_.labels[k], true) * kNameFont.size;
+    const double force = text_width(force_text(k), false) * kForceFont.size;
+    // Outside of the object, behind the contact.
+    wishes.push_back({.anchor = spot(k),
+                      .width = std::max(name, force) + 3,
+                      .height = kNameHeight + (scene_.has_forces() ? kForceHeight : 0) + 1,
+                      .side = -projection_.along(contact(k).frame.normal)});
+  }
+  const std::vector<std::optional<Place>> places = placer_.place(wishes);
   canvas_.open(kLeaderStyle);
-  for (const Label& label : labels_) {
-    if (label.place.leader) canvas_.line(label.place.leader->from, label.place.leader->to);
+  for (const std::optional<Place>& place : places) {
+    if (place && place->leader) canvas_.line(place->leader->from, place->leader->to);
   }
   canvas_.close();
   canvas_.open(kLabelStyle);
-  for (const Label& label : labels_) {
-    const Spot at(label.place.box.centre().x(), label.place.box.bottom - 3);
-    canvas_.text(at, label.text, label.font, Align::kMiddle);
+  for (std::size_t k = 0; k < order_.size(); ++k) {
+    if (places[k]) draw_label(k, *places[k]);
   }
   canvas_.close();
+}
+
+void ViewDrawing::draw_label(std::size_t k, const Place& place) {
+  // A label is read from its contact on: it stands on the side of the box that is there.
+  const Box& box = place.box;
+  Align align = Align::kMiddle;
+  double x = box.centre().x();
+  if (box.left > spot(k).x()) {
+    align = Align::kLeft;
+    x = box.left + 1.5;
+  } else if (box.right < spot(k).x()) {
+    align = Align::kRight;
+    x = box.right - 1.5;
+  }
+  const double name = box.top + kNameHeight - 3;
+  canvas_.text({x, name}, scene_.labels[k], kNameFont, align);
+  if (scene_.has_forces()) {
+    canvas_.text({x, name + kForceHeight}, force_text(k), kForceFont, align);
+  }
 }
 
 }  // namespace
