@@ -80,9 +80,10 @@ double length_within(const Segment& segment, const Box& box) {
       if (start <= low || start >= high) last = -1;
       return;
     }
-    const auto [enter, leave] = std::minmax((low - start) / step, (high - start) / step);
-    first = std::max(first, enter);
-    last = std::min(last, leave);
+    const double at_low = (low - start) / step;
+    const double at_high = (high - start) / step;
+    first = std::max(first, std::min(at_low, at_high));
+    last = std::min(last, std::max(at_low, at_high));
   };
   clip(segment.from.x(), along.x(), box.left, box.right);
   clip(segment.from.y(), along.y(), box.top, box.bottom);
@@ -101,7 +102,7 @@ double LabelPlacer::cost(const Box& box, const Wish& wish) const {
                  .top = box.top - kClearance,
                  .right = box.right + kClearance,
                  .bottom = box.bottom + kClearance};
-  double sum = distance;
+  double sum = std::max(distance, kDistances.front());
   for (const Line& line : lines_) sum += line.weight * length_within(line.segment, wide);
   for (const Box& mark : marks_) {
     if (mark.overlaps(box)) sum += kMarkWeight;

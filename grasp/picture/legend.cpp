@@ -96,8 +96,8 @@ void explain_contacts(Canvas& canvas, Legend& legend, const Scene& scene) {
   cone.left = cone.centre - Spot(0, cone.major);
   cone.right = cone.centre + Spot(0, cone.major);
   draw_cone(canvas, cone);
-  legend.explain("friction cone, half angle atan\u00a0\u03bc, \u03bc\u00a0=\u00a0" +
-                 frictions(grasp) + "; slant lines all of one length");
+  legend.explain("friction cone to scale: half angle atan\u00a0\u03bc, \u03bc\u00a0=\u00a0" +
+                 frictions(grasp) + "; one slant length for all");
 }
 
 void explain_forces(Canvas& canvas, Legend& legend, const Scene& scene) {
@@ -105,7 +105,7 @@ void explain_forces(Canvas& canvas, Legend& legend, const Scene& scene) {
   const double step = round_step(kLongestScale / scene.pixels_per_newton);
   const Spot half(step * scene.pixels_per_newton / 2, 0);
   draw_force(canvas, legend.sign() - half, legend.sign() + half);
-  legend.explain("force on the object; an arrow of this length is " +
+  legend.explain("force on the object; in all views an arrow like this is " +
                  force_in_words(step, scene.largest_force));
   if (!is_anywhere(scene, is_end_on)) return;
   draw_force_end_on(canvas, legend.sign() - Spot(14, 0), true);

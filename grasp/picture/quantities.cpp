@@ -27,7 +27,7 @@ constexpr std::array<Unit, 5> kLengths = {{{"\u00b5m", 1e-6, 0.9999e-4},
                                            {"m", 1, 999.9},
                                            {"km", 1e3, 0}}};
 constexpr std::array<Unit, 5> kForces = {
-    {{"\u00b5N", 1e-6, 1e-4}, {"mN", 1e-3, 0.1}, {"N", 1, 1e4}, {"kN", 1e3, 1e7}, {"MN", 1e6, 0}}};
+    {{"\u00b5N", 1e-6, 1e-4}, {"mN", 1e-3, 0.1}, {"N", 1, 1e4}, {"kN", 1e3, 1e6}, {"MN", 1e6, 0}}};
 
 }  // namespace
 
