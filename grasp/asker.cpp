@@ -5,10 +5,11 @@
 #include <numeric>
 
 #include "grasp/contact_forces.h"
+#include "grasp/force_closure.h"
 #include "grasp/geometry.h"
 #include "grasp/nullspace.h"
 #include "grasp/reason.h"
-#include "grasp/unit_inputs.h"
+#include "grasp/solving.h"
 #include "grasp/unit_road.h"
 
 namespace grasp {
@@ -104,35 +105,6 @@ void set_forces(const Grasp& grasp, const GraspMap& map, const Eigen::MatrixXd& 
   expect_inside(grasp, answer);
 }
 
-// Whether the bounds hold all small forces of a cone, so that they are no reason why
-// there is no internal force: one that is too large could be made smaller.
-bool bounds_admit_small_forces(const Grasp& grasp) {
-  return std::all_of(grasp.contacts.begin(), grasp.contacts.end(), [](const Contact& contact) {
-    return std::all_of(contact.bounds.begin(), contact.bounds.end(), [&](const Bounds& bounds) {
-      const bool is_normal = &bounds == &contact.bounds.back();
-      return bounds.upper > 0 && (is_normal ? bounds.lower <= 0 : bounds.lower < 0);
-    });
-  });
-}
-
-// A grasp has force closure exactly if its map has rank 6 and there is an internal force
-// strictly inside all cones (Murray, Li, Sastry, ch. 5, on force closure).
-std::optional<bool> force_closure(const Grasp& grasp, const Answer& answer) {
-  if (answer.balance.rank < 6) return false;
-  switch (answer.verdict) {
-    case Verdict::kFeasible:
-      return true;
-    case Verdict::kInfeasible:
-      // The question about friction asks for more: frictionless contacts above 1 N.
-      if (answer.inquiry.question != Question::kFriction && bounds_admit_small_forces(grasp))
-        return false;
-      break;
-    case Verdict::kUndetermined:
-      break;
-  }
-  return {};
-}
-
 void add_notes(const Grasp& grasp, Answer& answer) {
   if (answer.balance.largest_dropped > 1e-12)
     answer.notes.emplace_back(
@@ -166,17 +138,18 @@ Answer Asker::ask(const Grasp& grasp, const Inquiry& inquiry) {
     answer.reason = "no nullspace: the " + std::to_string(space.balance.columns) +
                     " columns of the grasp map are independent, so that no forces but 0 balance";
   } else {
-    const UnitAnswer found = parts_->road.ask(unit_inputs(grasp, space.base), inquiry);
-    const Heading heading = read_heading(found.result);
-    if ((heading.verdict == Verdict::kFeasible) != found.feasible)
-      throw AskError("the unit and the result file contradict each other");
-    answer.verdict = heading.verdict;
-    answer.solving_time = found.seconds;
-    for (const std::string& warning : heading.warnings) answer.notes.push_back(warning);
-    if (found.feasible)
-      set_forces(grasp, map, space.base, found, answer);
+    const Solved solved = solve(parts_->road, grasp, inquiry, space);
+    answer.verdict = solved.heading.verdict;
+    answer.solving_time = solved.found.seconds;
+    for (const std::string& warning : solved.heading.warnings) answer.notes.push_back(warning);
+    if (solved.squeeze)
+      answer.notes.push_back("contacts " + grasp.label(solved.squeeze->first) + " and " +
+                             grasp.label(solved.squeeze->second) +
+                             " can squeeze alone; the others cannot join them");
+    if (solved.found.feasible)
+      set_forces(grasp, map, solved.base, solved.found, answer);
     else
-      answer.reason = explain(heading.reason, found.definition, grasp);
+      answer.reason = explain(solved.heading.reason, solved.found.definition, grasp);
   }
   answer.force_closure = force_closure(grasp, answer);
   return answer;
