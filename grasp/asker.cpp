@@ -74,8 +74,14 @@ void set_epsilons(const Grasp& grasp, const std::vector<std::size_t>& contacts,
         std::accumulate(margins.begin(), margins.end(), 0.0) / static_cast<double>(margins.size());
 }
 
+void withdraw_forces(Answer& answer) {
+  answer.verdict = Verdict::kUndetermined;
+  answer.reason = std::string(kBorderline);
+  answer.forces.clear();
+}
+
 // The forces follow from the exact base, the solver has seen six digits of it.
-void expect_inside(const Grasp& grasp, Answer& answer) {
+void judge_forces(const Grasp& grasp, Answer& answer) {
   double size = 0;
   for (const ContactForce& force : answer.forces) size = std::hypot(size, force.local.norm());
   for (std::size_t i = 0; i < answer.forces.size(); ++i) {
@@ -85,6 +91,9 @@ void expect_inside(const Grasp& grasp, Answer& answer) {
     if (outside > kPrecision * size * (1 + grasp.contacts[i].friction))
       throw AskError("the forces that came back are outside of the cone or the bounds of contact " +
                      grasp.label(i));
+    // Optimal forces are at limits by nature. Those that only have to exist are as far
+    // inside as they can be, and this is what the rounding has made possible.
+    if (answer.inquiry.question == Question::kExists) return withdraw_forces(answer);
     answer.notes.push_back("contact " + grasp.label(i) +
                            " is at its limit, to the six digits that the solver is given");
   }
@@ -102,7 +111,7 @@ void set_forces(const Grasp& grasp, const GraspMap& map, const Eigen::MatrixXd& 
   const Eigen::VectorXd residual = map * forces;
   answer.force_residual = residual.head<3>().cwiseAbs().maxCoeff();
   answer.torque_residual = residual.tail<3>().cwiseAbs().maxCoeff();
-  expect_inside(grasp, answer);
+  judge_forces(grasp, answer);
 }
 
 void add_notes(const Grasp& grasp, Answer& answer) {
