@@ -187,10 +187,12 @@ void ViewDrawing::draw_labels() {
     const double name = text_width(scene_.labels[k], true) * kNameFont.size;
     const double force = text_width(force_text(k), false) * kForceFont.size;
     // Outside of the object, behind the contact.
+    Vector inward = kNormalLength * contact(k).frame.normal;
+    if (scene_.has_forces()) inward += scene_.arrow(k);
     wishes.push_back({.anchor = spot(k),
                       .width = std::max(name, force) + 3,
                       .height = kNameHeight + (scene_.has_forces() ? kForceHeight : 0) + 1,
-                      .side = -projection_.along(contact(k).frame.normal)});
+                      .side = -projection_.along(inward)});
   }
   const std::vector<std::optional<Place>> places = placer_.place(wishes);
   canvas_.open(kLeaderStyle);
