@@ -177,7 +177,7 @@ void ViewDrawing::draw_contacts() {
   for (const std::size_t k : order_) {
     const bool behind = is_behind(scene_, projection_.view(), k);
     draw_contact(canvas_, spot(k), behind);
-    placer_.avoid(around(spot(k), 4));
+    placer_.avoid(around(spot(k), kContactRadius));
   }
 }
 
@@ -197,7 +197,9 @@ void ViewDrawing::draw_labels() {
   const std::vector<std::optional<Place>> places = placer_.place(wishes);
   canvas_.open(kLeaderStyle);
   for (const std::optional<Place>& place : places) {
-    if (place && place->leader) canvas_.line(place->leader->from, place->leader->to);
+    if (!place || !place->leader) continue;
+    const auto& [from, to] = *place->leader;
+    canvas_.line(from + kContactRadius * (to - from).normalized(), to);
   }
   canvas_.close();
   canvas_.open(kLabelStyle);
