@@ -47,7 +47,7 @@ TEST(ConeOutline, AgreesWithTheProjectedRim) {
   std::mt19937 random(7);
   std::uniform_real_distribution<double> part(-1, 1);
   int with_tangents = 0;
-  for (int round = 0; round < 300; ++round) {
+  for (int round = 0; round < 90; ++round) {
     const Vector axis = Vector(part(random), part(random), part(random)).normalized();
     const double friction = 0.05 + std::abs(part(random));
     const Projection view(views()[static_cast<std::size_t>(round) % 3], kOnePixel, Spot::Zero());
@@ -60,8 +60,8 @@ TEST(ConeOutline, AgreesWithTheProjectedRim) {
     const Spot e(std::cos(turn), std::sin(turn));
     double least = 0;
     double most = 0;
-    for (int k = 0; k < 720; ++k) {
-      const double t = k * std::numbers::pi / 360;
+    for (int k = 0; k < 360; ++k) {
+      const double t = k * std::numbers::pi / 180;
       const Vector rim =
           apex + kSlant * (std::cos(angle) * axis +
                            std::sin(angle) * (std::cos(t) * first + std::sin(t) * second));
@@ -89,8 +89,8 @@ TEST(ConeOutline, AgreesWithTheProjectedRim) {
     EXPECT_NEAR(bearing_of(cone.left), least, 1e-3);
     EXPECT_NEAR(bearing_of(cone.right), most, 1e-3);
   }
-  EXPECT_GT(with_tangents, 100);
-  EXPECT_LT(with_tangents, 290);
+  EXPECT_GT(with_tangents, 30);
+  EXPECT_LT(with_tangents, 88);
 }
 
 }  // namespace

@@ -176,6 +176,7 @@ std::vector<std::optional<Place>> LabelPlacer::place_in_raster(
   std::vector<std::optional<Place>> places;
   for (const Wish& wish : wishes) {
     std::vector<Box> candidates;
+    candidates.reserve(raster.size());
     for (const Box& cell : raster) candidates.push_back(box_at(cell.centre(), wish));
     places.push_back(placer.take(wish, candidates));
   }

@@ -121,6 +121,7 @@ void ViewDrawing::draw_hull() {
   }
   const std::vector<Vector>& points = std::get<PointHull>(*scene_.grasp.hull).points;
   std::vector<Spot> spots;
+  spots.reserve(points.size());
   for (const Vector& point : points) spots.push_back(projection_.at(point));
   canvas_.open(kHullStyle);
   draw_outline(spots);
@@ -182,6 +183,7 @@ void ViewDrawing::draw_contacts() {
 }
 
 void ViewDrawing::draw_labels() {
+  if (order_.size() > kMostLabels) return;
   std::vector<Wish> wishes;
   for (std::size_t k = 0; k < order_.size(); ++k) {
     const double name = text_width(scene_.labels[k], true) * kNameFont.size;
