@@ -36,6 +36,7 @@ TEST(ConvexHull, HasAllSpotsOnOneSideOfEachEdge) {
   std::normal_distribution<double> part;
   for (int round = 0; round < 50; ++round) {
     std::vector<Spot> spots;
+    spots.reserve(30);
     for (int k = 0; k < 30; ++k) spots.emplace_back(part(random), part(random));
     const std::vector<Spot> hull = convex_hull(spots);
     for (std::size_t k = 0; k < hull.size(); ++k) {
@@ -83,6 +84,7 @@ TEST(HullEdges, OfPointsInGeneralPositionSatisfyEulersFormula) {
   std::mt19937 random(4);
   std::normal_distribution<double> part;
   std::vector<Vector> points;
+  points.reserve(20);
   for (int k = 0; k < 20; ++k) {
     points.push_back(Vector(part(random), part(random), part(random)).normalized());
   }

@@ -14,6 +14,7 @@ constexpr double kSmallest = 130;
 
 std::vector<Item> points(const std::vector<Vector>& at) {
   std::vector<Item> items;
+  items.reserve(at.size());
   for (const Vector& point : at) items.push_back({.point = point, .offset = Vector::Zero()});
   return items;
 }
