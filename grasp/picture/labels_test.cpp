@@ -102,10 +102,14 @@ TEST(LabelPlacer, PlacesEightWideLabelsWhereverTheirAnchorsAre) {
 }
 
 TEST(LabelPlacer, MovesAllLabelsWhereTheFirstOnesLeaveNoRoom) {
-  // Three labels fill the area. The first would like to be in its middle, where it leaves
-  // room for none beside it.
+  // Three labels fill the area, one above the other. The first wishes to be where it leaves
+  // room for one below it, and for none above.
   const Box area{.left = 0, .top = 0, .right = 60, .bottom = 80};
-  expect_apart(LabelPlacer(area).place({wish({30, 21}), wish({30, 60}), wish({30, 60})}), area);
+  const Wish first = wish({30, 14}, 50, 26, {0, 1});
+  const auto alone = LabelPlacer(area).place({first});
+  ASSERT_TRUE(alone[0].has_value());
+  EXPECT_NEAR(alone[0]->box.top, 20, 0.1);
+  expect_apart(LabelPlacer(area).place({first, wish({30, 60}, 50), wish({30, 60}, 50)}), area);
 }
 
 TEST(LabelPlacer, LeavesOutWhatHasNoRoom) {
