@@ -240,8 +240,8 @@ std::vector<Sample> all_samples() {
           hull_of("nothing", {}),
           hull_of("grid", std::move(cells)),
           hull_of("cloud", cloud()),
-          pinched("tiny", 0.00005),
-          pinched("huge", 100),
+          pinched("tiny", 3e-5),
+          pinched("huge", 300),
           std::move(far_centre),
           single(),
           crowd()};
