@@ -16,8 +16,14 @@ function arrow(from, direction, length, thickness, material) {
   return group;
 }
 
+/// Lines come after the surfaces that they are the edges of, which would dim them.
+function after_surfaces(lines) {
+  lines.renderOrder = 1;
+  return lines;
+}
+
 function line(points, material) {
-  return new THREE.Line(new THREE.BufferGeometry().setFromPoints(points), material);
+  return after_surfaces(new THREE.Line(new THREE.BufferGeometry().setFromPoints(points), material));
 }
 
 /// A cone with its apex at a point, open along a unit direction. All cones have the same
@@ -122,7 +128,7 @@ function hull(points, surface, edge) {
     body.setAttribute("position", new THREE.Float32BufferAttribute(positions, 3));
     body.computeVertexNormals();
     group.add(new THREE.Mesh(body, surface));
-    group.add(new THREE.LineSegments(new THREE.EdgesGeometry(body, 2), edge));
+    group.add(after_surfaces(new THREE.LineSegments(new THREE.EdgesGeometry(body, 2), edge)));
   } else if (directions.length === 2) {
     const corners = outline(points, directions);
     const positions = [];
