@@ -12,6 +12,7 @@ function show_message(text) {
   message.textContent = text;
   message.hidden = false;
   document.getElementById("canvas").hidden = true;
+  document.getElementById("view").classList.add("empty");
   document.getElementById("key").hidden = true;
   window.graspView = { message: text };
 }

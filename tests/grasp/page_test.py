@@ -87,7 +87,7 @@ def browser(*arguments):
     options.binary_location = "/usr/bin/chromium"
     # The page is our own, and the superuser of a build machine gets no sandbox.
     for argument in ("--headless=new", "--no-sandbox", "--disable-dev-shm-usage",
-                     "--window-size=1000,900", *arguments):
+                     "--window-size=760,760", *arguments):
         options.add_argument(argument)
     options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
     return webdriver.Chrome(service=Service("/usr/bin/chromedriver"), options=options)
@@ -239,7 +239,7 @@ class PageTest(Pages):
             canvas.send_keys(back * 3)
             self.drawn()
             self.assert_close(self.camera(), start)
-        canvas.send_keys(Keys.ARROW_UP * 60)
+        canvas.send_keys(Keys.ARROW_UP * 20)
         self.assertTrue(all(map(math.isfinite, self.camera())))
         canvas.send_keys("0")
         self.assert_close(self.camera(), start)
@@ -333,13 +333,13 @@ class PageTest(Pages):
         self.assert_apart(self.labels())
         self.assertEqual(self.texts().count("2\u00a0N"), 16)
         width = self.driver.get_window_size()["width"]
-        self.driver.set_window_size(500, 900)
+        self.driver.set_window_size(500, 760)
         self.drawn()
         canvas = self.canvas()
         self.assertEqual(self.run_script("return [canvas.width, canvas.height]"),
                          [canvas.size["width"], canvas.size["height"]])
         self.assertGreater(self.look()["red"], 300)
-        self.driver.set_window_size(width, 900)
+        self.driver.set_window_size(width, 760)
 
     def test_loads_nothing_else(self):
         self.open("pinch")
