@@ -11,18 +11,23 @@ const QUESTIONS = {
   all: "The largest margins of all contacts",
 };
 
-const digits = (value) => String(Number(value.toPrecision(5))).replace("-", "\u2212");
+/// What is no number, such as the distance to a bound that there is none of, has arrived as null.
+function digits(value) {
+  if (!Number.isFinite(value)) return "\u2013";
+  return String(Number(value.toPrecision(5))).replace("-", "\u2212");
+}
 
 /// Numbers of one table with one count of decimals, so that their points stand below
 /// each other: five digits for the largest, or fewer where that says it all.
 function column_format(values) {
-  const largest = Math.max(...values.map(Math.abs));
-  if (!(largest > 0)) return () => "0";
-  const exponent = Math.floor(Math.log10(largest));
+  const known = values.filter(Number.isFinite);
+  const largest = known.reduce((most, value) => Math.max(most, Math.abs(value)), 0);
+  const exponent = largest > 0 ? Math.floor(Math.log10(largest)) : 4;
   if (exponent > 6 || exponent < -5) return digits;
   let decimals = Math.max(0, 4 - exponent);
-  while (decimals > 0 && values.every((value) => value.toFixed(decimals).endsWith("0"))) --decimals;
+  while (decimals > 0 && known.every((value) => value.toFixed(decimals).endsWith("0"))) --decimals;
   return (value) => {
+    if (!Number.isFinite(value)) return "\u2013";
     const text = value.toFixed(decimals);
     return Number(text) === 0 ? text.replace("-", "") : text.replace("-", "\u2212");
   };
@@ -73,7 +78,7 @@ function column_groups() {
   const margins = [["cone", ({ force: f }) => force(f.cone_margin)],
     ["bound", ({ force: f }) => bound(f.bound_margin)]];
   if (grasp.contacts.some((contact) => contact.force.epsilon !== null)) {
-    margins.push(["solver\u2019s", ({ force: f }) => (f.epsilon === null ? "\u2013" : digits(f.epsilon))]);
+    margins.push(["solver\u2019s", ({ force: f }) => digits(f.epsilon)]);
   }
   groups.push(["margins [N]", margins]);
   return groups;

@@ -11,6 +11,11 @@ const COLOUR = {
   contact: 0x101418, axis: 0x777f88,
 };
 
+/// Math.max takes no list of any length.
+function most(sizes) {
+  return sizes.reduce((largest, size) => Math.max(largest, size), 0);
+}
+
 /// The box around contacts and object, and the centre unless it is so far away that the
 /// rest would shrink to a dot: its middle, and the distance from there to the farthest point.
 function measure(grasp) {
@@ -26,8 +31,8 @@ function measure(grasp) {
       for (const sign of [-1, 1]) box.expandByPoint(point.clone().addScalar(sign * radius));
     }
     const middle = box.getCenter(new THREE.Vector3());
-    const distances = balls.map(([point, radius]) => point.distanceTo(middle) + radius);
-    return { box, middle, size: Math.max(...distances) };
+    const size = most(balls.map(([point, radius]) => point.distanceTo(middle) + radius));
+    return { box, middle, size };
   };
   const centre = new THREE.Vector3(...grasp.centre);
   const without = around();
@@ -60,7 +65,7 @@ function force_text(newtons) {
 /// point at each other's contact would meet.
 function newton(contacts, points) {
   const forces = contacts.map(({ force }) => new THREE.Vector3(...(force?.world ?? [0, 0, 0])));
-  const largest = Math.max(...forces.map((force) => force.length()));
+  const largest = most(forces.map((force) => force.length()));
   if (!(largest > 0)) return { newton: 0, largest: 0 };
   let scale = LONGEST_FORCE / largest;
   for (let i = 0; i < points.length && i < 100; ++i) {
@@ -115,13 +120,15 @@ function build_scene(grasp) {
     counts.object = 1;
   }
 
+  const dot_shape = new THREE.SphereBufferGeometry(0.028, 24, 16);
+  const pad_shape = new THREE.CylinderBufferGeometry(0.06, 0.06, 0.008, 32);
   const { newton: scale, largest } = newton(grasp.contacts, points);
   grasp.contacts.forEach((contact, i) => {
     const at = points[i];
     const normal = new THREE.Vector3(...contact.normal).normalize();
-    const dot = new THREE.Mesh(new THREE.SphereBufferGeometry(0.028, 24, 16), contact_paint);
+    const dot = new THREE.Mesh(dot_shape, contact_paint);
     dot.position.copy(at);
-    const pad = new THREE.Mesh(new THREE.CylinderBufferGeometry(0.06, 0.06, 0.008, 32), contact_paint);
+    const pad = new THREE.Mesh(pad_shape, contact_paint);
     pad.position.copy(at);
     pad.quaternion.setFromUnitVectors(UP, normal);
     groups.always.add(dot, pad);

@@ -36,13 +36,14 @@ function open_cone(apex, direction, half_angle, slant, surface, edge) {
   mantle.rotation.x = Math.PI;
   mantle.position.y = height / 2;
   group.add(mantle);
-  const rim = [];
-  for (let i = 0; i <= 64; ++i) {
+  const on_rim = (i) => {
     const angle = (i / 32) * Math.PI;
-    rim.push(new THREE.Vector3(radius * Math.cos(angle), height, radius * Math.sin(angle)));
-  }
-  group.add(line(rim, edge));
-  for (let i = 0; i < 64; i += 8) group.add(line([new THREE.Vector3(), rim[i]], edge));
+    return new THREE.Vector3(radius * Math.cos(angle), height, radius * Math.sin(angle));
+  };
+  const edges = [];
+  for (let i = 0; i < 64; ++i) edges.push(on_rim(i), on_rim(i + 1));
+  for (let i = 0; i < 64; i += 8) edges.push(new THREE.Vector3(), on_rim(i));
+  group.add(after_surfaces(new THREE.LineSegments(new THREE.BufferGeometry().setFromPoints(edges), edge)));
   group.position.copy(apex);
   group.quaternion.setFromUnitVectors(UP, direction);
   return group;

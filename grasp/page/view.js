@@ -39,7 +39,7 @@ function distance_for(ends, direction, camera) {
   const wide = slope * Math.max(1, camera.aspect);
   const needed = ends.map((end) => end.dot(towards) +
     Math.max(Math.abs(end.dot(upwards)) / slope, Math.abs(end.dot(sideways)) / wide));
-  return Math.max(0.98 / Math.sin(FIELD / 2), ...needed);
+  return Math.max(0.98 / Math.sin(FIELD / 2), most(needed));
 }
 
 function open_view(grasp) {

@@ -110,7 +110,8 @@ class Pages(unittest.TestCase):
         WebDriverWait(self.driver, 20).until(lambda driver: self.run_script("return !!window.graspView"))
 
     def tearDown(self):
-        self.assertEqual(self.driver.get_log("browser"), [])
+        errors = [entry for entry in self.driver.get_log("browser") if entry["level"] == "SEVERE"]
+        self.assertEqual(errors, [])
 
     def run_script(self, script, *arguments):
         return self.driver.execute_script(script, *arguments)
@@ -318,6 +319,7 @@ class PageTest(Pages):
         self.assertEqual([row[0] for row in rows], ["thumb", "index", "middle", "table", "4", "idle"])
         self.assertEqual(rows[1][1:], ["friction", "0.8", "10.44", "3.00", "0.00", "10.00", "\u221210.00",
                                        "3.00", "0.00", "5.00", "10", "5"])
+        self.assertEqual(rows[5][10:], ["0.00", "\u2013", "0"])
         self.assertEqual(rows[3][1:7], ["frictionless", "\u2013", "6.00", "\u2013", "\u2013", "6.00"])
 
     def test_shows_names_as_they_are(self):
