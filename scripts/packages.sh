@@ -5,12 +5,12 @@
 # What the two commands of the README need to be built.
 # shellcheck disable=SC2034  # read by the scripts that source this file
 BUILD_PACKAGES=(g++ cmake ninja-build libsdp-dev libopenblas-serial-dev libeigen3-dev
-  libcli11-dev nlohmann-json3-dev)
+  libcli11-dev nlohmann-json3-dev libjs-three)
 
 # What only the tests need.
 # shellcheck disable=SC2034
 TEST_PACKAGES=(libgtest-dev libbenchmark-dev libgmp-dev clang-format clang-tidy shellcheck python3
-  python3-jsonschema groff-base)
+  python3-jsonschema groff-base chromium chromium-driver python3-selenium)
 
 # What only the benchmarks need: commands to measure against.
 # shellcheck disable=SC2034

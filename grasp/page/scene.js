@@ -3,11 +3,18 @@
 // Lengths are divided by the grasp's own size before they reach the graphics: these count in
 // single precision, and grasps are as small as a chip and as large as a house.
 const LONGEST_FORCE = 0.6;
+const SHORTEST_LONGEST_FORCE = 0.25;
 const CONE_SLANT = 0.3;
+const FACING = Math.cos(Math.PI / 6);
 const COLOUR = {
   force: 0xc8281e, cone: 0x2468b2, normal: 0x333333, object: 0x9aa7b4, edge: 0x5f6b78,
   contact: 0x101418, axis: 0x777f88,
 };
+
+/// Math.max takes no list of any length.
+function most(sizes) {
+  return sizes.reduce((largest, size) => Math.max(largest, size), 0);
+}
 
 /// The box around contacts and object, and the centre unless it is so far away that the
 /// rest would shrink to a dot: its middle, and the distance from there to the farthest point.
@@ -24,8 +31,8 @@ function measure(grasp) {
       for (const sign of [-1, 1]) box.expandByPoint(point.clone().addScalar(sign * radius));
     }
     const middle = box.getCenter(new THREE.Vector3());
-    const distances = balls.map(([point, radius]) => point.distanceTo(middle) + radius);
-    return { box, middle, size: Math.max(...distances) };
+    const size = most(balls.map(([point, radius]) => point.distanceTo(middle) + radius));
+    return { box, middle, size };
   };
   const centre = new THREE.Vector3(...grasp.centre);
   const without = around();
@@ -54,21 +61,33 @@ function force_text(newtons) {
   return `${Number(newtons.toPrecision(3))}\u00a0N`;
 }
 
-/// How long a newton is: the longest force gets a fixed length, or less where contacts are
-/// so close that arrows of opposite ones would run into each other.
+/// How long a newton is: the longest force gets a fixed length, or less where arrows that
+/// point at each other's contact would meet.
 function newton(contacts, points) {
-  const largest = Math.max(...contacts.map(({ force }) => (force ? Math.hypot(...force.world) : 0)));
+  const forces = contacts.map(({ force }) => new THREE.Vector3(...(force?.world ?? [0, 0, 0])));
+  const largest = most(forces.map((force) => force.length()));
   if (!(largest > 0)) return { newton: 0, largest: 0 };
-  let nearest = Infinity;
+  let scale = LONGEST_FORCE / largest;
   for (let i = 0; i < points.length && i < 100; ++i) {
-    for (let j = 0; j < i; ++j) nearest = Math.min(nearest, points[i].distanceTo(points[j]));
+    for (let j = 0; j < i; ++j) {
+      const between = points[j].clone().sub(points[i]);
+      const distance = between.length();
+      const towards = (force, sign) => sign * force.dot(between) > FACING * force.length() * distance;
+      if (!towards(forces[i], 1) || !towards(forces[j], -1)) continue;
+      scale = Math.min(scale, (0.84 * distance) / (forces[i].length() + forces[j].length()));
+    }
   }
-  const longest = Math.max(0.3, Math.min(LONGEST_FORCE, 0.42 * nearest));
-  return { newton: longest / largest, largest };
+  return { newton: Math.max(scale, SHORTEST_LONGEST_FORCE / largest), largest };
+}
+
+/// Where the axes stand: beside the low corner of the box, also where the box is flat.
+function axes_corner(box, middle, size) {
+  const corner = box.min.clone().sub(middle).divideScalar(size);
+  return corner.min(new THREE.Vector3(-0.45, -0.45, -0.45)).addScalar(-0.12).clampLength(0, 1.5);
 }
 
 /// @return groups by what can be switched on and off, labels (text, place, kind, group),
-/// counts of what was drawn, and the words for the scale.
+/// counts of what was drawn, the words for the scale, and the points that are farthest out.
 function build_scene(grasp) {
   const { box, middle, size, has_centre } = measure(grasp);
   const placed = (point) => new THREE.Vector3(...point).sub(middle).divideScalar(size);
@@ -94,20 +113,22 @@ function build_scene(grasp) {
 
   if (grasp.hull) {
     const surface = glass(COLOUR.object, 0.22);
-    const edge = stroke(COLOUR.edge);
+    const edge = stroke(COLOUR.edge, 0.99);
     groups.object.add(grasp.hull.points
       ? hull(grasp.hull.points.map(placed), surface, edge)
       : ball(placed(grasp.hull.centre), grasp.hull.radius / size, surface, edge));
     counts.object = 1;
   }
 
+  const dot_shape = new THREE.SphereBufferGeometry(0.028, 24, 16);
+  const pad_shape = new THREE.CylinderBufferGeometry(0.06, 0.06, 0.008, 32);
   const { newton: scale, largest } = newton(grasp.contacts, points);
   grasp.contacts.forEach((contact, i) => {
     const at = points[i];
     const normal = new THREE.Vector3(...contact.normal).normalize();
-    const dot = new THREE.Mesh(new THREE.SphereBufferGeometry(0.028, 24, 16), contact_paint);
+    const dot = new THREE.Mesh(dot_shape, contact_paint);
     dot.position.copy(at);
-    const pad = new THREE.Mesh(new THREE.CylinderBufferGeometry(0.06, 0.06, 0.008, 32), contact_paint);
+    const pad = new THREE.Mesh(pad_shape, contact_paint);
     pad.position.copy(at);
     pad.quaternion.setFromUnitVectors(UP, normal);
     groups.always.add(dot, pad);
@@ -116,7 +137,7 @@ function build_scene(grasp) {
       place: at.clone().addScaledVector(normal, -0.2) });
 
     // It begins outside, since a force along it hides the rest.
-    groups.normals.add(arrow(at.clone().addScaledVector(normal, -0.12), normal, 0.42, 0.007, normal_paint));
+    groups.normals.add(arrow(at.clone().addScaledVector(normal, -0.12), normal, 0.42, 0.006, normal_paint));
     ++counts.normals;
     if (contact.friction > 0) {
       groups.cones.add(open_cone(at, normal, Math.atan(contact.friction), CONE_SLANT, cone_glass, cone_stroke));
@@ -139,7 +160,7 @@ function build_scene(grasp) {
   }
 
   const unit = round_length(size * 0.5);
-  const corner = box.min.clone().sub(middle).divideScalar(size).addScalar(-0.12);
+  const corner = axes_corner(box, middle, size);
   const axis_paint = paint(COLOUR.axis);
   [[1, 0, 0], [0, 1, 0], [0, 0, 1]].forEach((axis, i) => {
     const direction = new THREE.Vector3(...axis);
@@ -150,9 +171,17 @@ function build_scene(grasp) {
   labels.push({ text: length_text(unit), kind: "axis", group: "always",
     place: corner.clone().addScalar(-0.05) });
 
+  // All of it is to be seen at first: what has ends beyond the box, and the box.
+  const ends = labels.map((label) => label.place);
+  for (let i = 0; i < 8; ++i) {
+    const end = placed([i & 1 ? box.max.x : box.min.x, i & 2 ? box.max.y : box.min.y,
+      i & 4 ? box.max.z : box.min.z]);
+    ends.push(end.clampLength(0, 1));
+  }
+
   let words = `The axes x, y and z are ${length_text(unit)} long.`;
   if (counts.forces) words += ` The longest arrow is ${force_text(largest)}.`;
   if (counts.cones) words += " The cones open by the angle of friction, atan \u00b5, to each side of the normal.";
   if (!has_centre) words += " The centre is too far away to be shown.";
-  return { groups, labels, counts, words };
+  return { groups, labels, counts, words, ends };
 }

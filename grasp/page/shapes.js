@@ -16,8 +16,14 @@ function arrow(from, direction, length, thickness, material) {
   return group;
 }
 
+/// Lines come after the surfaces that they are the edges of, which would dim them.
+function after_surfaces(lines) {
+  lines.renderOrder = 1;
+  return lines;
+}
+
 function line(points, material) {
-  return new THREE.Line(new THREE.BufferGeometry().setFromPoints(points), material);
+  return after_surfaces(new THREE.Line(new THREE.BufferGeometry().setFromPoints(points), material));
 }
 
 /// A cone with its apex at a point, open along a unit direction. All cones have the same
@@ -30,13 +36,14 @@ function open_cone(apex, direction, half_angle, slant, surface, edge) {
   mantle.rotation.x = Math.PI;
   mantle.position.y = height / 2;
   group.add(mantle);
-  const rim = [];
-  for (let i = 0; i <= 64; ++i) {
+  const on_rim = (i) => {
     const angle = (i / 32) * Math.PI;
-    rim.push(new THREE.Vector3(radius * Math.cos(angle), height, radius * Math.sin(angle)));
-  }
-  group.add(line(rim, edge));
-  for (let i = 0; i < 64; i += 8) group.add(line([new THREE.Vector3(), rim[i]], edge));
+    return new THREE.Vector3(radius * Math.cos(angle), height, radius * Math.sin(angle));
+  };
+  const edges = [];
+  for (let i = 0; i < 64; ++i) edges.push(on_rim(i), on_rim(i + 1));
+  for (let i = 0; i < 64; i += 8) edges.push(new THREE.Vector3(), on_rim(i));
+  group.add(after_surfaces(new THREE.LineSegments(new THREE.BufferGeometry().setFromPoints(edges), edge)));
   group.position.copy(apex);
   group.quaternion.setFromUnitVectors(UP, direction);
   return group;
@@ -122,7 +129,7 @@ function hull(points, surface, edge) {
     body.setAttribute("position", new THREE.Float32BufferAttribute(positions, 3));
     body.computeVertexNormals();
     group.add(new THREE.Mesh(body, surface));
-    group.add(new THREE.LineSegments(new THREE.EdgesGeometry(body, 2), edge));
+    group.add(after_surfaces(new THREE.LineSegments(new THREE.EdgesGeometry(body, 2), edge)));
   } else if (directions.length === 2) {
     const corners = outline(points, directions);
     const positions = [];

@@ -12,6 +12,7 @@ function show_message(text) {
   message.textContent = text;
   message.hidden = false;
   document.getElementById("canvas").hidden = true;
+  document.getElementById("view").classList.add("empty");
   document.getElementById("key").hidden = true;
   window.graspView = { message: text };
 }
@@ -28,8 +29,21 @@ function turn(camera, target, sideways, upwards) {
   camera.position.copy(target).add(offset);
 }
 
+/// From how far away a camera that looks at the middle sees all points, and still does when
+/// it turns.
+function distance_for(ends, direction, camera) {
+  const towards = direction.clone().normalize();
+  const sideways = new THREE.Vector3().crossVectors(camera.up, towards).normalize();
+  const upwards = new THREE.Vector3().crossVectors(towards, sideways);
+  const slope = 0.88 * Math.tan(FIELD / 2);
+  const wide = slope * Math.max(1, camera.aspect);
+  const needed = ends.map((end) => end.dot(towards) +
+    Math.max(Math.abs(end.dot(upwards)) / slope, Math.abs(end.dot(sideways)) / wide));
+  return Math.max(0.98 / Math.sin(FIELD / 2), most(needed));
+}
+
 function open_view(grasp) {
-  const { groups, labels, counts, words } = build_scene(grasp);
+  const { groups, labels, counts, words, ends } = build_scene(grasp);
   document.getElementById("scale").textContent = words;
 
   const canvas = document.getElementById("canvas");
@@ -43,7 +57,8 @@ function open_view(grasp) {
   const lamp = new THREE.DirectionalLight(0xffffff, 0.45);
   const camera = new THREE.PerspectiveCamera();
   camera.up.set(0, 0, 1);
-  camera.position.copy(START).setLength(1.18 / Math.sin(FIELD / 2));
+  camera.aspect = view.clientWidth / Math.max(1, view.clientHeight);
+  camera.position.copy(START).setLength(distance_for(ends, START, camera));
   lamp.position.set(-0.6, 0.8, 1);
   camera.add(lamp);
   scene.add(camera);
@@ -59,6 +74,7 @@ function open_view(grasp) {
   const shown = (group) => group === "always" || switches[group].checked;
   let frames = 0;
   let due = false;
+  let fitted = {};
 
   function draw() {
     due = false;
@@ -75,7 +91,8 @@ function open_view(grasp) {
   }
   function fit() {
     const { clientWidth: width, clientHeight: height } = view;
-    if (!width || !height) return;
+    if (!width || !height || (width === fitted.width && height === fitted.height)) return;
+    fitted = { width, height };
     renderer.setPixelRatio(window.devicePixelRatio);
     renderer.setSize(width, height, false);
     camera.aspect = width / height;
@@ -124,6 +141,7 @@ function open_view(grasp) {
 
   window.graspView = {
     counts,
+    groups,
     reset,
     get camera() { return camera.position.toArray(); },
     get frames() { return frames; },

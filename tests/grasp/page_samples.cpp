@@ -3,6 +3,7 @@
 #include <Eigen/Geometry>
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 #include <random>
 #include <stdexcept>
@@ -135,6 +136,8 @@ Sample boxed() {
   Answer answer = feasible(grasp, {Vector(20, 0, 0), Vector(-10, 3, 0), Vector(-10, -3, 0),
                                    Vector(0, 0, 6), Vector(0, 0, -6), Vector::Zero()});
   answer.inquiry = {grasp::Question::kIndividual, {0, 4}};
+  // As where the force has no bound.
+  answer.forces[5].bound_margin = std::numeric_limits<double>::infinity();
   answer.notes = {"The forces are not the only ones that are best."};
   return {"box", std::move(grasp), std::move(answer)};
 }
@@ -220,8 +223,10 @@ std::vector<Sample> all_samples() {
     for (int j = -2; j <= 2; ++j) grid.emplace_back(0.015 * i, 0.01 * j, 0.01 * j);
   }
   std::vector<Vector> cells;
-  for (int i = 0; i < 27; ++i) {
-    cells.emplace_back(0.03 * (i % 3 - 1), 0.02 * (i / 3 % 3 - 1), 0.01 * (i / 9 - 1));
+  for (const double x : {-0.03, 0.0, 0.03}) {
+    for (const double y : {-0.02, 0.0, 0.02}) {
+      for (const double z : {-0.01, 0.0, 0.01}) cells.emplace_back(x, y, z);
+    }
   }
   Sample nasty = without_hull("nasty", kNasty, kNasty);
   nasty.answer.notes = {kNasty};
@@ -240,8 +245,8 @@ std::vector<Sample> all_samples() {
           hull_of("nothing", {}),
           hull_of("grid", std::move(cells)),
           hull_of("cloud", cloud()),
-          pinched("tiny", 0.00005),
-          pinched("huge", 100),
+          pinched("tiny", 3e-5),
+          pinched("huge", 300),
           std::move(far_centre),
           single(),
           crowd()};
