@@ -75,9 +75,7 @@ int answer_it(const SingleOptions& single, const Options& options, const Road& r
   const zelhost::ReservedOutput output;
   const Answer answer = Asker(road).ask(grasp, inquiry);
   write_pictures(files, grasp, answer);
-  output.write(single.json ? to_json(grasp, answer, options.times)
-                                     .dump(2, ' ', false, Json::error_handler_t::replace) +
-                                 "\n"
+  output.write(single.json ? to_text(to_json(grasp, answer, options.times))
                            : to_table(grasp, answer));
   return kExitDone;
 }
