@@ -1,7 +1,6 @@
 #include "grasp/batch/result_file.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -57,10 +56,17 @@ ResultFile::ResultFile(const std::optional<std::string>& path, bool resume)
   }
   struct stat state = {};
   is_regular_ = fstat(descriptor_.get(), &state) == 0 && S_ISREG(state.st_mode);
-  // Two that write one file would both go on where it ended for them. Where there are
-  // no locks, as on some network file systems, it goes without.
-  if (path && is_regular_ && flock(descriptor_.get(), LOCK_EX | LOCK_NB) != 0 &&
-      errno == EWOULDBLOCK)
+  if (path && is_regular_) lock();
+}
+
+void ResultFile::lock() const {
+  // Two that write one file would both go on where it ended for them. Workers do not
+  // inherit this kind of lock. Where there are none, as on some network file systems, it
+  // goes without.
+  struct flock whole = {};
+  whole.l_type = F_WRLCK;
+  whole.l_whence = SEEK_SET;
+  if (fcntl(descriptor_.get(), F_SETLK, &whole) != 0 && (errno == EAGAIN || errno == EACCES))
     throw ResultFileError(name_ + " is being written by another process");
 }
 

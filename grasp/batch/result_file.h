@@ -66,6 +66,7 @@ class ResultFile {
 
  private:
   [[noreturn]] void fail() const;
+  void lock() const;
 
   std::string name_;
   Descriptor descriptor_;

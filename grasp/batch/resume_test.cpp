@@ -115,6 +115,28 @@ TEST(Resume, LeavesOutTimesWhereLinesCarryThem) {
                  true);
 }
 
+TEST(Resume, RefusesAFileThatAnotherRunWrites) {
+  TestBatch batch;
+  batch.options.resume = true;
+  batch.set_input("a\nhang\n");
+  const pid_t other = fork();
+  if (other == 0) {
+    const auto hangs = [](const PrintedText&) -> AnswerLine {
+      return [](std::uint64_t number, const std::string& text) -> LineAnswer {
+        if (text == "hang") usleep(60'000'000);
+        return {"FEASIBLE", obedient_answer(number, text)};
+      };
+    };
+    _exit(run_batch(batch.options, hangs, std::cerr));
+  }
+  while (!batch.folder().exists("result") || batch.result().empty()) usleep(1000);
+  EXPECT_EQ(batch.run(obedient_lines()).said,
+            "grasp: error: result is being written by another process\n");
+  kill(other, SIGTERM);
+  waitpid(other, nullptr, 0);
+  EXPECT_EQ(batch.run(obedient_lines()).status, kBatchDone);
+}
+
 // A line in three takes a while, so that lines are answered out of order.
 MakeAnswerLine uneven() {
   return [](const PrintedText&) -> AnswerLine {
