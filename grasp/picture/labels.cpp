@@ -18,6 +18,8 @@ constexpr double kBeside = 11;
 constexpr double kMarkWeight = 80;
 constexpr double kLeaderWeight = 3;
 constexpr double kCrossedLabelWeight = 5;
+/// Of a place that is beside another label's anchor, and not farther from it than from its own.
+constexpr double kOthersWeight = 12;
 /// Of the wrong side altogether.
 constexpr double kSideWeight = 9;
 /// Between the places that are searched when nothing near is free.
@@ -110,6 +112,12 @@ double LabelPlacer::cost(const Box& box, const Wish& wish) const {
   const Spot towards = box.centre() - wish.anchor;
   const double lengths = towards.norm() * wish.side.norm();
   if (lengths > 0) sum += kSideWeight * (1 - towards.dot(wish.side) / lengths) / 2;
+  for (const Spot& other : anchors_) {
+    const bool same = (other - wish.anchor).norm() < 1;
+    if (!same && (box.nearest(other) - other).norm() < std::max(distance, kBeside)) {
+      sum += kOthersWeight;
+    }
+  }
   if (distance > kBeside) {
     for (const Box& label : taken_) {
       sum += kCrossedLabelWeight * length_within({.from = wish.anchor, .to = end}, label);
@@ -142,6 +150,7 @@ std::optional<Place> LabelPlacer::take(const Wish& wish, const std::vector<Box>&
 
 std::vector<std::optional<Place>> LabelPlacer::place_near(const std::vector<Wish>& wishes) const {
   LabelPlacer placer = *this;
+  for (const Wish& wish : wishes) placer.anchors_.push_back(wish.anchor);
   std::vector<std::optional<Place>> places;
   for (const Wish& wish : wishes) {
     std::optional<Place> place = placer.take(wish, boxes_near(wish));
@@ -163,9 +172,11 @@ std::vector<std::optional<Place>> LabelPlacer::place_in_raster(
   }
   const std::vector<Box> raster = boxes_in(area_, width, height, width, height);
   LabelPlacer placer = *this;
+  for (const Wish& wish : wishes) placer.anchors_.push_back(wish.anchor);
   std::vector<std::optional<Place>> places;
   for (const Wish& wish : wishes) {
     std::vector<Box> candidates;
+    candidates.reserve(raster.size());
     for (const Box& cell : raster) candidates.push_back(box_at(cell.centre(), wish));
     places.push_back(placer.take(wish, candidates));
   }

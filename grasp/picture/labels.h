@@ -85,6 +85,7 @@ class LabelPlacer {
   std::vector<Box> taken_;
   std::vector<Box> marks_;
   std::vector<Line> lines_;
+  std::vector<Spot> anchors_;
 };
 
 }  // namespace grasp::picture

@@ -105,8 +105,7 @@ void explain_forces(Canvas& canvas, Legend& legend, const Scene& scene) {
   const double step = round_step(kLongestScale / scene.pixels_per_newton);
   const Spot half(step * scene.pixels_per_newton / 2, 0);
   draw_force(canvas, legend.sign() - half, legend.sign() + half);
-  legend.explain("force on the object; in all views an arrow like this is " +
-                 force_in_words(step, scene.largest_force));
+  legend.explain("force on the object, here " + force_in_words(step, scene.largest_force));
   if (!is_anywhere(scene, is_end_on)) return;
   draw_force_end_on(canvas, legend.sign() - Spot(14, 0), true);
   draw_contact(canvas, legend.sign() - Spot(14, 0), true);

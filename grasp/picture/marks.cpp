@@ -68,7 +68,7 @@ void draw_normal(Canvas& canvas, const Spot& from, const Spot& to) {
 void draw_contact(Canvas& canvas, const Spot& at, bool behind) {
   canvas.open(behind ? R"(fill="#fff" stroke="#000" stroke-width="1.4")"
                      : R"(fill="#000" stroke="#fff" stroke-width="0.8")");
-  canvas.circle(at, behind ? 3.3 : 4);
+  canvas.circle(at, behind ? kContactRadius - 0.7 : kContactRadius);
   canvas.close();
 }
 

@@ -36,6 +36,7 @@ void draw_normal(Canvas& canvas, const Spot& from, const Spot& to);
 /// Full where the contact is on the viewer's side of the object or on its outline, a ring
 /// where it is behind the object.
 void draw_contact(Canvas& canvas, const Spot& at, bool behind);
+constexpr double kContactRadius = 4;
 /// A cross.
 void draw_centre(Canvas& canvas, const Spot& at);
 void draw_cone(Canvas& canvas, const ConeOutline& cone);

@@ -18,6 +18,8 @@ constexpr double kLongestArrow = 84;
 /// Up to so many contacts have their names in the views, and labels for all of them;
 /// more have their numbers, and labels as long as there is room.
 constexpr std::size_t kMostNames = 8;
+/// More contacts than this have no labels: nothing would tell whose they are.
+constexpr std::size_t kMostLabels = 60;
 
 struct Scene {
   const Grasp& grasp;

@@ -121,6 +121,7 @@ void ViewDrawing::draw_hull() {
   }
   const std::vector<Vector>& points = std::get<PointHull>(*scene_.grasp.hull).points;
   std::vector<Spot> spots;
+  spots.reserve(points.size());
   for (const Vector& point : points) spots.push_back(projection_.at(point));
   canvas_.open(kHullStyle);
   draw_outline(spots);
@@ -177,25 +178,30 @@ void ViewDrawing::draw_contacts() {
   for (const std::size_t k : order_) {
     const bool behind = is_behind(scene_, projection_.view(), k);
     draw_contact(canvas_, spot(k), behind);
-    placer_.avoid(around(spot(k), 4));
+    placer_.avoid(around(spot(k), kContactRadius));
   }
 }
 
 void ViewDrawing::draw_labels() {
+  if (order_.size() > kMostLabels) return;
   std::vector<Wish> wishes;
   for (std::size_t k = 0; k < order_.size(); ++k) {
     const double name = text_width(scene_.labels[k], true) * kNameFont.size;
     const double force = text_width(force_text(k), false) * kForceFont.size;
     // Outside of the object, behind the contact.
+    Vector inward = kNormalLength * contact(k).frame.normal;
+    if (scene_.has_forces()) inward += scene_.arrow(k);
     wishes.push_back({.anchor = spot(k),
                       .width = std::max(name, force) + 3,
                       .height = kNameHeight + (scene_.has_forces() ? kForceHeight : 0) + 1,
-                      .side = -projection_.along(contact(k).frame.normal)});
+                      .side = -projection_.along(inward)});
   }
   const std::vector<std::optional<Place>> places = placer_.place(wishes);
   canvas_.open(kLeaderStyle);
   for (const std::optional<Place>& place : places) {
-    if (place && place->leader) canvas_.line(place->leader->from, place->leader->to);
+    if (!place || !place->leader) continue;
+    const auto& [from, to] = *place->leader;
+    canvas_.line(from + kContactRadius * (to - from).normalized(), to);
   }
   canvas_.close();
   canvas_.open(kLabelStyle);
