@@ -31,6 +31,18 @@ TEST(Resume, ContinuesWhatWasCutOffAnywhere) {
   }
 }
 
+TEST(Resume, DoesErrorsBehindTheLastAnswerAgain) {
+  TestBatch batch;
+  batch.options.resume = true;
+  batch.set_input(kInput);
+  batch.set_result(obedient_answer(1, "a") +
+                   "\n{\"line\":2,\"error\":\"no space left\"}\n"
+                   "{\"line\":3,\"error\":\"no space left\"}\n{\"line\":4,");
+  const BatchEnd end = batch.run(obedient_lines());
+  EXPECT_EQ(end.result, kWhole);
+  EXPECT_EQ(end.said, "grasp: 5 grasps: 3 FEASIBLE, 2 lines with errors\n");
+}
+
 TEST(Resume, BeginsWhereThereIsNothing) {
   TestBatch batch;
   batch.options.resume = true;
@@ -79,6 +91,7 @@ TEST(Resume, RefusesResultsOfMoreLines) {
   expect_refusal("a\nb\n", kWhole, why);
   expect_refusal("a\nb\nbad\nc\nbad", kWhole + "{\"line\":6", why);
   expect_refusal("", kWhole, why);
+  expect_refusal("a\nb\nbad\nc\n", kWhole, why);
 }
 
 TEST(Resume, RefusesWhatIsNoResult) {
