@@ -7,6 +7,7 @@
 #include <string>
 
 #include "grasp/batch/line_answer.h"
+#include "host/error.h"
 
 namespace grasp {
 

@@ -145,7 +145,7 @@ void BatchRun::take_in() {
 void BatchRun::admit(InputLine line) {
   ++lines_read_;
   const std::uint64_t number = options_.first_line + lines_read_ - 1;
-  if (lines_read_ <= partial_.lines && lines_read_ != partial_.witness) {
+  if (lines_read_ < partial_.lines) {
     if (state_.bytes_ahead) *state_.bytes_ahead -= std::min(*state_.bytes_ahead, line.bytes);
     return;
   }
@@ -159,7 +159,7 @@ void BatchRun::admit(InputLine line) {
 
 void BatchRun::see_end_of_input() {
   has_all_input_ = true;
-  if (lines_read_ < partial_.lines || (lines_read_ == partial_.lines && partial_.has_rest))
+  if (lines_read_ < partial_.all_lines)
     throw ResultFileError(result_.name() + " has results of more lines than " +
                           shown_name(options_.input) + " has: it belongs to another input");
 }
@@ -224,6 +224,8 @@ std::unique_ptr<Worker> BatchRun::succeed(const Hand& hand, const std::string& h
 }
 
 bool BatchRun::put_out() {
+  // Nothing is touched of results of more lines than there are.
+  if (lines_read_ < partial_.all_lines && window_.has_room()) return false;
   bool has_taken = false;
   while (result_.waiting() < kMostWaiting) {
     const std::optional<WindowLine> line = window_.take_answered();
@@ -252,11 +254,11 @@ void BatchRun::put_out(const WindowLine& line) {
 }
 
 void BatchRun::check_witness(const std::string& text) const {
-  if (text == partial_.witness_text) return;
-  if (options_.times && without_times(text) == without_times(partial_.witness_text)) return;
-  const std::string place = result_.name() + ":" + std::to_string(partial_.witness);
+  if (text == partial_.witness) return;
+  if (options_.times && without_times(text) == without_times(partial_.witness)) return;
+  const std::string place = result_.name() + ":" + std::to_string(partial_.lines);
   throw ResultFileError(place + ": line " +
-                        std::to_string(options_.first_line + partial_.witness - 1) + " of " +
+                        std::to_string(options_.first_line + partial_.lines - 1) + " of " +
                         shown_name(options_.input) +
                         " has another answer now: the results belong to another input or "
                         "question");

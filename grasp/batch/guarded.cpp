@@ -22,6 +22,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// What a file that cannot be written is to the command.
+constexpr int kNoFolder = 3;
+
 void flush_all() {
   std::cout.flush();
   std::cerr.flush();
@@ -38,6 +41,17 @@ bool wait_for(const Descriptor& child, const HeldSignals& signals) {
   }
 }
 
+int be_guarded(const std::function<int(const fs::path& home)>& work, const fs::path& home,
+               const ScratchFolder& folder) {
+  try {
+    folder.enter();
+  } catch (const std::system_error& error) {
+    std::cerr << "grasp: error: " << error.what() << "\n";
+    return kNoFolder;
+  }
+  return work(home);
+}
+
 }  // namespace
 
 int run_guarded(const std::function<int(const fs::path& home)>& work) {
@@ -52,13 +66,7 @@ int run_guarded(const std::function<int(const fs::path& home)>& work) {
     setpgid(0, 0);
     // It is in the background of its terminal, and prints there nevertheless.
     std::signal(SIGTTOU, SIG_IGN);
-    int status = 0;
-    if (chdir(folder.path().c_str()) == 0) {
-      status = work(home);
-    } else {
-      std::perror("the scratch folder");
-      status = EXIT_FAILURE;
-    }
+    const int status = be_guarded(work, home, folder);
     flush_all();
     folder.remove();
     _exit(status);

@@ -21,7 +21,8 @@ class GuardedWorkDied : public std::runtime_error {
 /// process is killed, after the work.
 /// @param work is handed the folder that this process stands in, against which a user's
 /// relative paths are to be resolved. It lets no exception out.
-/// @return what the work returned, if none of those signals came, or only ones that
+/// @return what the work returned, or 3 if there can be no folder, which is said on
+/// standard error; if none of those signals came, or only ones that
 /// this process survives.
 /// @throws std::system_error if there can be no child; GuardedWorkDied.
 int run_guarded(const std::function<int(const std::filesystem::path& home)>& work);

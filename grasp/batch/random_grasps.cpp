@@ -12,7 +12,7 @@ namespace {
 using Triple = std::array<double, 3>;
 
 // Makes about half of the grasps feasible.
-constexpr double kOneSided = 0.28;
+constexpr double kOneSided = 0.45;
 
 // With that many digits behind the point, and none that are not needed.
 std::string written(double number, int digits) {

@@ -1,7 +1,6 @@
 #include "grasp/batch/result_file.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,6 +9,7 @@
 #include <climits>
 #include <nlohmann/json.hpp>
 #include <system_error>
+#include <utility>
 
 #include "grasp/batch/line_reader.h"
 #include "host/json_reader.h"
@@ -57,10 +57,17 @@ ResultFile::ResultFile(const std::optional<std::string>& path, bool resume)
   }
   struct stat state = {};
   is_regular_ = fstat(descriptor_.get(), &state) == 0 && S_ISREG(state.st_mode);
-  // Two that write one file would both go on where it ended for them. Where there are
-  // no locks, as on some network file systems, it goes without.
-  if (path && is_regular_ && flock(descriptor_.get(), LOCK_EX | LOCK_NB) != 0 &&
-      errno == EWOULDBLOCK)
+  if (path && is_regular_) lock();
+}
+
+void ResultFile::lock() const {
+  // Two that write one file would both go on where it ended for them. Workers do not
+  // inherit this kind of lock. Where there are none, as on some network file systems, it
+  // goes without.
+  struct flock whole = {};
+  whole.l_type = F_WRLCK;
+  whole.l_whence = SEEK_SET;
+  if (fcntl(descriptor_.get(), F_SETLK, &whole) != 0 && (errno == EAGAIN || errno == EACCES))
     throw ResultFileError(name_ + " is being written by another process");
 }
 
@@ -69,40 +76,41 @@ void ResultFile::fail() const {
 }
 
 PartialResult ResultFile::examine(std::uint64_t first_line) {
-  PartialResult partial;
-  bool has_answer = false;
+  PartialResult seen;
+  PartialResult answered;
   LineReader reader(descriptor_.get(), kLongestLine, name_);
-  const auto see = [&](const InputLine& line) {
-    const std::uint64_t number = first_line + partial.lines;
+  const auto see = [&](InputLine line) {
+    const std::uint64_t number = first_line + seen.lines;
     const std::optional<Json> result = read_result(line, number);
     if (!result)
-      throw ResultFileError(name_ + ":" + std::to_string(partial.lines + 1) +
+      throw ResultFileError(name_ + ":" + std::to_string(seen.lines + 1) +
                             ": this is not the result of line " + std::to_string(number) +
                             " of a batch");
-    ++partial.lines;
-    partial.bytes += line.bytes;
-    const bool is_error = result->contains("error");
-    if (is_error)
-      partial.tally.count_error();
-    else
-      partial.tally.count(verdict_of(*result));
-    if (is_error && has_answer) return;
-    has_answer = has_answer || !is_error;
-    partial.witness = partial.lines;
-    partial.witness_text = line.text;
+    ++seen.lines;
+    seen.bytes += line.bytes;
+    seen.witness = std::move(line.text);
+    if (result->contains("error")) {
+      seen.tally.count_error();
+    } else {
+      seen.tally.count(verdict_of(*result));
+      answered = seen;
+    }
   };
   for (;;) {
     const bool was_at_end = reader.is_at_end();
-    if (const std::optional<InputLine> line = reader.next()) {
-      // Only what ends the file has no line break.
-      if (was_at_end) partial.has_rest = true;
-      if (!was_at_end) see(*line);
+    if (std::optional<InputLine> line = reader.next()) {
+      ++seen.all_lines;
+      // What only the end of the file ends has no line break.
+      if (!was_at_end) see(std::move(*line));
     } else if (was_at_end) {
-      return partial;
+      break;
     } else {
       reader.read_more();
     }
   }
+  PartialResult& kept = answered.lines > 0 ? answered : seen;
+  kept.all_lines = seen.all_lines;
+  return kept;
 }
 
 void ResultFile::keep(const PartialResult& partial) {

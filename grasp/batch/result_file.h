@@ -19,18 +19,17 @@ class ResultFileError : public zelhost::HostError {
   using HostError::HostError;
 };
 
-/// What a run has left that was ended before its time.
+/// What a run has left that was ended before its time, up to the last line that has an
+/// answer: errors behind it may have been those of that day, a full disk for instance,
+/// and are done again. All lines, where none has an answer.
 struct PartialResult {
-  std::uint64_t lines = 0;  ///< complete ones
+  std::uint64_t lines = 0;
   std::uint64_t bytes = 0;  ///< of those
-  bool has_rest = false;    ///< something stands behind them, which has no line break
-  Tally tally;
-
-  /// The last line that has an answer, by which is seen whether the file belongs to the
-  /// input: an error may have been one of that day, a full disk for instance. The last
-  /// line at all where none has an answer; counts from 1, 0 if there is no line.
-  std::uint64_t witness = 0;
-  std::string witness_text;
+  Tally tally;              ///< of those
+  /// The last one of them, by which is seen whether the file belongs to the input.
+  std::string witness;
+  /// With those that are done again, and with one that has no line break.
+  std::uint64_t all_lines = 0;
 };
 
 class ResultFile {
@@ -44,7 +43,7 @@ class ResultFile {
   /// @throws ResultFileError if it is no result of a batch.
   PartialResult examine(std::uint64_t first_line);
 
-  /// Removes all but what is complete: until then nothing is changed.
+  /// Removes what is done again: until then nothing is changed.
   void keep(const PartialResult& partial);
 
   /// Puts a line behind those that are there.
@@ -66,6 +65,7 @@ class ResultFile {
 
  private:
   [[noreturn]] void fail() const;
+  void lock() const;
 
   std::string name_;
   Descriptor descriptor_;

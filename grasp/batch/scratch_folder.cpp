@@ -1,26 +1,50 @@
 #include "grasp/batch/scratch_folder.h"
 
+#include <sys/random.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 #include <system_error>
 
 namespace grasp {
+namespace {
 
 namespace fs = std::filesystem;
+
+// As many letters as bits can choose from without preferring some.
+constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyz012345";
+
+std::string random_letters() {
+  std::array<unsigned char, 12> bytes = {};
+  if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size()))
+    throw std::system_error(errno, std::generic_category(), "random numbers");
+  std::string letters;
+  for (const unsigned byte : bytes) letters += kLetters[byte % kLetters.size()];
+  return letters;
+}
+
+}  // namespace
 
 ScratchFolder::ScratchFolder() {
   const char* const chosen = std::getenv("TMPDIR");
   const fs::path base = chosen != nullptr && *chosen != '\0' ? chosen : "/tmp";
   // Whoever removes it may stand in another folder by then.
-  std::string name = (fs::absolute(base) / "grasp-XXXXXX").string();
-  if (mkdtemp(name.data()) == nullptr)
-    throw std::system_error(errno, std::generic_category(), "a scratch folder in " + base.string());
-  path_ = name;
+  path_ = fs::absolute(base) / ("grasp-" + random_letters());
 }
 
 ScratchFolder::~ScratchFolder() {
   remove();
+}
+
+void ScratchFolder::enter() const {
+  if (mkdir(path_.c_str(), 0700) != 0 || chdir(path_.c_str()) != 0)
+    throw std::system_error(errno, std::generic_category(),
+                            "a scratch folder in " + path_.parent_path().string());
 }
 
 void ScratchFolder::remove() const noexcept {

@@ -5,11 +5,14 @@
 
 namespace grasp {
 
-/// An empty folder "grasp-XXXXXX" in $TMPDIR or /tmp, which goes with the object.
+/// A folder "grasp-" with twelve random letters in $TMPDIR or /tmp. One process chooses
+/// its name, and a child of it makes the folder: so whichever of them is killed, and
+/// whenever, the other one knows what to remove.
 class ScratchFolder {
  public:
-  /// @throws std::system_error if there can be none.
+  /// Chooses the name. @throws std::system_error if there are no random numbers.
   ScratchFolder();
+  /// Removes the folder with all that is in it, if it has been made.
   ~ScratchFolder();
   ScratchFolder(const ScratchFolder&) = delete;
   ScratchFolder& operator=(const ScratchFolder&) = delete;
@@ -18,7 +21,10 @@ class ScratchFolder {
 
   [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
-  /// Removes it with all that is in it: for a process that will run no destructor.
+  /// Makes the folder, and goes there. @throws std::system_error.
+  void enter() const;
+
+  /// For a process that will run no destructor.
   void remove() const noexcept;
 
  private:

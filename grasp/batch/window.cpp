@@ -1,5 +1,6 @@
 #include "grasp/batch/window.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace grasp {
@@ -14,6 +15,13 @@ WindowLine& Window::hand_out() {
   const std::uint64_t number = waiting_.front();
   waiting_.pop_front();
   return line(number);
+}
+
+WindowLine& Window::line(std::uint64_t number) {
+  const auto is_before = [](const WindowLine& each, std::uint64_t wanted) {
+    return each.number < wanted;
+  };
+  return *std::lower_bound(lines_.begin(), lines_.end(), number, is_before);
 }
 
 void Window::answer(std::uint64_t number, LineAnswer answer) {

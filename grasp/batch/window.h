@@ -33,8 +33,8 @@ class Window {
   }
   [[nodiscard]] bool is_empty() const { return lines_.empty(); }
 
-  /// @param line numbered one higher than the one before. Waits to be handed out unless
-  /// it has its answer.
+  /// @param line with a higher number than the one before. Waits to be handed out
+  /// unless it has its answer.
   void add(WindowLine line);
 
   /// How many wait to be handed out.
@@ -44,7 +44,8 @@ class Window {
   /// Lets a line wait again, before all others.
   void hand_back(std::uint64_t number) { waiting_.push_front(number); }
 
-  WindowLine& line(std::uint64_t number) { return lines_[number - lines_.front().number]; }
+  /// @pre the line is here.
+  WindowLine& line(std::uint64_t number);
   void answer(std::uint64_t number, LineAnswer answer);
 
   /// The first line, once it has its answer.

@@ -21,8 +21,6 @@
 namespace grasp {
 namespace {
 
-namespace fs = std::filesystem;
-
 // Frames from the worker, by what they report.
 constexpr char kReady = 'r';
 constexpr char kNotReady = 'n';
@@ -45,13 +43,13 @@ void keep_only(int socket) {
   close_range(number + 1, UINT_MAX, 0);
 }
 
-void set_up_worker(int socket, const fs::path& folder) {
+void set_up_worker(int socket, const ScratchFolder& folder) {
   setpgid(0, 0);
   // A crash is an error like any other, and leaves no core file.
   const rlimit none = {0, 0};
   setrlimit(RLIMIT_CORE, &none);
   keep_only(socket);
-  if (chdir(folder.c_str()) != 0) fail("a worker's scratch folder");
+  folder.enter();
   const Descriptor nothing(open("/dev/null", O_RDONLY | O_CLOEXEC));
   const Descriptor printed(
       open(kPrintedFile, O_RDWR | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC, 0600));
@@ -70,11 +68,16 @@ Frame reply(const Answerer& answer, const std::string& request, const PrintedTex
   }
 }
 
-void serve(const MakeAnswerer& make, int socket, const fs::path& folder) {
+void serve(const MakeAnswerer& make, int socket, const ScratchFolder& folder) {
+  try {
+    set_up_worker(socket, folder);
+  } catch (const std::exception& error) {
+    send_whole(socket, {kNotReady, error.what()});
+    return;
+  }
   Answerer answer;
   const PrintedText printed(STDOUT_FILENO);
   try {
-    set_up_worker(socket, folder);
     answer = make(printed);
   } catch (const std::exception& error) {
     send_whole(socket, {kNotReady, with_printed(error.what(), printed.text())});
@@ -107,7 +110,7 @@ Worker::Worker(const MakeAnswerer& make, const HeldSignals& signals) {
   if (child_ < 0) fail("a worker process");
   if (child_ == 0) {
     signals.release();
-    serve(make, theirs.get(), folder_.path());
+    serve(make, theirs.get(), folder_);
     folder_.remove();
     // Without the destructors of static objects: they are the parent's.
     _exit(0);
