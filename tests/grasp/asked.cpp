@@ -54,7 +54,7 @@ double bound_margin(const grasp::Contact& contact, const Vector& force) {
 
 void expect_contact_right(const grasp::Contact& contact, const ContactForce& force, bool strictly,
                           double tolerance) {
-  EXPECT_EQ(force.cone_margin, cone_margin(contact, force.local));
+  EXPECT_NEAR(force.cone_margin, cone_margin(contact, force.local), 1e-9 * tolerance);
   EXPECT_EQ(force.bound_margin, bound_margin(contact, force.local));
   const double least = strictly ? 0 : -tolerance * (1 + contact.friction);
   if (strictly) {
@@ -64,7 +64,9 @@ void expect_contact_right(const grasp::Contact& contact, const ContactForce& for
     EXPECT_GE(force.cone_margin, least);
     EXPECT_GE(force.bound_margin, least);
   }
-  if (contact.type == ContactType::kFrictionless) EXPECT_TRUE(force.local.head<2>().isZero(0));
+  if (contact.type == ContactType::kFrictionless) {
+    EXPECT_TRUE(force.local.head<2>().isZero(0));
+  }
   const auto& frame = contact.frame;
   for (Eigen::Index i = 0; i < 3; ++i)
     EXPECT_NEAR(force.world[i],
@@ -150,7 +152,9 @@ void expect_epsilons(const Grasp& grasp, const Answer& answer) {
                          answer.inquiry.question == Question::kAll) &&
                         count > 0;
   ASSERT_EQ(answer.mean_epsilon.has_value(), has_mean);
-  if (has_mean) EXPECT_NEAR(*answer.mean_epsilon, sum / count, 1e-12 * (1 + sum));
+  if (has_mean) {
+    EXPECT_NEAR(*answer.mean_epsilon, sum / count, 1e-12 * (1 + sum));
+  }
 }
 
 grasp::Asker& asker() {
@@ -203,7 +207,9 @@ void expect_right(const Grasp& grasp, const Answer& answer, const std::string& w
     expect_contact_right(grasp.contacts[i], answer.forces[i], exists, tolerance);
   expect_epsilons(grasp, answer);
   ASSERT_EQ(answer.objective.has_value(), !exists);
-  if (!exists) EXPECT_NEAR(*answer.objective, objective_of(grasp, answer), tolerance);
+  if (!exists) {
+    EXPECT_NEAR(*answer.objective, objective_of(grasp, answer), tolerance);
+  }
 }
 
 bool expect_between_pyramids(const Grasp& grasp, const Answer& answer, int sides,
@@ -217,23 +223,32 @@ bool expect_between_pyramids(const Grasp& grasp, const Answer& answer, int sides
     return about_friction ? truth.optimum(answer.inquiry, pyramids).has_value()
                           : truth.has_internal_force(pyramids);
   };
-  const bool possible = !can(Pyramids::kAround) ? false : true;
+  const bool possible = can(Pyramids::kAround);
   const bool certain = possible && !about_friction && can(Pyramids::kInside);
-  if (!possible) EXPECT_NE(answer.verdict, Verdict::kFeasible);
-  if (certain) EXPECT_EQ(answer.verdict, Verdict::kFeasible) << answer.reason;
+  if (!possible) {
+    EXPECT_NE(answer.verdict, Verdict::kFeasible);
+  }
+  if (certain) {
+    EXPECT_EQ(answer.verdict, Verdict::kFeasible) << answer.reason;
+  }
   if (answer.verdict == Verdict::kFeasible && !exists && answer.objective) {
     const auto least = truth.optimum(answer.inquiry, Pyramids::kInside);
     const auto most = truth.optimum(answer.inquiry, Pyramids::kAround);
     const double tolerance = 2 * kTolerance * size_of(answer);
-    if (least) EXPECT_GE(*answer.objective, *least - tolerance);
+    if (least) {
+      EXPECT_GE(*answer.objective, *least - tolerance);
+    }
     EXPECT_TRUE(most);
-    if (most) EXPECT_LE(*answer.objective, *most + tolerance);
+    if (most) {
+      EXPECT_LE(*answer.objective, *most + tolerance);
+    }
   }
   if (exists && answer.force_closure) {
-    if (truth.resists_every_wrench(Pyramids::kInside))
+    if (truth.resists_every_wrench(Pyramids::kInside)) {
       EXPECT_TRUE(*answer.force_closure);
-    else if (!truth.resists_every_wrench(Pyramids::kAround))
+    } else if (!truth.resists_every_wrench(Pyramids::kAround)) {
       EXPECT_FALSE(*answer.force_closure);
+    }
   }
   return !possible || certain;
 }

@@ -37,7 +37,9 @@ TEST(RandomGrasps, AreAnsweredAsPyramidsInsideAndAroundTheConesSay) {
     const Answer best = ask(grasp, other);
     expect_between_pyramids(grasp, best, 8, what + ", " + std::string(to_string(other.question)));
     // The question about friction asks for more.
-    if (other.question != Question::kFriction) EXPECT_EQ(best.verdict, exists.verdict) << what;
+    if (other.question != Question::kFriction) {
+      EXPECT_EQ(best.verdict, exists.verdict) << what;
+    }
     if (best.verdict == Verdict::kFeasible)
       expect_right(grasp, best, what + ", " + std::string(to_string(other.question)));
   }
@@ -88,9 +90,10 @@ TEST(GraspAnswer, DoesNotDependOnUnitsPlaceTangentsCentreOrOrder) {
         EXPECT_EQ(same.balance.rank, answer.balance.rank) << what;
         if (same.verdict == Verdict::kFeasible) expect_right(other, same, what);
         ASSERT_EQ(same.objective.has_value(), answer.objective.has_value()) << what;
-        if (same.objective)
+        if (same.objective) {
           EXPECT_NEAR(*same.objective, *answer.objective, 1e-5 * std::abs(*answer.objective))
               << what;
+        }
       }
     }
   }
