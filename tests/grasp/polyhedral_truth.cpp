@@ -143,10 +143,10 @@ PolyhedralGrasp::Rows PolyhedralGrasp::rows(Pyramids pyramids, const std::vector
   return rows;
 }
 
-bool PolyhedralGrasp::has_internal_force(Pyramids pyramids) const {
+bool PolyhedralGrasp::has_internal_force(Pyramids pyramids, bool above_1) const {
   if (base_.empty()) return false;
   const std::vector<int> none(grasp_.contacts.size(), -1);
-  return sdpsol::testing::has_exact_solution(rows(pyramids, none, 0, false).program);
+  return sdpsol::testing::has_exact_solution(rows(pyramids, none, 0, above_1).program);
 }
 
 std::optional<double> PolyhedralGrasp::optimum(const grasp::Inquiry& inquiry,

@@ -28,7 +28,8 @@ class PolyhedralGrasp {
   /// @param sides of a pyramid.
   PolyhedralGrasp(const grasp::Grasp& grasp, int sides);
 
-  [[nodiscard]] bool has_internal_force(Pyramids pyramids) const;
+  /// @param above_1 whether frictionless contacts must press with more than 1 N.
+  [[nodiscard]] bool has_internal_force(Pyramids pyramids, bool above_1) const;
 
   /// The largest value of the objective, over the closure. Nothing if there is no force.
   [[nodiscard]] std::optional<double> optimum(const grasp::Inquiry& inquiry,
