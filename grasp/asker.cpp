@@ -5,10 +5,11 @@
 #include <numeric>
 
 #include "grasp/contact_forces.h"
+#include "grasp/force_closure.h"
 #include "grasp/geometry.h"
 #include "grasp/nullspace.h"
 #include "grasp/reason.h"
-#include "grasp/unit_inputs.h"
+#include "grasp/solving.h"
 #include "grasp/unit_road.h"
 
 namespace grasp {
@@ -73,8 +74,14 @@ void set_epsilons(const Grasp& grasp, const std::vector<std::size_t>& contacts,
         std::accumulate(margins.begin(), margins.end(), 0.0) / static_cast<double>(margins.size());
 }
 
+void withdraw_forces(Answer& answer) {
+  answer.verdict = Verdict::kUndetermined;
+  answer.reason = std::string(kBorderline);
+  answer.forces.clear();
+}
+
 // The forces follow from the exact base, the solver has seen six digits of it.
-void expect_inside(const Grasp& grasp, Answer& answer) {
+void judge_forces(const Grasp& grasp, Answer& answer) {
   double size = 0;
   for (const ContactForce& force : answer.forces) size = std::hypot(size, force.local.norm());
   for (std::size_t i = 0; i < answer.forces.size(); ++i) {
@@ -84,6 +91,9 @@ void expect_inside(const Grasp& grasp, Answer& answer) {
     if (outside > kPrecision * size * (1 + grasp.contacts[i].friction))
       throw AskError("the forces that came back are outside of the cone or the bounds of contact " +
                      grasp.label(i));
+    // Optimal forces are at limits by nature. Those that only have to exist are as far
+    // inside as they can be, and this is what the rounding has made possible.
+    if (answer.inquiry.question == Question::kExists) return withdraw_forces(answer);
     answer.notes.push_back("contact " + grasp.label(i) +
                            " is at its limit, to the six digits that the solver is given");
   }
@@ -101,52 +111,7 @@ void set_forces(const Grasp& grasp, const GraspMap& map, const Eigen::MatrixXd& 
   const Eigen::VectorXd residual = map * forces;
   answer.force_residual = residual.head<3>().cwiseAbs().maxCoeff();
   answer.torque_residual = residual.tail<3>().cwiseAbs().maxCoeff();
-  expect_inside(grasp, answer);
-}
-
-// Whether the bounds hold all small forces of a cone, so that they are no reason why
-// there is no internal force: one that is too large could be made smaller.
-bool bounds_admit_small_forces(const Grasp& grasp) {
-  return std::all_of(grasp.contacts.begin(), grasp.contacts.end(), [](const Contact& contact) {
-    return std::all_of(contact.bounds.begin(), contact.bounds.end(), [&](const Bounds& bounds) {
-      const bool is_normal = &bounds == &contact.bounds.back();
-      return bounds.upper > 0 && (is_normal ? bounds.lower <= 0 : bounds.lower < 0);
-    });
-  });
-}
-
-// A cone without friction has no inside: that no force is there says nothing about the
-// forces on it.
-bool cones_have_an_inside(const Grasp& grasp) {
-  return std::all_of(grasp.contacts.begin(), grasp.contacts.end(), [](const Contact& contact) {
-    return contact.type == ContactType::kFrictionless || contact.friction > 0;
-  });
-}
-
-// The question about friction wants the frictionless contacts above 1 N, if there are any.
-bool asks_for_more(const Grasp& grasp, const Inquiry& inquiry) {
-  return inquiry.question == Question::kFriction &&
-         std::any_of(grasp.contacts.begin(), grasp.contacts.end(), [](const Contact& contact) {
-           return contact.type == ContactType::kFrictionless;
-         });
-}
-
-// A grasp has force closure exactly if its map has rank 6 and there is an internal force
-// strictly inside all cones (Murray, Li, Sastry, prop. 5.3).
-std::optional<bool> force_closure(const Grasp& grasp, const Answer& answer) {
-  if (answer.balance.rank < 6) return false;
-  switch (answer.verdict) {
-    case Verdict::kFeasible:
-      return true;
-    case Verdict::kInfeasible:
-      if (!asks_for_more(grasp, answer.inquiry) && bounds_admit_small_forces(grasp) &&
-          cones_have_an_inside(grasp))
-        return false;
-      break;
-    case Verdict::kUndetermined:
-      break;
-  }
-  return {};
+  judge_forces(grasp, answer);
 }
 
 void add_notes(const Grasp& grasp, Answer& answer) {
@@ -182,17 +147,18 @@ Answer Asker::ask(const Grasp& grasp, const Inquiry& inquiry) {
     answer.reason = "no nullspace: the " + std::to_string(space.balance.columns) +
                     " columns of the grasp map are independent, so that no forces but 0 balance";
   } else {
-    const UnitAnswer found = parts_->road.ask(unit_inputs(grasp, space.base), inquiry);
-    const Heading heading = read_heading(found.result);
-    if ((heading.verdict == Verdict::kFeasible) != found.feasible)
-      throw AskError("the unit and the result file contradict each other");
-    answer.verdict = heading.verdict;
-    answer.solving_time = found.seconds;
-    for (const std::string& warning : heading.warnings) answer.notes.push_back(warning);
-    if (found.feasible)
-      set_forces(grasp, map, space.base, found, answer);
+    const Solved solved = solve(parts_->road, grasp, inquiry, space);
+    answer.verdict = solved.heading.verdict;
+    answer.solving_time = solved.found.seconds;
+    for (const std::string& warning : solved.heading.warnings) answer.notes.push_back(warning);
+    if (solved.squeeze)
+      answer.notes.push_back("contacts " + grasp.label(solved.squeeze->first) + " and " +
+                             grasp.label(solved.squeeze->second) +
+                             " can squeeze alone; the others cannot join them");
+    if (solved.found.feasible)
+      set_forces(grasp, map, solved.base, solved.found, answer);
     else
-      answer.reason = explain(heading.reason, found.definition, grasp);
+      answer.reason = explain(solved.heading.reason, solved.found.definition, grasp);
   }
   answer.force_closure = force_closure(grasp, answer);
   return answer;

@@ -28,11 +28,9 @@ using GraspMap = Eigen::Matrix<double, 6, Eigen::Dynamic>;
 /// Contact i at p_i gives the columns (d; (p_i - centre) x d), one for each of its
 /// directions d.
 /// Sources: R. Murray, Z. Li, S. Sastry, A Mathematical Introduction to Robotic
-/// Manipulation, ch. 5 (eq. 5.6: G = [Ad' B_1 ... Ad' B_k]; there torques are about the
-/// object frame's origin, and point contacts with friction have components x, y, z
-/// in this order); D. Prattichizzio, J. Trinkle, Grasping, Springer Handbook of
-/// Robotics, sec. "Models and definitions", whose hand points its contact frames' first
-/// axis along the normal: here the normal is last.
+/// Manipulation, ch. 5, on grasp statics, where torques are about the origin of the
+/// object's frame; D. Prattichizzio, J. Trinkle, Grasping, Springer Handbook of
+/// Robotics, whose contact frames have the normal first: here it is last.
 GraspMap grasp_map(const Grasp& grasp);
 
 /// Another map with the same nullspace, as its rank is judged: torques are about the

@@ -24,14 +24,16 @@ Eigen::Index longest(const Eigen::MatrixXd& rows) {
   return i;
 }
 
-// @param some orthonormal columns. @return those that span the same space and do not
-// depend on which columns were given.
-Eigen::MatrixXd canonical_base(const Eigen::MatrixXd& some) {
+// @param some orthonormal columns. @param first in the coordinates of `some`: orthonormal
+// columns that come first. @return columns that span the same space as `some` and do not
+// depend on which those were.
+Eigen::MatrixXd canonical_base(const Eigen::MatrixXd& some, const Eigen::MatrixXd& first) {
   // Row i of `left` is the projection of unit vector i in the coordinates of `some`,
   // without its parts along the directions taken so far. Those are columns of `taken`.
-  Eigen::MatrixXd left = some;
   Eigen::MatrixXd taken(some.cols(), some.cols());
-  for (Eigen::Index n = 0; n < some.cols(); ++n) {
+  taken.leftCols(first.cols()) = first;
+  Eigen::MatrixXd left = some - (some * first) * first.transpose();
+  for (Eigen::Index n = first.cols(); n < some.cols(); ++n) {
     Eigen::VectorXd direction = left.row(longest(left)).transpose();
     // Once more than on paper: what rounding has left of the directions before goes.
     direction -= taken.leftCols(n) * (taken.leftCols(n).transpose() * direction);
@@ -40,6 +42,14 @@ Eigen::MatrixXd canonical_base(const Eigen::MatrixXd& some) {
     left -= (left * direction) * direction.transpose();
   }
   return some * taken;
+}
+
+// The decomposition is as good as a change of the map in its last digits, which turns
+// the nullspace by so much more as the smallest singular value is small.
+Eigen::MatrixXd without_rounding(const Eigen::MatrixXd& base, const Balance& balance) {
+  const double rounding = 16 * static_cast<double>(base.rows()) *
+                          std::numeric_limits<double>::epsilon() / balance.smallest_kept;
+  return base.unaryExpr([rounding](double x) { return std::abs(x) < rounding ? 0 : x; });
 }
 
 Balance balance_of(const Eigen::VectorXd& singular_values, Eigen::Index columns) {
@@ -63,14 +73,18 @@ Nullspace nullspace(const GraspMap& map) {
   const Eigen::JacobiSVD<Eigen::MatrixXd> svd(Eigen::MatrixXd(map), Eigen::ComputeFullV);
   Nullspace result;
   result.balance = balance_of(svd.singularValues(), map.cols());
-  result.base = canonical_base(svd.matrixV().rightCols(result.balance.nullity));
-  // The decomposition is as good as a change of the map in its last digits, which
-  // turns the nullspace by so much more as the smallest singular value is small.
-  const double rounding = 16 * static_cast<double>(map.cols()) *
-                          std::numeric_limits<double>::epsilon() / result.balance.smallest_kept;
-  result.base =
-      result.base.unaryExpr([rounding](double x) { return std::abs(x) < rounding ? 0 : x; });
+  const Eigen::Index nullity = result.balance.nullity;
+  const Eigen::MatrixXd base =
+      canonical_base(svd.matrixV().rightCols(nullity), Eigen::MatrixXd(nullity, 0));
+  result.base = without_rounding(base, result.balance);
   return result;
+}
+
+Eigen::MatrixXd base_with(const Nullspace& space, const Eigen::VectorXd& first) {
+  const Eigen::VectorXd coordinates = (space.base.transpose() * first).normalized();
+  Eigen::MatrixXd base = canonical_base(space.base, coordinates);
+  base.col(0) = first;
+  return without_rounding(base, space.balance);
 }
 
 }  // namespace grasp

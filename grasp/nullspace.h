@@ -26,4 +26,9 @@ struct Nullspace {
 /// millimetres have one rank.
 Nullspace nullspace(const GraspMap& map);
 
+/// Another base of the same nullspace, orthonormal too.
+/// @param first its first column: a vector of length 1 in the nullspace, taken over as it
+/// is. The others follow as in nullspace().
+Eigen::MatrixXd base_with(const Nullspace& space, const Eigen::VectorXd& first);
+
 }  // namespace grasp

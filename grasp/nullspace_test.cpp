@@ -212,6 +212,26 @@ TEST(NullspaceOfAGraspMap, DoesNotDependOnThePointThatTorquesAreAbout) {
   EXPECT_EQ(difference(far.base, near.base), 0);
 }
 
+TEST(BaseWith, SpansTheSameNullspaceBehindAGivenFirstColumn) {
+  std::mt19937 random(8);
+  for (int contacts = 2; contacts < 7; ++contacts) {
+    Grasp grasp = random_grasp(random, contacts, 0.05);
+    // Contacts 0 and 1 face each other.
+    const Vector along = grasp.contacts[1].point - grasp.contacts[0].point;
+    grasp.contacts[0].frame = make_frame(along, std::nullopt);
+    grasp.contacts[1].frame = make_frame(-along, std::nullopt);
+    const GraspMap map = weighed_grasp_map(grasp);
+    Nullspace space = nullspace(map);
+    Eigen::VectorXd squeeze = Eigen::VectorXd::Zero(map.cols());
+    squeeze[2] = squeeze[5] = std::sqrt(0.5);
+    const Eigen::MatrixXd projector = space.base * space.base.transpose();
+    space.base = base_with(space, squeeze);
+    EXPECT_EQ(space.base.col(0), squeeze);
+    EXPECT_LE(difference(space.base * space.base.transpose(), projector), 1e-12);
+    expect_base(map, space, contacts == 2 ? 5 : 6);
+  }
+}
+
 TEST(NullspaceOfAGraspMap, OfAHundredContactsIsABase) {
   std::mt19937 random(6);
   const GraspMap map = weighed_grasp_map(random_grasp(random, 100, 0.1));

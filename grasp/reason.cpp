@@ -7,7 +7,7 @@
 namespace grasp {
 namespace {
 
-constexpr std::string_view kBorderline = "borderline: no point has more room than 4.4e-6";
+constexpr std::string_view kSolverBorderline = "borderline: no point has more room than 4.4e-6";
 constexpr std::string_view kWarning = "warning: ";
 
 std::vector<std::string_view> lines_of(std::string_view text) {
@@ -119,8 +119,7 @@ Heading read_heading(std::string_view result) {
 }
 
 std::string explain(const std::string& reason, std::string_view definition, const Grasp& grasp) {
-  if (starts_with(reason, kBorderline))
-    return "borderline: no internal force beyond the precision of the data";
+  if (starts_with(reason, kSolverBorderline)) return std::string(kBorderline);
   const LineList list = find_lines(reason);
   const auto lines = lines_of(definition);
   std::vector<std::string> conditions;

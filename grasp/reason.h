@@ -10,6 +10,10 @@
 
 namespace grasp {
 
+/// What is said where internal forces may exist or not for all the data can tell.
+constexpr std::string_view kBorderline =
+    "borderline: no internal force beyond the precision of the data";
+
 /// The heading of a result file.
 struct Heading {
   Verdict verdict = Verdict::kUndetermined;

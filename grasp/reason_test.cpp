@@ -108,6 +108,7 @@ TEST(Explain, LeavesOutLinesThatAreNoConditionOfTheGrasp) {
 TEST(Explain, SaysWhatBorderlineMeansForAGrasp) {
   EXPECT_EQ(explained("borderline: no point has more room than 4.4e-6, lines 9, 10"),
             "borderline: no internal force beyond the precision of the data");
+  EXPECT_EQ(kBorderline, "borderline: no internal force beyond the precision of the data");
 }
 
 }  // namespace

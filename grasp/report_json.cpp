@@ -68,4 +68,26 @@ Json to_json(const Grasp& grasp, const Answer& answer, bool times) {
   return json;
 }
 
+std::string to_text(const Json& answer) {
+  const auto dumped = [](const Json& value) {
+    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+  };
+  std::string text = "{";
+  for (const auto& [key, value] : answer.items()) {
+    text += text.size() == 1 ? "\n  " : ",\n  ";
+    text += dumped(key) + ": ";
+    if (key != "contacts") {
+      text += dumped(value);
+      continue;
+    }
+    const char* before = "[\n    ";
+    for (const Json& contact : value) {
+      text += before + dumped(contact);
+      before = ",\n    ";
+    }
+    text += "\n  ]";
+  }
+  return text + "\n}\n";
+}
+
 }  // namespace grasp

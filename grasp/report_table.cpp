@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <string_view>
 #include <vector>
 
 #include "host/text.h"
@@ -115,29 +116,28 @@ std::string force_table(const Grasp& grasp, const Answer& answer) {
   return columns.text();
 }
 
-std::string objective_line(const Answer& answer) {
-  if (!answer.objective) return {};
-  std::string line = "objective " + newtons(*answer.objective) + " N";
-  switch (answer.inquiry.question) {
+std::string_view meaning_of_objective(Question question) {
+  switch (question) {
     case Question::kExists:
       break;
     case Question::kPoint:
-      line += ", the largest epsilon of this contact";
-      break;
+      return "epsilon of this contact";
     case Question::kIndividual:
-      line += ", the mean over these contacts of normal force (with friction) or epsilon (without)";
-      break;
+      return "mean over these contacts of normal force with friction, epsilon without";
     case Question::kFriction:
-      line += ", the sum of the epsilons divided by the number of contacts minus one";
-      break;
+      return "sum of the epsilons / (contacts - 1)";
     case Question::kAll:
-      line +=
-          ", the epsilons with friction divided by the number of contacts minus one, plus the "
-          "others";
-      break;
+      return "epsilons with friction / (contacts - 1) + the others";
   }
-  if (answer.mean_epsilon) line += "; mean epsilon " + newtons(*answer.mean_epsilon) + " N";
-  return line + "\n";
+  return {};
+}
+
+std::string objective_lines(const Answer& answer) {
+  if (!answer.objective) return {};
+  std::string lines = "objective " + newtons(*answer.objective) +
+                      " N: " + std::string(meaning_of_objective(answer.inquiry.question)) + "\n";
+  if (answer.mean_epsilon) lines += "mean epsilon " + newtons(*answer.mean_epsilon) + " N\n";
+  return lines;
 }
 
 }  // namespace
@@ -149,7 +149,7 @@ std::string to_table(const Grasp& grasp, const Answer& answer) {
   if (!answer.reason.empty()) text += zelhost::on_one_line(answer.reason) + "\n";
   text += closure_line(answer);
   if (answer.verdict == Verdict::kFeasible) {
-    text += "\n" + force_table(grasp, answer) + "\n" + objective_line(answer);
+    text += "\n" + force_table(grasp, answer) + "\n" + objective_lines(answer);
     text += "balance: force within " + rounded(answer.force_residual) + " N, torque within " +
             rounded(answer.torque_residual) + " N m\n";
   }

@@ -21,7 +21,8 @@ const fs::path kExamples = SDPSOL_SOURCE_DIR "/examples";
 
 std::vector<std::string> examples() {
   std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(kExamples)) names.push_back(entry.path().stem());
+  for (const auto& entry : fs::directory_iterator(kExamples))
+    if (entry.is_regular_file()) names.push_back(entry.path().stem());
   std::sort(names.begin(), names.end());
   return names;
 }

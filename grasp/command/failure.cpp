@@ -22,6 +22,8 @@ int fail(ExitStatus status, const std::string& what) {
 int report_failures(const std::function<int()>& work) {
   try {
     return work();
+  } catch (const UsageError& error) {
+    return fail(kExitUsage, error.what());
   } catch (const zelhost::HostError& error) {
     return fail(kExitFailed, std::string("error: ") + error.what());
   } catch (const std::system_error& error) {

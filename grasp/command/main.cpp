@@ -1,7 +1,9 @@
 #include <csignal>
 #include <iostream>
 
+#include "grasp/batch/grasp_line.h"
 #include "grasp/batch/guarded.h"
+#include "grasp/batch/random_grasps.h"
 #include "grasp/command/failure.h"
 #include "grasp/command/options.h"
 #include "grasp/command/road.h"
@@ -10,10 +12,20 @@
 
 namespace {
 
-using grasp::command::BatchOptions;
+using grasp::BatchOptions;
 using grasp::command::Options;
 using grasp::command::RandomOptions;
 using grasp::command::SingleOptions;
+
+grasp::LineQuestion line_question(const Options& options) {
+  return {options.asked.question, options.asked.contacts, options.times};
+}
+
+void print_random(const RandomOptions& options, std::ostream& out) {
+  grasp::RandomGrasps grasps(options.seed, options.contacts);
+  for (std::uint64_t i = 0; i < options.count; ++i)
+    zelhost::print(out, [&grasps](std::ostream& line) { line << grasps.next() << '\n'; });
+}
 
 int carry_out(const Options& options) {
   if (const auto* const single = std::get_if<SingleOptions>(&options.what)) {
@@ -22,7 +34,10 @@ int carry_out(const Options& options) {
       return answer_single(*single, options, road, home);
     });
   }
-  return 0;
+  if (const auto* const batch = std::get_if<BatchOptions>(&options.what))
+    return run_batch(*batch, answer_grasps(find_road(options), line_question(options)), std::cerr);
+  print_random(std::get<RandomOptions>(options.what), std::cout);
+  return grasp::command::kExitDone;
 }
 
 }  // namespace

@@ -5,12 +5,13 @@
 #include <map>
 #include <thread>
 
+#include "grasp/batch/random_grasps.h"
 #include "version.h"
 
 namespace grasp::command {
 namespace {
 
-constexpr int kMostWorkers = 1000;
+constexpr unsigned kMostWorkers = 1000;
 
 const std::map<std::string, Question>& questions() {
   static const std::map<std::string, Question> all = [] {
@@ -23,8 +24,8 @@ const std::map<std::string, Question>& questions() {
   return all;
 }
 
-int cores() {
-  return static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, 64U));
+unsigned cores() {
+  return std::clamp(std::thread::hardware_concurrency(), 1U, kMostWorkers);
 }
 
 // What the user wrote, before it is known which of the three it is about.
@@ -68,14 +69,14 @@ void add_one(CLI::App& app, Written& written) {
 }
 
 void add_batch(CLI::App& app, Written& written) {
-  app.add_option("--batch", written.batch.lines,
+  app.add_option("--batch", written.batch.input,
                  "Answer all grasps of LINES, one a line; - is standard input. Results come in "
                  "the order of the lines, one a line")
       ->type_name("LINES");
   app.add_option("-j,--jobs", written.batch.workers,
                  "How many grasps at a time; default: one a core")
       ->type_name("N")
-      ->check(CLI::Range(1, kMostWorkers));
+      ->check(CLI::Range(1U, kMostWorkers));
   app.add_option("-o,--output", written.batch.output,
                  "Write the results of a batch to FILE, which must not exist")
       ->type_name("FILE");
@@ -85,7 +86,7 @@ void add_batch(CLI::App& app, Written& written) {
   app.add_option("--first-line", written.batch.first_line,
                  "The number of the first line, where LINES is a piece of something larger")
       ->type_name("N")
-      ->check(CLI::Range(std::size_t{1}, std::size_t{1} << 60));
+      ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1} << 53));
   app.add_flag("-q,--quiet", written.batch.quiet, "No progress and no summary of a batch")
       ->disable_flag_override();
 }
@@ -99,7 +100,7 @@ void add_random(CLI::App& app, Written& written) {
   app.add_option("--contacts", written.random.contacts,
                  "How many contacts a random grasp has, 2 to 12; default: a mixture")
       ->type_name("N")
-      ->check(CLI::Range(2, 12));
+      ->check(CLI::Range(RandomGrasps::kFewestContacts, RandomGrasps::kMostContacts));
 }
 
 void add_common(CLI::App& app, Written& written) {
@@ -139,6 +140,7 @@ Options sorted_out(const CLI::App& app, Written& written) {
     expect_belongs(app, "a question", {"--ask", "--contact", "--times", "--plugin", "--solver"});
   if (written.batch.resume && !written.batch.output)
     throw CLI::ValidationError("--resume goes on with the file of -o, which is missing");
+  written.batch.times = written.common.times;
   written.common.asked.question = questions().at(written.question);
   if (is_batch)
     written.common.what = written.batch;

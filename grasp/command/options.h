@@ -8,6 +8,7 @@
 #include <variant>
 #include <vector>
 
+#include "grasp/batch/batch.h"
 #include "grasp/question.h"
 
 namespace grasp::command {
@@ -29,22 +30,12 @@ struct SingleOptions {
   std::optional<std::filesystem::path> html;
 };
 
-/// One grasp a line.
-struct BatchOptions {
-  std::string lines;  ///< "-" is standard input
-  int workers = 1;
-  std::optional<std::filesystem::path> output;
-  bool resume = false;
-  bool quiet = false;
-  std::size_t first_line = 1;
-};
-
 /// Makes grasps.
 struct RandomOptions {
   std::uint64_t count = 0;
   std::uint64_t seed = 1;
   /// Of each grasp; a mixture if not given.
-  std::optional<int> contacts;
+  std::optional<std::size_t> contacts;
 };
 
 struct Options {

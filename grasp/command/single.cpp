@@ -35,9 +35,11 @@ struct Files {
   std::optional<fs::path> html;
 };
 
-void expect_apart(const std::optional<fs::path>& a, const std::optional<fs::path>& b) {
-  if (a && b && same_file(*a, *b))
-    throw zelhost::HostError(b->string() + ": this file would be written over by another one");
+void expect_apart(const std::optional<fs::path>& output, const std::string& option,
+                  const std::optional<fs::path>& other, const std::string& what,
+                  const fs::path& name) {
+  if (output && other && same_file(*output, *other))
+    throw UsageError(name.string() + ": " + option + " would be written over " + what);
 }
 
 Files files_of(const SingleOptions& single, const fs::path& home) {
@@ -46,9 +48,9 @@ Files files_of(const SingleOptions& single, const fs::path& home) {
   };
   Files files = {std::nullopt, at_home(single.svg), at_home(single.html)};
   if (single.grasp != "-") files.grasp = home / single.grasp;
-  expect_apart(files.svg, files.grasp);
-  expect_apart(files.html, files.grasp);
-  expect_apart(files.html, files.svg);
+  expect_apart(files.svg, "--svg", files.grasp, "the grasp", single.svg.value_or(""));
+  expect_apart(files.html, "--html", files.grasp, "the grasp", single.html.value_or(""));
+  expect_apart(files.html, "--html", files.svg, "--svg", single.html.value_or(""));
   return files;
 }
 
@@ -59,9 +61,10 @@ Json read_document(const SingleOptions& single, const Files& files) {
   return zelhost::parse_json(text, "standard input");
 }
 
-void write_pictures(const Files& files, const Grasp& grasp, const Answer& answer) {
-  if (files.svg) write_whole(*files.svg, draw_svg(grasp, answer));
-  if (files.html) write_whole(*files.html, draw_html(grasp, answer));
+void write_pictures(const SingleOptions& single, const Files& files, const Grasp& grasp,
+                    const Answer& answer) {
+  if (files.svg) write_whole(*files.svg, single.svg->string(), draw_svg(grasp, answer));
+  if (files.html) write_whole(*files.html, single.html->string(), draw_html(grasp, answer));
 }
 
 int answer_it(const SingleOptions& single, const Options& options, const Road& road,
@@ -74,10 +77,8 @@ int answer_it(const SingleOptions& single, const Options& options, const Road& r
   // What the unit prints is no part of the answer.
   const zelhost::ReservedOutput output;
   const Answer answer = Asker(road).ask(grasp, inquiry);
-  write_pictures(files, grasp, answer);
-  output.write(single.json ? to_json(grasp, answer, options.times)
-                                     .dump(2, ' ', false, Json::error_handler_t::replace) +
-                                 "\n"
+  write_pictures(single, files, grasp, answer);
+  output.write(single.json ? to_text(to_json(grasp, answer, options.times))
                            : to_table(grasp, answer));
   return kExitDone;
 }

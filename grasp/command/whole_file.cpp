@@ -16,68 +16,74 @@ namespace {
 
 namespace fs = std::filesystem;
 
-[[noreturn]] void fail(const fs::path& file) {
-  throw std::system_error(errno, std::generic_category(), file.string());
+[[noreturn]] void fail(const std::string& name) {
+  throw std::system_error(errno, std::generic_category(), name);
 }
 
-void write_all(int descriptor, std::string_view text, const fs::path& file) {
+void write_all(int descriptor, std::string_view text, const std::string& name) {
   while (!text.empty()) {
     const ssize_t written = write(descriptor, text.data(), text.size());
     if (written < 0 && errno == EINTR) continue;
-    if (written < 0) fail(file);
+    if (written < 0) fail(name);
     text.remove_prefix(static_cast<std::size_t>(written));
   }
 }
 
-void write_into(const fs::path& file, std::string_view text) {
+void write_into(const fs::path& file, const std::string& name, std::string_view text) {
   const Descriptor out(open(file.c_str(), O_WRONLY | O_CLOEXEC));
-  if (!out.is_open()) fail(file);
-  write_all(out.get(), text, file);
+  if (!out.is_open()) fail(name);
+  write_all(out.get(), text, name);
 }
 
 // Beside the file, and gone unless it takes the file's place.
 class Draft {
  public:
-  explicit Draft(const fs::path& file)
-      : file_(file), name_(file.string() + ".XXXXXX"), out_(mkostemp(name_.data(), O_CLOEXEC)) {
-    if (!out_.is_open()) fail(file);
+  /// @param name what errors call the file.
+  Draft(const fs::path& file, const std::string& name)
+      : file_(file),
+        name_(name),
+        draft_(file.string() + ".XXXXXX"),
+        out_(mkostemp(draft_.data(), O_CLOEXEC)) {
+    if (!out_.is_open()) fail(name_);
   }
   ~Draft() {
-    if (!name_.empty()) unlink(name_.c_str());
+    if (is_there_) unlink(draft_.c_str());
   }
   Draft(const Draft&) = delete;
   Draft& operator=(const Draft&) = delete;
   Draft(Draft&&) = delete;
   Draft& operator=(Draft&&) = delete;
 
-  void write(std::string_view text) { write_all(out_.get(), text, file_); }
+  void write(std::string_view text) { write_all(out_.get(), text, name_); }
 
   void take_place() {
     // A draft is for its owner only; a new file has the rights that others give it.
     const mode_t mask = umask(0);
     umask(mask);
     constexpr mode_t kEverybody = 0666;
-    if (fchmod(out_.get(), kEverybody & ~mask) != 0) fail(file_);
-    if (rename(name_.c_str(), file_.c_str()) != 0) fail(file_);
-    name_.clear();
+    if (fchmod(out_.get(), kEverybody & ~mask) != 0) fail(name_);
+    if (rename(draft_.c_str(), file_.c_str()) != 0) fail(name_);
+    is_there_ = false;
   }
 
  private:
   const fs::path& file_;
-  std::string name_;
+  const std::string& name_;
+  std::string draft_;
   Descriptor out_;
+  bool is_there_ = true;
 };
 
 }  // namespace
 
-void write_whole(const fs::path& file, std::string_view text) {
+void write_whole(const fs::path& file, const std::string& name, std::string_view text) {
   const fs::path target = fs::is_symlink(file) ? fs::weakly_canonical(file) : file;
   const fs::file_status status = fs::status(target);
   if (fs::exists(status) && !fs::is_regular_file(status)) {
-    write_into(target, text);
+    write_into(target, name, text);
     return;
   }
-  Draft draft(target);
+  Draft draft(target, name);
   draft.write(text);
   draft.take_place();
 }

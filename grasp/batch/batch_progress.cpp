@@ -1,0 +1,82 @@
+#include "grasp/batch/batch_progress.h"
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace grasp {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kPace = 200ms;
+
+// One less than the terminal's columns: a character in the last one may wrap.
+std::size_t columns() {
+  constexpr std::size_t kUsual = 79;
+  struct winsize size = {};
+  if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col < 2) return kUsual;
+  return size.ws_col - std::size_t{1};
+}
+
+std::string two_digits(std::uint64_t number) {
+  return (number < 10 ? "0" : "") + std::to_string(number);
+}
+
+// "4:07", "2:04:07".
+std::string clock_time(double seconds) {
+  const auto whole = static_cast<std::uint64_t>(seconds + 0.5);
+  const std::string minutes_behind = ":" + two_digits(whole % 60);
+  const std::uint64_t minutes = whole / 60;
+  if (minutes < 60) return std::to_string(minutes) + minutes_behind;
+  return std::to_string(minutes / 60) + ":" + two_digits(minutes % 60) + minutes_behind;
+}
+
+void put(const std::string& text) {
+  std::fputs(text.c_str(), stderr);
+  std::fflush(stderr);
+}
+
+}  // namespace
+
+std::string batch_progress_line(const BatchState& state, double seconds, std::size_t width) {
+  std::string line = std::to_string(state.lines_before + state.lines) + " grasps";
+  const double share = state.bytes_ahead && *state.bytes_ahead > 0
+                           ? std::min(1.0, static_cast<double>(state.bytes) /
+                                               static_cast<double>(*state.bytes_ahead))
+                           : 0;
+  if (state.bytes_ahead) line += "  " + std::to_string(static_cast<int>(100 * share)) + " %";
+  if (seconds > 0) {
+    const auto tenths =
+        static_cast<std::uint64_t>(10 * static_cast<double>(state.lines) / seconds + 0.5);
+    line += "  " + std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " per second";
+  }
+  if (share > 0) line += "  " + clock_time(seconds * (1 - share) / share) + " left";
+  if (line.size() > width) line.resize(width);
+  return line;
+}
+
+BatchProgress::BatchProgress(bool quiet) : is_watched_(!quiet && isatty(STDERR_FILENO) == 1) {}
+
+BatchProgress::~BatchProgress() {
+  if (is_drawn_) put("\r\033[K");
+}
+
+void BatchProgress::tell(const BatchState& state) {
+  const Clock::time_point now = Clock::now();
+  if (!is_watched_ || now < next_) return;
+  next_ = now + kPace;
+  is_drawn_ = true;
+  const std::chrono::duration<double> past = now - begun_;
+  put("\r" + batch_progress_line(state, past.count(), columns()) + "\033[K");
+}
+
+int BatchProgress::is_due_in() const {
+  if (!is_watched_) return -1;
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(next_ - Clock::now());
+  return static_cast<int>(std::max(left, 0ms).count());
+}
+
+}  // namespace grasp

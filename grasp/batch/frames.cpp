@@ -1,0 +1,70 @@
+#include "grasp/batch/frames.h"
+
+#include <sys/socket.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+
+namespace grasp {
+namespace {
+
+// Both sides are processes of one program on one machine.
+constexpr std::size_t kLengthSize = sizeof(std::uint64_t);
+constexpr std::size_t kHeadSize = 1 + kLengthSize;
+
+}  // namespace
+
+std::string to_bytes(const Frame& frame) {
+  const std::uint64_t length = frame.text.size();
+  std::string bytes(kHeadSize, frame.kind);
+  std::memcpy(&bytes[1], &length, kLengthSize);
+  return bytes + frame.text;
+}
+
+void FrameAssembler::take(std::string_view bytes) {
+  bytes_.append(bytes);
+}
+
+std::optional<Frame> FrameAssembler::next() {
+  const std::string_view rest = std::string_view(bytes_).substr(begin_);
+  if (rest.size() < kHeadSize) return std::nullopt;
+  std::uint64_t length = 0;
+  std::memcpy(&length, &rest[1], kLengthSize);
+  if (rest.size() - kHeadSize < length) return std::nullopt;
+  Frame frame = {rest[0], std::string(rest.substr(kHeadSize, length))};
+  begin_ += kHeadSize + length;
+  if (begin_ == bytes_.size()) {
+    // One long text does not keep its memory for ever.
+    bytes_ = {};
+    begin_ = 0;
+  }
+  return frame;
+}
+
+std::optional<Frame> receive(int socket, FrameAssembler& assembler) {
+  for (;;) {
+    if (std::optional<Frame> frame = assembler.next()) return frame;
+    std::array<char, 65536> buffer;
+    const ssize_t got = recv(socket, buffer.data(), buffer.size(), 0);
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return std::nullopt;
+    assembler.take({buffer.data(), static_cast<std::size_t>(got)});
+  }
+}
+
+bool send_whole(int socket, const Frame& frame) {
+  const std::string bytes = to_bytes(frame);
+  std::string_view rest = bytes;
+  while (!rest.empty()) {
+    // No SIGPIPE, which programs that this process starts would inherit ignored.
+    const ssize_t sent = send(socket, rest.data(), rest.size(), MSG_NOSIGNAL);
+    if (sent < 0 && errno == EINTR) continue;
+    if (sent <= 0) return false;
+    rest.remove_prefix(static_cast<std::size_t>(sent));
+  }
+  return true;
+}
+
+}  // namespace grasp

@@ -1,0 +1,41 @@
+// Texts over a stream socket, each with its kind and length before it.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace grasp {
+
+struct Frame {
+  /// Whoever sends and receives agree on it.
+  char kind = 0;
+  std::string text;
+
+  friend bool operator==(const Frame&, const Frame&) = default;
+};
+
+/// As it goes over the socket.
+std::string to_bytes(const Frame& frame);
+
+/// Puts frames together from bytes as they come.
+class FrameAssembler {
+ public:
+  void take(std::string_view bytes);
+  /// The next one that is complete.
+  std::optional<Frame> next();
+
+ private:
+  std::string bytes_;
+  // Until here they have been handed out.
+  std::size_t begin_ = 0;
+};
+
+/// Waits for a frame. @return none if the other side has gone.
+std::optional<Frame> receive(int socket, FrameAssembler& assembler);
+
+/// @return whether the other side is still there.
+bool send_whole(int socket, const Frame& frame);
+
+}  // namespace grasp

@@ -1,0 +1,82 @@
+#include "grasp/batch/guarded.h"
+
+#include <poll.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <iostream>
+#include <system_error>
+
+#include "grasp/batch/descriptor.h"
+#include "grasp/batch/held_signals.h"
+#include "grasp/batch/process_end.h"
+#include "grasp/batch/scratch_folder.h"
+
+namespace grasp {
+namespace {
+
+namespace fs = std::filesystem;
+
+void flush_all() {
+  std::cout.flush();
+  std::cerr.flush();
+  std::fflush(nullptr);
+}
+
+// Waits until the child has ended or is to be ended. @return whether it has.
+bool wait_for(const Descriptor& child, const HeldSignals& signals) {
+  for (;;) {
+    std::array<pollfd, 2> events = {{{child.get(), POLLIN, 0}, {signals.descriptor(), POLLIN, 0}}};
+    if (poll(events.data(), events.size(), -1) < 0) continue;
+    if (events[0].revents != 0) return true;
+    if (events[1].revents != 0) return false;
+  }
+}
+
+}  // namespace
+
+int run_guarded(const std::function<int(const fs::path& home)>& work) {
+  const fs::path home = fs::current_path();
+  const HeldSignals signals;
+  const ScratchFolder folder;
+  flush_all();
+  const pid_t child = fork();
+  if (child < 0) throw std::system_error(errno, std::generic_category(), "a process");
+  if (child == 0) {
+    signals.release();
+    setpgid(0, 0);
+    // It is in the background of its terminal, and prints there nevertheless.
+    std::signal(SIGTTOU, SIG_IGN);
+    int status = 0;
+    if (chdir(folder.path().c_str()) == 0) {
+      status = work(home);
+    } else {
+      std::perror("the scratch folder");
+      status = EXIT_FAILURE;
+    }
+    flush_all();
+    folder.remove();
+    _exit(status);
+  }
+  setpgid(child, child);
+  const Descriptor handle(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
+  if (!handle.is_open()) {
+    const int why = errno;
+    end_group(child);
+    throw std::system_error(why, std::generic_category(), "pidfd_open");
+  }
+  if (!wait_for(handle, signals)) {
+    end_group(child);
+    return 128 + signals.arrived();
+  }
+  const int status = reap_group(child);
+  if (WIFEXITED(status)) return WEXITSTATUS(status);
+  throw GuardedWorkDied("the process that worked was " + how_it_ended(status));
+}
+
+}  // namespace grasp
