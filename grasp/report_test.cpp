@@ -83,7 +83,7 @@ TEST(AnswerTable, ShowsEpsilonsAndTheObjectiveInWords) {
       "1          12.5000          -          -      12.5000  0.0000        -  -12.5000  0.0000   "
       "0.0000\n"
       "\n"
-      "objective 5.5000 N, the sum of the epsilons divided by the number of contacts minus one; "
+      "objective 5.5000 N: sum of the epsilons / (contacts - 1)\n"
       "mean epsilon 5.5000 N\n"
       "balance: force within 1.25e-16 N, torque within 0 N m\n"
       "note: the first of two\n"
@@ -100,16 +100,16 @@ TEST(AnswerTable, SaysForEachQuestionWhatItsObjectiveIs) {
                        text.find('\n', text.find('\n') + 1) - text.find('\n')) +
            text.substr(at, text.find('\n', at) - at);
   };
-  EXPECT_EQ(
-      objective(Question::kPoint, {1}),
-      "question \"point\": contact 1\nobjective 2.0000 N, the largest epsilon of this contact");
+  EXPECT_EQ(objective(Question::kPoint, {1}),
+            "question \"point\": contact 1\n"
+            "objective 2.0000 N: epsilon of this contact");
   EXPECT_EQ(objective(Question::kIndividual, {1, 0}),
-            "question \"individual\": contact 1, 0 thumb\nobjective 2.0000 N, the mean over these "
-            "contacts of normal force (with friction) or epsilon (without)");
-  EXPECT_EQ(
-      objective(Question::kAll, {}),
-      "question \"all\"\nobjective 2.0000 N, the epsilons with friction divided by the number "
-      "of contacts minus one, plus the others");
+            "question \"individual\": contact 1, 0 thumb\n"
+            "objective 2.0000 N: mean over these contacts of normal force with friction, epsilon "
+            "without");
+  EXPECT_EQ(objective(Question::kAll, {}),
+            "question \"all\"\n"
+            "objective 2.0000 N: epsilons with friction / (contacts - 1) + the others");
 }
 
 TEST(AnswerTable, ShowsAReasonInPlaceOfForces) {
@@ -191,6 +191,18 @@ TEST(AnswerJson, HoldsAReasonAndNoForcesWhereThereAreNone) {
             R"("reason":"the conditions contradict each other: the cones","notes":[],)"
             R"("force_closure":true,)"
             R"("grasp_map":{"rank":5,"columns":6,"nullity":1,"smallest_singular_value":0.25}})");
+}
+
+TEST(AnswerText, HasALineForEachKeyAndEachContact) {
+  const Grasp grasp = mixed();
+  const std::string text = to_text(to_json(grasp, feasible(Question::kExists), false));
+  EXPECT_EQ(zelhost::Json::parse(text), to_json(grasp, feasible(Question::kExists), false));
+  EXPECT_EQ(text.substr(0, 70),
+            "{\n  \"name\": \"a mixed pinch\",\n  \"question\": \"exists\",\n  \"verdict\": \"FEA");
+  EXPECT_NE(text.find(",\n  \"contacts\": [\n    {\"contact\":0,\"name\":\"thumb\","),
+            std::string::npos);
+  EXPECT_NE(text.find("},\n    {\"contact\":1,"), std::string::npos);
+  EXPECT_NE(text.find("}\n  ],\n  \"residual\": {"), std::string::npos);
 }
 
 }  // namespace
