@@ -198,9 +198,10 @@ TEST(NullspaceOfAGraspMap, DoesNotTakeRoundingForMomentsWhereThereAreNone) {
         contact_at(Vector(1, 2, 3) + 0.03 * out, -out, ContactType::kFrictionless));
   }
   // The centroid is not the ball's centre: pairs of opposite contacts make it one.
-  for (int i = 0; i < 8; ++i)
-    ball.contacts.push_back(contact_at(Vector(2, 4, 6) - ball.contacts[i].point,
-                                       -ball.contacts[i].frame.normal, ContactType::kFrictionless));
+  const std::vector<Contact> half = ball.contacts;
+  for (const Contact& each : half)
+    ball.contacts.push_back(
+        contact_at(Vector(2, 4, 6) - each.point, -each.frame.normal, ContactType::kFrictionless));
   const GraspMap map = weighed_grasp_map(ball);
   expect_base(map, nullspace(map), 3);
 }

@@ -79,8 +79,10 @@ std::vector<std::pair<std::string, Grasp>> variants(const Grasp& grasp) {
 }
 
 TEST(GraspAnswer, DoesNotDependOnUnitsPlaceTangentsCentreOrOrder) {
-  for (const char* name : {"ball", "box_corner", "envelope", "pinch", "three_fingers", "one_side",
-                           "slippery_wedge", "tight_bounds"}) {
+  std::vector<std::string> names = {"ball",     "box_corner",    "tight_bounds",   "one_side",
+                                    "envelope", "three_fingers", "slippery_wedge", "pinch"};
+  names.resize(std::min<std::size_t>(8, 3 + sdpsol::testing::many(8)));
+  for (const std::string& name : names) {
     const Grasp grasp = example(name);
     for (const Question question : {Question::kExists, Question::kAll}) {
       const Answer answer = ask(grasp, {question, {}});
