@@ -137,7 +137,7 @@ Asker::~Asker() = default;
 
 Answer Asker::ask(const Grasp& grasp, const Inquiry& inquiry) {
   const GraspMap map = grasp_map(grasp);
-  const Nullspace space = nullspace(map);
+  const Nullspace space = nullspace(weighed_grasp_map(grasp));
   Answer answer;
   answer.inquiry = inquiry;
   answer.balance = space.balance;

@@ -16,6 +16,22 @@ bool bounds_admit_small_forces(const Grasp& grasp) {
   });
 }
 
+// A cone without friction has no inside: that no force is there says nothing about the
+// forces on it.
+bool cones_have_an_inside(const Grasp& grasp) {
+  return std::all_of(grasp.contacts.begin(), grasp.contacts.end(), [](const Contact& contact) {
+    return contact.type == ContactType::kFrictionless || contact.friction > 0;
+  });
+}
+
+// The question about friction wants the frictionless contacts above 1 N, if there are any.
+bool asks_for_more(const Grasp& grasp, const Inquiry& inquiry) {
+  return inquiry.question == Question::kFriction &&
+         std::any_of(grasp.contacts.begin(), grasp.contacts.end(), [](const Contact& contact) {
+           return contact.type == ContactType::kFrictionless;
+         });
+}
+
 }  // namespace
 
 std::optional<bool> force_closure(const Grasp& grasp, const Answer& answer) {
@@ -24,8 +40,8 @@ std::optional<bool> force_closure(const Grasp& grasp, const Answer& answer) {
     case Verdict::kFeasible:
       return true;
     case Verdict::kInfeasible:
-      // The question about friction asks for more: frictionless contacts above 1 N.
-      if (answer.inquiry.question != Question::kFriction && bounds_admit_small_forces(grasp))
+      if (!asks_for_more(grasp, answer.inquiry) && bounds_admit_small_forces(grasp) &&
+          cones_have_an_inside(grasp))
         return false;
       break;
     case Verdict::kUndetermined:

@@ -1,6 +1,7 @@
 #include "grasp/geometry.h"
 
 #include <Eigen/Geometry>
+#include <algorithm>
 #include <cmath>
 
 namespace grasp {
@@ -16,6 +17,20 @@ Vector least_axis(const Vector& normal) {
   for (Eigen::Index i = 1; i < 3; ++i)
     if (std::abs(normal[i]) < std::abs(normal[axis]) - kTie) axis = i;
   return Vector::Unit(axis);
+}
+
+GraspMap map_about(const Grasp& grasp, const Vector& centre) {
+  GraspMap map(6, static_cast<Eigen::Index>(grasp.components()));
+  Eigen::Index column = 0;
+  for (const Contact& contact : grasp.contacts) {
+    const Vector arm = contact.point - centre;
+    const Eigen::Matrix3Xd along = directions(contact);
+    for (Eigen::Index k = 0; k < along.cols(); ++k, ++column) {
+      map.col(column).head<3>() = along.col(k);
+      map.col(column).tail<3>() = arm.cross(Vector(along.col(k)));
+    }
+  }
+  return map;
 }
 
 }  // namespace
@@ -47,17 +62,23 @@ Eigen::Matrix3Xd directions(const Contact& contact) {
 }
 
 GraspMap grasp_map(const Grasp& grasp) {
-  GraspMap map(6, static_cast<Eigen::Index>(grasp.components()));
-  Eigen::Index column = 0;
-  for (const Contact& contact : grasp.contacts) {
-    const Vector arm = contact.point - grasp.centre;
-    const Eigen::Matrix3Xd along = directions(contact);
-    for (Eigen::Index k = 0; k < along.cols(); ++k, ++column) {
-      map.col(column).head<3>() = along.col(k);
-      map.col(column).tail<3>() = arm.cross(Vector(along.col(k)));
-    }
-  }
+  return map_about(grasp, grasp.centre);
+}
+
+GraspMap weighed_grasp_map(const Grasp& grasp) {
+  const Vector middle = centroid(grasp.contacts);
+  GraspMap map = map_about(grasp, middle);
+  double size = 0;
+  for (const Contact& contact : grasp.contacts)
+    size = std::max(size, (contact.point - middle).norm());
+  if (size > 0) map.bottomRows<3>() /= size;
   return map;
+}
+
+Vector centroid(const std::vector<Contact>& contacts) {
+  Vector sum = Vector::Zero();
+  for (const Contact& contact : contacts) sum += contact.point;
+  return sum / static_cast<double>(contacts.size());
 }
 
 }  // namespace grasp

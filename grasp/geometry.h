@@ -3,6 +3,7 @@
 
 #include <Eigen/Core>
 #include <optional>
+#include <vector>
 
 #include "grasp/grasp.h"
 
@@ -31,5 +32,13 @@ using GraspMap = Eigen::Matrix<double, 6, Eigen::Dynamic>;
 /// object's frame; D. Prattichizzio, J. Trinkle, Grasping, Springer Handbook of
 /// Robotics, whose contact frames have the normal first: here it is last.
 GraspMap grasp_map(const Grasp& grasp);
+
+/// Another map with the same nullspace, as its rank is judged: torques are about the
+/// centroid of the contacts and divided by the size of the grasp, the largest distance of
+/// a contact from there. So it does not depend on units of length or on grasp.centre.
+GraspMap weighed_grasp_map(const Grasp& grasp);
+
+/// Of the points of contact.
+Vector centroid(const std::vector<Contact>& contacts);
 
 }  // namespace grasp

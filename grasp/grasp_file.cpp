@@ -1,11 +1,13 @@
 #include "grasp/grasp_file.h"
 
 #include <Eigen/Geometry>
+#include <algorithm>
 #include <cmath>
 #include <nlohmann/json.hpp>
 #include <string>
 
 #include "grasp/geometry.h"
+#include "host/text.h"
 
 namespace grasp {
 namespace {
@@ -18,13 +20,17 @@ constexpr double kFarthest = 1e9;
 constexpr double kLargest = 1e30;
 // Sine of the angle under which a tangent is along the normal.
 constexpr double kAlong = 1e-6;
-// Contacts nearer than this part of the grasp's size are one.
+// Contacts nearer than this part of the grasp's size are one,
 constexpr double kCoincident = 1e-9;
+// and those nearer than this part of their coordinates: they are apart by rounding.
+constexpr double kRounding = 1e-11;
+// A longer name would push what is wrong out of sight.
+constexpr std::size_t kLongestName = 60;
 
 // What a file says for all contacts that say nothing themselves.
 struct Defaults {
-  std::optional<JsonNode> friction;
-  std::optional<JsonNode> max_force;
+  std::optional<double> friction;
+  std::optional<double> max_force;
 };
 
 // A contact while it is read: what is said about it begins with its number and name.
@@ -33,18 +39,18 @@ struct Place {
   std::string name;
 
   [[noreturn]] void fail(const JsonNode& at, const std::string& what) const {
-    at.fail("contact " + std::to_string(number) + (name.empty() ? "" : " \"" + name + "\"") + ": " +
-            what);
+    const std::string quoted =
+        name.empty() ? "" : " \"" + zelhost::on_one_line(name, kLongestName) + "\"";
+    at.fail("contact " + std::to_string(number) + quoted + ": " + what);
   }
 };
 
 double read_number(const JsonNode& node, std::string_view what, double most) {
   if (!node.value().is_number()) node.fail("this takes " + std::string(what) + ", a number");
   const auto number = node.value().get<double>();
-  if (!(std::abs(number) <= most)) {
-    std::string limit = most == kFarthest ? "1e9" : "1e30";
-    node.fail("the number is beyond " + limit);
-  }
+  if (!(std::abs(number) <= most))
+    node.fail(most == kFarthest ? "the number is beyond 1e9; lengths are in metres"
+                                : "the number is beyond 1e30");
   return number;
 }
 
@@ -58,26 +64,29 @@ Vector read_vector(const JsonNode& node, const std::string& what, double most = 
   return vector;
 }
 
-double read_friction(const JsonNode& node, const Place& place) {
+void fail(const JsonNode& node, const Place* place, const std::string& what) {
+  if (place != nullptr) place->fail(node, what);
+  node.fail(what);
+}
+
+// @param place none: of all contacts.
+double read_friction(const JsonNode& node, const Place* place) {
   const double friction = read_number(node, "a friction coefficient", kLargest);
-  if (friction < 0)
-    place.fail(node,
-               "a friction coefficient is not negative; give the normal's direction by "
-               "\"normal\", which points into the object");
+  if (friction < 0) fail(node, place, "a friction coefficient is negative; it is 0 or above");
   return friction;
 }
 
-double read_max_force(const JsonNode& node, const Place& place) {
+double read_max_force(const JsonNode& node, const Place* place) {
   const double force = read_number(node, "a force in newtons", kLargest);
-  if (force <= 0) place.fail(node, "a maximal force is above 0");
+  if (force <= 0) fail(node, place, "a maximal force is above 0");
   return force;
 }
 
 Bounds read_bounds(const JsonNode& node, const Place& place) {
   const auto pair = node.elements("the lower and the upper bound in newtons");
   if (pair.size() != 2)
-    node.fail("this takes the lower and the upper bound, not " + std::to_string(pair.size()) +
-              " numbers");
+    place.fail(node, "this takes two numbers, the lower and the upper bound, not " +
+                         std::to_string(pair.size()));
   const Bounds bounds = {read_number(pair[0], "a bound", kLargest),
                          read_number(pair[1], "a bound", kLargest)};
   if (bounds.lower > bounds.upper) place.fail(node, "the lower bound is above the upper bound");
@@ -110,6 +119,9 @@ std::vector<Bounds> read_limits(const JsonNode& node, const Place& place, Contac
     if (node.has("max_force")) place.fail(node, R"(either "bounds" or "max_force", not both)");
     const JsonNode bounds = node.member("bounds");
     if (type == ContactType::kFrictionless) {
+      for (const char* key : {"tangential_1", "tangential_2"})
+        if (bounds.has(key))
+          place.fail(bounds, "a frictionless contact has one force component, \"normal\"");
       bounds.expect_keys({"normal"});
       return {read_bounds(bounds.member("normal"), place)};
     }
@@ -118,10 +130,13 @@ std::vector<Bounds> read_limits(const JsonNode& node, const Place& place, Contac
             read_bounds(bounds.member("tangential_2"), place),
             read_bounds(bounds.member("normal"), place)};
   }
-  std::optional<JsonNode> at = defaults.max_force;
-  if (node.has("max_force")) at = node.member("max_force");
-  if (!at) place.fail(node, R"(how strong is it? Give "max_force" or "bounds")");
-  const double force = read_max_force(*at, place);
+  std::optional<double> given = defaults.max_force;
+  if (node.has("max_force")) given = read_max_force(node.member("max_force"), &place);
+  if (!given)
+    place.fail(node,
+               "how strong is it? Give \"max_force\" or \"bounds\" here, or \"max_force\" for all "
+               "contacts, beside \"contacts\"");
+  const double force = *given;
   if (type == ContactType::kFrictionless) return {{0, force}};
   return {{-force, force}, {-force, force}, {0, force}};
 }
@@ -133,9 +148,12 @@ double read_contact_friction(const JsonNode& node, const Place& place, ContactTy
       place.fail(node.member("friction"), "a frictionless contact has no friction coefficient");
     return 0;
   }
-  if (node.has("friction")) return read_friction(node.member("friction"), place);
-  if (!defaults.friction) place.fail(node, R"(the key "friction", its coefficient, is missing)");
-  return read_friction(*defaults.friction, place);
+  if (node.has("friction")) return read_friction(node.member("friction"), &place);
+  if (!defaults.friction)
+    place.fail(node,
+               "the friction coefficient is missing; give \"friction\" here, or for all contacts, "
+               "beside \"contacts\"");
+  return *defaults.friction;
 }
 
 Contact read_contact(const JsonNode& node, std::size_t number, const Defaults& defaults) {
@@ -168,7 +186,7 @@ std::variant<PointHull, BallHull> read_hull(const JsonNode& node) {
   for (const JsonNode& point :
        node.elements("the corners of the object, or a \"centre\" and a \"radius\""))
     hull.points.push_back(read_vector(point, "a point in metres"));
-  if (hull.points.empty()) node.fail("a hull has corners");
+  if (hull.points.empty()) node.fail("a hull has at least one corner");
   return hull;
 }
 
@@ -177,21 +195,16 @@ void expect_text(const JsonNode& node) {
   static_cast<void>(node.text("a line of text"));
 }
 
-Vector centroid(const std::vector<Contact>& contacts) {
-  Vector sum = Vector::Zero();
-  for (const Contact& contact : contacts) sum += contact.point;
-  return sum / static_cast<double>(contacts.size());
-}
-
 void expect_apart(const JsonNode& contacts_at, const std::vector<Contact>& contacts) {
-  double size = 0;
+  double near = 0;
   for (const Contact& contact : contacts)
-    size = std::max(size, (contact.point - contacts.front().point).norm());
+    near = std::max({near, kCoincident * (contact.point - contacts.front().point).norm(),
+                     kRounding * contact.point.norm()});
   for (std::size_t i = 0; i < contacts.size(); ++i) {
     const Place place{i, contacts[i].name};
+    const JsonNode at = contacts_at.element(i);
     for (std::size_t j = 0; j < i; ++j) {
-      const JsonNode at = contacts_at.element(i);
-      if ((contacts[i].point - contacts[j].point).norm() <= kCoincident * size)
+      if ((contacts[i].point - contacts[j].point).norm() <= near)
         place.fail(at.member("point"), "this is the point of contact " + std::to_string(j) +
                                            " too; contacts are apart");
       if (!place.name.empty() && contacts[j].name == place.name)
@@ -209,13 +222,13 @@ Grasp read_grasp(const JsonNode& node) {
   if (node.has("notes"))
     for (const JsonNode& note : node.member("notes").elements("lines of text")) expect_text(note);
   Defaults defaults;
-  if (node.has("friction")) defaults.friction = node.member("friction");
-  if (node.has("max_force")) defaults.max_force = node.member("max_force");
+  if (node.has("friction")) defaults.friction = read_friction(node.member("friction"), nullptr);
+  if (node.has("max_force")) defaults.max_force = read_max_force(node.member("max_force"), nullptr);
 
   const JsonNode contacts_at = node.member("contacts");
   for (const JsonNode& contact : contacts_at.elements("contacts"))
     grasp.contacts.push_back(read_contact(contact, grasp.contacts.size(), defaults));
-  if (grasp.contacts.empty()) contacts_at.fail("a grasp has contacts");
+  if (grasp.contacts.empty()) contacts_at.fail("a grasp has at least one contact");
   expect_apart(contacts_at, grasp.contacts);
 
   grasp.centre = node.has("centre") ? read_vector(node.member("centre"), "a point in metres")

@@ -10,11 +10,6 @@
 namespace grasp {
 namespace {
 
-// Rows of a grasp map that are torques, per newton: the largest is the size of the grasp.
-double size_of(const GraspMap& map) {
-  return map.bottomRows<3>().colwise().norm().maxCoeff();
-}
-
 // How much longer than another projection one must be to count as longer: in a
 // symmetric grasp many are of one length but for rounding.
 constexpr double kTie = 1e-9;
@@ -75,10 +70,7 @@ Balance balance_of(const Eigen::VectorXd& singular_values, Eigen::Index columns)
 }  // namespace
 
 Nullspace nullspace(const GraspMap& map) {
-  // Rows that are scaled have the same nullspace.
-  GraspMap scaled = map;
-  if (const double size = size_of(map); size > 0) scaled.bottomRows<3>() /= size;
-  const Eigen::JacobiSVD<Eigen::MatrixXd> svd(scaled, Eigen::ComputeFullV);
+  const Eigen::JacobiSVD<Eigen::MatrixXd> svd(Eigen::MatrixXd(map), Eigen::ComputeFullV);
   Nullspace result;
   result.balance = balance_of(svd.singularValues(), map.cols());
   const Eigen::Index nullity = result.balance.nullity;

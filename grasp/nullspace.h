@@ -22,8 +22,8 @@ struct Nullspace {
   Eigen::MatrixXd base;
 };
 
-/// @param map 6 x k, k > 0. Its torques are weighed with the contacts' size first, so that
-/// metres and millimetres give one rank.
+/// @param map 6 x k, k > 0, not 0: as weighed_grasp_map() gives it, so that metres and
+/// millimetres have one rank.
 Nullspace nullspace(const GraspMap& map);
 
 /// Another base of the same nullspace, orthonormal too.

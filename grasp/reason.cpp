@@ -56,6 +56,7 @@ LineList find_lines(std::string_view reason) {
     rest.remove_prefix(2);
   }
   list.more = !rest.empty();
+  if (list.lines.empty()) return {reason.size(), {}};
   return list;
 }
 
@@ -91,7 +92,7 @@ std::string condition(std::string_view line, const Grasp& grasp) {
   line.remove_prefix(1);
   const auto number = take_number(line);
   const auto of = number ? component(grasp, *number) : std::nullopt;
-  if (!of || line.size() < 3) return {};
+  if (!of || line.size() < 3 || (line.front() != '>' && line.front() != '<')) return {};
   const std::string_view relation = line.front() == '>' ? " above " : " below ";
   return std::string(of->name) + " of " + grasp.label(of->contact) + std::string(relation) +
          std::string(line.substr(1, line.size() - 2)) + " N";
