@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 namespace grasp {
@@ -21,15 +22,15 @@ std::size_t columns() {
   return size.ws_col - std::size_t{1};
 }
 
-std::string two_digits(std::uint64_t number) {
+std::string two_digits(std::int64_t number) {
   return (number < 10 ? "0" : "") + std::to_string(number);
 }
 
 // "4:07", "2:04:07".
 std::string clock_time(double seconds) {
-  const auto whole = static_cast<std::uint64_t>(seconds + 0.5);
+  const std::int64_t whole = std::llround(seconds);
   const std::string minutes_behind = ":" + two_digits(whole % 60);
-  const std::uint64_t minutes = whole / 60;
+  const std::int64_t minutes = whole / 60;
   if (minutes < 60) return std::to_string(minutes) + minutes_behind;
   return std::to_string(minutes / 60) + ":" + two_digits(minutes % 60) + minutes_behind;
 }
@@ -49,8 +50,7 @@ std::string batch_progress_line(const BatchState& state, double seconds, std::si
                            : 0;
   if (state.bytes_ahead) line += "  " + std::to_string(static_cast<int>(100 * share)) + " %";
   if (seconds > 0) {
-    const auto tenths =
-        static_cast<std::uint64_t>(10 * static_cast<double>(state.lines) / seconds + 0.5);
+    const std::int64_t tenths = std::llround(10 * static_cast<double>(state.lines) / seconds);
     line += "  " + std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " per second";
   }
   if (share > 0) line += "  " + clock_time(seconds * (1 - share) / share) + " left";

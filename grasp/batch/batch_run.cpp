@@ -181,11 +181,11 @@ void BatchRun::hand_out() {
 
 void BatchRun::take_reports() {
   for (Hand& hand : hands_)
-    while (std::optional<WorkerReport> report = hand.worker->advance())
-      take_report(hand, std::move(*report));
+    while (const std::optional<WorkerReport> report = hand.worker->advance())
+      take_report(hand, *report);
 }
 
-void BatchRun::take_report(Hand& hand, WorkerReport report) {
+void BatchRun::take_report(Hand& hand, const WorkerReport& report) {
   switch (report.kind) {
     case WorkerReport::Kind::kReady:
       hand.is_ready = true;

@@ -51,7 +51,7 @@ class BatchRun {
   // A line that is worth an answer goes into the window.
   void admit(InputLine line);
   void see_end_of_input();
-  void take_report(Hand& hand, WorkerReport report);
+  void take_report(Hand& hand, const WorkerReport& report);
   // Returns the worker that takes the place of one that has died.
   std::unique_ptr<Worker> succeed(const Hand& hand, const std::string& how_it_died);
   void put_out(const WindowLine& line);
