@@ -80,10 +80,21 @@ void withdraw_forces(Answer& answer) {
   answer.forces.clear();
 }
 
+// "contact a is", "contacts a, b and 3 more are".
+std::string contacts_are(const Grasp& grasp, const std::vector<std::size_t>& contacts) {
+  constexpr std::size_t kMostNamed = 5;
+  std::string text = contacts.size() == 1 ? "contact " : "contacts ";
+  const std::size_t named = std::min(contacts.size(), kMostNamed);
+  for (std::size_t i = 0; i < named; ++i) text += (i == 0 ? "" : ", ") + grasp.label(contacts[i]);
+  if (contacts.size() > named) text += " and " + std::to_string(contacts.size() - named) + " more";
+  return text + (contacts.size() == 1 ? " is" : " are");
+}
+
 // The forces follow from the exact base, the solver has seen six digits of it.
 void judge_forces(const Grasp& grasp, Answer& answer) {
   double size = 0;
   for (const ContactForce& force : answer.forces) size = std::hypot(size, force.local.norm());
+  std::vector<std::size_t> at_limit;
   for (std::size_t i = 0; i < answer.forces.size(); ++i) {
     const ContactForce& force = answer.forces[i];
     const double outside = -std::min(force.cone_margin, force.bound_margin);
@@ -94,9 +105,11 @@ void judge_forces(const Grasp& grasp, Answer& answer) {
     // Optimal forces are at limits by nature. Those that only have to exist are as far
     // inside as they can be, and this is what the rounding has made possible.
     if (answer.inquiry.question == Question::kExists) return withdraw_forces(answer);
-    answer.notes.push_back("contact " + grasp.label(i) +
-                           " is at its limit, to the six digits that the solver is given");
+    at_limit.push_back(i);
   }
+  if (!at_limit.empty())
+    answer.notes.push_back(contacts_are(grasp, at_limit) +
+                           " at a limit, to the six digits that the solver is given");
 }
 
 void set_forces(const Grasp& grasp, const GraspMap& map, const Eigen::MatrixXd& base,
@@ -126,6 +139,16 @@ void add_notes(const Grasp& grasp, Answer& answer) {
                              "of; \"frictionless\" is what it may be meant to be");
 }
 
+std::string no_nullspace(const Balance& balance) {
+  // Of a map that six digits of its numbers could make singular, say.
+  constexpr double kSuspicious = 1e-3;
+  std::string reason = "no nullspace: the " + std::to_string(balance.columns) +
+                       " columns of the grasp map are independent, so that no forces but 0 balance";
+  if (balance.smallest_kept < kSuspicious)
+    reason += "; if they should, points and normals need more digits";
+  return reason;
+}
+
 }  // namespace
 
 struct Asker::Parts {
@@ -144,8 +167,7 @@ Answer Asker::ask(const Grasp& grasp, const Inquiry& inquiry) {
   add_notes(grasp, answer);
   if (space.balance.nullity == 0) {
     answer.verdict = Verdict::kInfeasible;
-    answer.reason = "no nullspace: the " + std::to_string(space.balance.columns) +
-                    " columns of the grasp map are independent, so that no forces but 0 balance";
+    answer.reason = no_nullspace(space.balance);
   } else {
     const Solved solved = solve(parts_->road, grasp, inquiry, space);
     answer.verdict = solved.heading.verdict;

@@ -8,6 +8,7 @@ namespace grasp {
 namespace {
 
 constexpr std::string_view kSolverBorderline = "borderline: no point has more room than 4.4e-6";
+constexpr std::string_view kCones = "the cones";
 constexpr std::string_view kWarning = "warning: ";
 
 std::vector<std::string_view> lines_of(std::string_view text) {
@@ -80,7 +81,7 @@ std::optional<Component> component(const Grasp& grasp, std::size_t number) {
 
 // What a line of the definition says: "x5>0;", "epsilon1>0;" or "[P0,zeros(3,3);".
 std::string condition(std::string_view line, const Grasp& grasp) {
-  if (starts_with(line, "[")) return "the cones";
+  if (starts_with(line, "[")) return std::string(kCones);
   if (starts_with(line, "epsilon")) {
     line.remove_prefix(std::string_view("epsilon").size());
     const auto number = take_number(line);
@@ -126,10 +127,14 @@ std::string explain(const std::string& reason, std::string_view definition, cons
   for (const std::size_t number : list.lines) {
     if (number == 0 || number > lines.size()) continue;
     const std::string text = condition(lines[number - 1], grasp);
-    if (!text.empty() && std::find(conditions.begin(), conditions.end(), text) == conditions.end())
-      conditions.push_back(text);
+    if (text.empty() || std::find(conditions.begin(), conditions.end(), text) != conditions.end())
+      continue;
+    // First what a grasp fails for most often.
+    conditions.insert(text == kCones ? conditions.begin() : conditions.end(), text);
   }
-  std::string text = reason.substr(0, list.start);
+  // Where bounds of different components exclude each other, balance is what ties them.
+  std::string text =
+      (conditions.size() > 1 ? "for forces that balance, " : "") + reason.substr(0, list.start);
   for (const std::string& each : conditions) text += (&each == &conditions[0] ? ": " : ", ") + each;
   return text + (list.more && !conditions.empty() ? ", and more" : "");
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <string_view>
 #include <vector>
 
@@ -14,14 +15,32 @@ namespace {
 // A longer name is cut: it widens the column of all.
 constexpr std::size_t kLongestName = 30;
 
-// With four digits behind the point, which is a ten-thousandth of a newton; 0 has no sign.
-std::string newtons(double value) {
-  std::array<char, 400> digits;
-  const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), value,
-                                     std::chars_format::fixed, 4);
-  const std::string text(digits.data(), written.ptr);
-  return text == "-0.0000" ? "0.0000" : text;
-}
+/// Writes forces with as many digits behind the point as the largest of an answer asks
+/// for: four, or where all are small so many that it has four that count. 0 has no sign.
+class Newtons {
+ public:
+  explicit Newtons(const Answer& answer) {
+    double largest = 0;
+    for (const ContactForce& force : answer.forces) largest = std::max(largest, force.local.norm());
+    constexpr double kSmall = 0.1;
+    constexpr int kMost = 50;
+    if (largest > 0 && largest < kSmall)
+      digits_ = std::min(kMost, 3 - static_cast<int>(std::floor(std::log10(largest))));
+  }
+
+  std::string operator()(double value) const {
+    std::array<char, 400> digits;
+    const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), value,
+                                       std::chars_format::fixed, digits_);
+    const std::string text(digits.data(), written.ptr);
+    return text.find_first_not_of("-0.") == std::string::npos && text.front() == '-'
+               ? text.substr(1)
+               : text;
+  }
+
+ private:
+  int digits_ = 4;
+};
 
 std::string rounded(double value) {
   std::array<char, 32> digits;
@@ -94,6 +113,7 @@ std::string force_table(const Grasp& grasp, const Answer& answer) {
   const bool has_epsilon =
       std::any_of(answer.forces.begin(), answer.forces.end(),
                   [](const ContactForce& each) { return each.epsilon.has_value(); });
+  const Newtons newtons(answer);
   Columns columns;
   std::vector<std::string> head = {"force [N]", "normal",      "tangent 1",
                                    "tangent 2", "inside cone", "bounds"};
@@ -134,6 +154,7 @@ std::string_view meaning_of_objective(Question question) {
 
 std::string objective_lines(const Answer& answer) {
   if (!answer.objective) return {};
+  const Newtons newtons(answer);
   std::string lines = "objective " + newtons(*answer.objective) +
                       " N: " + std::string(meaning_of_objective(answer.inquiry.question)) + "\n";
   if (answer.mean_epsilon) lines += "mean epsilon " + newtons(*answer.mean_epsilon) + " N\n";
