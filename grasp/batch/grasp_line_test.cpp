@@ -61,8 +61,8 @@ TEST(GraspLines, ResolveContactsForEachGrasp) {
   EXPECT_EQ(end.status, kBatchHasErrors);
   const std::vector<Json> lines = parsed(end.result);
   ASSERT_EQ(lines.size(), 3U);
-  EXPECT_EQ(lines[0]["about"], Json({0}));
-  EXPECT_EQ(lines[1]["about"], Json({1}));
+  EXPECT_EQ(lines[0]["about"], Json::array({0}));
+  EXPECT_EQ(lines[1]["about"], Json::array({1}));
   EXPECT_EQ(lines[2]["error"], "there is no contact \"thumb\"; there are 0");
 }
 
