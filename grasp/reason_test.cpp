@@ -74,15 +74,17 @@ TEST(ReadHeading, LooksAtNothingBehindTheHeadingAndAtWholeLines) {
 
 TEST(Explain, PutsTheConditionsOfTheGraspInPlaceOfLines) {
   EXPECT_EQ(explained("the conditions contradict each other, lines 9, 10, 11, 12"),
-            "the conditions contradict each other: tangential force 1 of thumb above -10 N, "
+            "for forces that balance, the conditions contradict each other: "
+            "tangential force 1 of thumb above -10 N, "
             "tangential force 1 of thumb below 10 N, normal force of thumb above 0 N, normal force "
             "of 1 below 1.5e+06 N");
   EXPECT_EQ(explained("two bounds exclude each other, lines 13, 14"),
-            "two bounds exclude each other: tangential force 2 of ring below 2 N, normal force of "
+            "for forces that balance, two bounds exclude each other: tangential force 2 of ring "
+            "below 2 N, normal force of "
             "ring above 1e-05 N");
   EXPECT_EQ(explained("the conditions contradict each other, lines 15, 16, 17, 18"),
-            "the conditions contradict each other: margin of thumb above 0, margin of 1 above 0, "
-            "margin above 0, the cones");
+            "for forces that balance, the conditions contradict each other: the cones, "
+            "margin of thumb above 0, margin of 1 above 0, margin above 0");
   EXPECT_EQ(explained("a diagonal entry is 0 for every value of the variables, line 18"),
             "a diagonal entry is 0 for every value of the variables: the cones");
 }
