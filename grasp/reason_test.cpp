@@ -91,8 +91,8 @@ TEST(Explain, PutsTheConditionsOfTheGraspInPlaceOfLines) {
 
 TEST(Explain, NamesAConditionOnceAndSaysThatThereAreMore) {
   EXPECT_EQ(explained("the conditions contradict each other, lines 9, 9, 11, ..."),
-            "the conditions contradict each other: tangential force 1 of thumb above -10 N, normal "
-            "force of thumb above 0 N, and more");
+            "for forces that balance, the conditions contradict each other: "
+            "tangential force 1 of thumb above -10 N, normal force of thumb above 0 N, and more");
 }
 
 TEST(Explain, KeepsAReasonWithoutLines) {
