@@ -51,8 +51,8 @@ if(SDPSOL_TESTS)
 endif()
 
 # add_project_test(NAME sources... LIBRARIES libraries...)
-# A GoogleTest program; each of its cases becomes a test of ctest, or under the
-# sanitizers all of them one. The programs
+# A GoogleTest program, which is one test of ctest: to start a program for each of its
+# cases takes longer than most cases do. The programs
 # find the commands of this build through SDPSOL_BIN_DIR and the project's own
 # data through SDPSOL_SOURCE_DIR. PROJECT_TEST_HEADERS is what they precompile.
 set(PROJECT_TEST_HEADERS test_headers)
@@ -66,16 +66,8 @@ function(add_project_test name)
   target_compile_definitions(${name} PRIVATE
     SDPSOL_BIN_DIR="${CMAKE_BINARY_DIR}/bin" SDPSOL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
-  if(SDPSOL_SANITIZE)
-    # To start a sanitized program takes longer than most cases: each program is one
-    # test, of all its cases. The leaks are also those of the commands that it starts.
-    add_test(NAME ${name} COMMAND ${name})
-    set_tests_properties(${name} PROPERTIES TIMEOUT 900 ENVIRONMENT
-      "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0")
-  else()
-    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
-  endif()
+  add_test(NAME ${name} COMMAND ${name})
+  # Under the sanitizers the leaks are also those of the commands that it starts.
+  set_tests_properties(${name} PROPERTIES TIMEOUT 900 ENVIRONMENT
+    "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0")
 endfunction()
-if(SDPSOL_TESTS)
-  include(GoogleTest)
-endif()
