@@ -13,6 +13,7 @@
 #include <system_error>
 #include <utility>
 
+#include "host/descriptor.h"
 #include "host/json_reader.h"
 #include "host/text.h"
 
@@ -33,10 +34,10 @@ constexpr std::size_t kMostWaiting = 65536;
 // has not.
 constexpr int kMostStillborn = 3;
 
-Descriptor open_input(const std::string& name) {
+zelhost::Descriptor open_input(const std::string& name) {
   // Above the standard descriptors, in case one of those is closed.
-  Descriptor input(name == "-" ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)
-                               : open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+  zelhost::Descriptor input(name == "-" ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)
+                                        : open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
   if (!input.is_open()) throw std::system_error(errno, std::generic_category(), name);
   return input;
 }

@@ -7,13 +7,13 @@
 
 #include "grasp/batch/batch.h"
 #include "grasp/batch/batch_progress.h"
-#include "grasp/batch/descriptor.h"
 #include "grasp/batch/held_signals.h"
 #include "grasp/batch/line_reader.h"
 #include "grasp/batch/result_file.h"
 #include "grasp/batch/tally.h"
 #include "grasp/batch/window.h"
 #include "grasp/batch/worker.h"
+#include "host/descriptor.h"
 
 namespace grasp {
 
@@ -63,7 +63,7 @@ class BatchRun {
   const BatchOptions& options_;
   const HeldSignals& signals_;
   MakeAnswerer make_;
-  Descriptor input_;
+  zelhost::Descriptor input_;
   ResultFile result_;
   PartialResult partial_;
   LineReader reader_;

@@ -108,7 +108,7 @@ TEST(RunBatch, EndsWhereNoWorkerCanBegin) {
       "no plug-in");
   batch.remove_result();
   EXPECT_EQ(refusal(batch, [](const PrintedText&) -> AnswerLine { _exit(7); }),
-            "no worker can begin; the last one: ended with status 7");
+            "no worker can begin; the last one: the process ended with status 7");
   EXPECT_TRUE(batch.scratch_is_empty());
 }
 

@@ -77,9 +77,9 @@ TEST(GraspLines, SayWhatIsWrongWithALine) {
   const std::vector<Json> lines = parsed(end.result);
   ASSERT_EQ(lines.size(), 5U);
   EXPECT_EQ(lines[0]["error"].get<std::string>().substr(0, 10), "line:5:15:");
-  EXPECT_EQ(
-      lines[1],
-      Json({{"line", 6}, {"name", "none"}, {"error", "line 6: /contacts: a grasp has at least one contact"}}));
+  EXPECT_EQ(lines[1], Json({{"line", 6},
+                            {"name", "none"},
+                            {"error", "line 6: /contacts: a grasp has at least one contact"}}));
   EXPECT_EQ(lines[2]["error"].get<std::string>().substr(0, 9), "line 7: /");
   EXPECT_EQ(lines[3]["verdict"], "FEASIBLE");
   EXPECT_TRUE(lines[4].contains("error"));

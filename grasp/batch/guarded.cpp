@@ -12,10 +12,11 @@
 #include <iostream>
 #include <system_error>
 
-#include "grasp/batch/descriptor.h"
 #include "grasp/batch/held_signals.h"
 #include "grasp/batch/process_end.h"
 #include "grasp/batch/scratch_folder.h"
+#include "host/descriptor.h"
+#include "host/process_end.h"
 
 namespace grasp {
 namespace {
@@ -32,7 +33,7 @@ void flush_all() {
 }
 
 // Waits until the child has ended or is to be ended. @return whether it has.
-bool wait_for(const Descriptor& child, const HeldSignals& signals) {
+bool wait_for(const zelhost::Descriptor& child, const HeldSignals& signals) {
   for (;;) {
     std::array<pollfd, 2> events = {{{child.get(), POLLIN, 0}, {signals.descriptor(), POLLIN, 0}}};
     if (poll(events.data(), events.size(), -1) < 0) continue;
@@ -72,7 +73,7 @@ int run_guarded(const std::function<int(const fs::path& home)>& work) {
     _exit(status);
   }
   setpgid(child, child);
-  const Descriptor handle(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
+  const zelhost::Descriptor handle(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
   if (!handle.is_open()) {
     const int why = errno;
     end_group(child);
@@ -84,7 +85,7 @@ int run_guarded(const std::function<int(const fs::path& home)>& work) {
   }
   const int status = reap_group(child);
   if (WIFEXITED(status)) return WEXITSTATUS(status);
-  throw GuardedWorkDied("the process that worked was " + how_it_ended(status));
+  throw GuardedWorkDied("the process that worked was " + zelhost::how_it_ended(status));
 }
 
 }  // namespace grasp

@@ -6,6 +6,8 @@
 #include <cerrno>
 #include <system_error>
 
+#include "host/descriptor.h"
+
 namespace grasp {
 namespace {
 
@@ -20,7 +22,7 @@ HeldSignals::HeldSignals() {
     sigaction(each, nullptr, &action);
     if (action.sa_handler != SIG_IGN) sigaddset(&held_, each);
   }
-  arrival_ = Descriptor(signalfd(-1, &held_, SFD_CLOEXEC));
+  arrival_ = zelhost::Descriptor(signalfd(-1, &held_, SFD_CLOEXEC));
   if (!arrival_.is_open()) throw std::system_error(errno, std::generic_category(), "signalfd");
   sigprocmask(SIG_BLOCK, &held_, &before_);
 }

@@ -3,7 +3,7 @@
 
 #include <csignal>
 
-#include "grasp/batch/descriptor.h"
+#include "host/descriptor.h"
 
 namespace grasp {
 
@@ -33,7 +33,7 @@ class HeldSignals {
  private:
   sigset_t held_{};
   sigset_t before_{};
-  Descriptor arrival_;
+  zelhost::Descriptor arrival_;
 };
 
 }  // namespace grasp

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "grasp/batch/descriptor.h"
+#include "host/descriptor.h"
 #include "tests/support/test_folder.h"
 
 namespace grasp {
@@ -18,7 +18,7 @@ constexpr std::size_t kLongest = 100'000;
 
 Lines lines_of(const std::string& text) {
   const test_support::TestFolder folder;
-  const Descriptor file(open(folder.file("lines", text).c_str(), O_RDONLY));
+  const zelhost::Descriptor file(open(folder.file("lines", text).c_str(), O_RDONLY));
   LineReader reader(file.get(), kLongest, "lines");
   Lines lines;
   for (;;) {

@@ -4,7 +4,6 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstring>
 
 namespace grasp {
 
@@ -21,16 +20,6 @@ int reap_group(pid_t child) {
   while (waitid(P_PID, static_cast<id_t>(child), &info, WEXITED | WNOWAIT) < 0 && errno == EINTR)
     continue;
   return end_group(child);
-}
-
-std::string how_it_ended(int status) {
-  if (WIFSIGNALED(status)) {
-    const int number = WTERMSIG(status);
-    const char* const name = sigdescr_np(number);
-    return "killed by signal " + std::to_string(number) + " (" +
-           (name == nullptr ? "unknown" : name) + ")";
-  }
-  return "ended with status " + std::to_string(WEXITSTATUS(status));
 }
 
 }  // namespace grasp

@@ -3,8 +3,6 @@
 
 #include <sys/types.h>
 
-#include <string>
-
 namespace grasp {
 
 /// Kills the process group that the child leads, and waits for the child.
@@ -14,8 +12,5 @@ int end_group(pid_t child);
 /// Waits for a child that has ended by itself or is about to, then kills what it left
 /// running in its group. @return its status.
 int reap_group(pid_t child);
-
-/// "killed by signal 11 (Segmentation fault)", "ended with status 3".
-std::string how_it_ended(int status);
 
 }  // namespace grasp

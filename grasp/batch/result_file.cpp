@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "grasp/batch/line_reader.h"
+#include "host/descriptor.h"
 #include "host/json_reader.h"
 
 namespace grasp {
@@ -40,7 +41,7 @@ std::string verdict_of(const Json& result) {
 ResultFile::ResultFile(const std::optional<std::string>& path, bool resume)
     : name_(path.value_or("standard output")) {
   if (!path) {
-    descriptor_ = Descriptor(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+    descriptor_ = zelhost::Descriptor(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
     if (!descriptor_.is_open()) fail();
   } else {
     struct stat state = {};
@@ -52,7 +53,7 @@ ResultFile::ResultFile(const std::optional<std::string>& path, bool resume)
     const int how = is_device ? O_WRONLY
                     : resume  ? O_RDWR | O_APPEND | O_CREAT
                               : O_WRONLY | O_APPEND | O_CREAT | O_EXCL;
-    descriptor_ = Descriptor(open(path->c_str(), how | O_CLOEXEC | O_NOCTTY, 0666));
+    descriptor_ = zelhost::Descriptor(open(path->c_str(), how | O_CLOEXEC | O_NOCTTY, 0666));
     if (!descriptor_.is_open()) fail();
   }
   struct stat state = {};

@@ -6,8 +6,8 @@
 #include <optional>
 #include <string>
 
-#include "grasp/batch/descriptor.h"
 #include "grasp/batch/tally.h"
+#include "host/descriptor.h"
 #include "host/error.h"
 
 namespace grasp {
@@ -68,7 +68,7 @@ class ResultFile {
   void lock() const;
 
   std::string name_;
-  Descriptor descriptor_;
+  zelhost::Descriptor descriptor_;
   bool is_regular_ = false;
   std::string waiting_;
   std::size_t written_ = 0;

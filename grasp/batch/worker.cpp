@@ -17,6 +17,8 @@
 #include <utility>
 
 #include "grasp/batch/process_end.h"
+#include "host/descriptor.h"
+#include "host/process_end.h"
 
 namespace grasp {
 namespace {
@@ -50,8 +52,8 @@ void set_up_worker(int socket, const ScratchFolder& folder) {
   setrlimit(RLIMIT_CORE, &none);
   keep_only(socket);
   folder.enter();
-  const Descriptor nothing(open("/dev/null", O_RDONLY | O_CLOEXEC));
-  const Descriptor printed(
+  const zelhost::Descriptor nothing(open("/dev/null", O_RDONLY | O_CLOEXEC));
+  const zelhost::Descriptor printed(
       open(kPrintedFile, O_RDWR | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC, 0600));
   if (dup2(nothing.get(), STDIN_FILENO) < 0 || dup2(printed.get(), STDOUT_FILENO) < 0 ||
       dup2(printed.get(), STDERR_FILENO) < 0)
@@ -98,10 +100,10 @@ void serve(const MakeAnswerer& make, int socket, const ScratchFolder& folder) {
 Worker::Worker(const MakeAnswerer& make, const HeldSignals& signals) {
   std::array<int, 2> ends = {};
   if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) fail("socketpair");
-  socket_ = Descriptor(ends[0]);
+  socket_ = zelhost::Descriptor(ends[0]);
   // Above the standard ones, whose place the worker gives to files of its own.
-  const Descriptor low(ends[1]);
-  const Descriptor theirs(fcntl(ends[1], F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+  const zelhost::Descriptor low(ends[1]);
+  const zelhost::Descriptor theirs(fcntl(ends[1], F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
   if (!theirs.is_open()) fail("a worker's socket");
   // Or both processes would print what is still in the buffers.
   std::cout.flush();
@@ -170,10 +172,11 @@ std::optional<WorkerReport> Worker::advance() {
 WorkerReport Worker::bury() {
   const int status = end_group(child_);
   has_died_ = true;
-  const Descriptor printed(open((folder_.path() / kPrintedFile).c_str(), O_RDONLY | O_CLOEXEC));
+  const zelhost::Descriptor printed(
+      open((folder_.path() / kPrintedFile).c_str(), O_RDONLY | O_CLOEXEC));
   const std::string text = PrintedText(printed.get()).text();
   folder_.remove();
-  return {WorkerReport::Kind::kDied, with_printed(how_it_ended(status), text)};
+  return {WorkerReport::Kind::kDied, with_printed(zelhost::how_it_ended(status), text)};
 }
 
 }  // namespace grasp

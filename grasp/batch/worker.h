@@ -17,11 +17,11 @@
 #include <string>
 #include <string_view>
 
-#include "grasp/batch/descriptor.h"
 #include "grasp/batch/frames.h"
 #include "grasp/batch/held_signals.h"
 #include "grasp/batch/printed_text.h"
 #include "grasp/batch/scratch_folder.h"
+#include "host/descriptor.h"
 
 namespace grasp {
 
@@ -79,7 +79,7 @@ class Worker {
   WorkerReport bury();
 
   ScratchFolder folder_;
-  Descriptor socket_;
+  zelhost::Descriptor socket_;
   pid_t child_ = -1;
   std::string sending_;
   std::size_t sent_ = 0;

@@ -200,7 +200,7 @@ TEST_F(OfWorkers, AreMissedWhenTheyDie) {
   Worker ended(obedient(), signals_);
   EXPECT_EQ(next_report(ended).kind, Kind::kReady);
   ended.ask("exit");
-  EXPECT_EQ(next_report(ended), (WorkerReport{Kind::kDied, "ended with status 3"}));
+  EXPECT_EQ(next_report(ended), (WorkerReport{Kind::kDied, "the process ended with status 3"}));
   EXPECT_TRUE(scratch_is_empty());
 }
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <system_error>
 
-#include "grasp/batch/descriptor.h"
+#include "host/descriptor.h"
 
 namespace grasp::command {
 namespace {
@@ -30,7 +30,7 @@ void write_all(int descriptor, std::string_view text, const std::string& name) {
 }
 
 void write_into(const fs::path& file, const std::string& name, std::string_view text) {
-  const Descriptor out(open(file.c_str(), O_WRONLY | O_CLOEXEC));
+  const zelhost::Descriptor out(open(file.c_str(), O_WRONLY | O_CLOEXEC));
   if (!out.is_open()) fail(name);
   write_all(out.get(), text, name);
 }
@@ -70,7 +70,7 @@ class Draft {
   const fs::path& file_;
   const std::string& name_;
   std::string draft_;
-  Descriptor out_;
+  zelhost::Descriptor out_;
   bool is_there_ = true;
 };
 

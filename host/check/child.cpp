@@ -30,35 +30,18 @@
 #include <utility>
 
 #include "host/check/captured_text.h"
+#include "host/descriptor.h"
+#include "host/process_end.h"
 
 namespace zelcheck {
 namespace {
 
 namespace fs = std::filesystem;
+using zelhost::Descriptor;
 
 [[noreturn]] void fail(const char* what) {
   throw std::system_error(errno, std::generic_category(), what);
 }
-
-class Descriptor {
- public:
-  explicit Descriptor(int descriptor = -1) : descriptor_(descriptor) {}
-  ~Descriptor() {
-    if (descriptor_ >= 0) close(descriptor_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  Descriptor(Descriptor&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
-  Descriptor& operator=(Descriptor&& other) noexcept {
-    std::swap(descriptor_, other.descriptor_);
-    return *this;
-  }
-
-  [[nodiscard]] int get() const { return descriptor_; }
-
- private:
-  int descriptor_;
-};
 
 // Programs that the child starts do not inherit it.
 class Pipe {
@@ -212,16 +195,6 @@ bool wait_for(const Descriptor& child, const HeldSignals& signals, const Pipe& n
   }
 }
 
-std::string how_it_ended(int status) {
-  if (WIFSIGNALED(status)) {
-    const int number = WTERMSIG(status);
-    const char* const name = sigdescr_np(number);
-    return "killed by signal " + std::to_string(number) + " (" +
-           (name == nullptr ? "unknown" : name) + ")";
-  }
-  return "the process ended with status " + std::to_string(WEXITSTATUS(status));
-}
-
 std::string in_seconds(double seconds) {
   std::ostringstream text;
   text << seconds << " s";
@@ -272,7 +245,7 @@ ChildEnd run_in_child(const std::function<void(const Notes&)>& work, double time
   if (hung)
     end.complaints.push_back(reader.staged("did not end within " + in_seconds(time_limit)));
   else if (!reader.is_done() || status != 0)
-    end.complaints.push_back(reader.staged(how_it_ended(status)));
+    end.complaints.push_back(reader.staged(zelhost::how_it_ended(status)));
   return end;
 }
 

@@ -5,7 +5,7 @@
 
 #include <utility>
 
-namespace grasp {
+namespace zelhost {
 
 class Descriptor {
  public:
@@ -28,4 +28,4 @@ class Descriptor {
   int descriptor_;
 };
 
-}  // namespace grasp
+}  // namespace zelhost
