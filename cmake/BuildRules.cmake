@@ -45,8 +45,14 @@ function(add_precompiled_headers name)
   target_precompile_headers(${name} PRIVATE ${arg_HEADERS})
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/cmake")
 endfunction()
+# How tests are compiled. What is tested is built as ever; a test itself runs once after
+# it is compiled, and is not what the sanitizers are to look at.
+set(PROJECT_TEST_OPTIONS -O0)
+if(SDPSOL_SANITIZE)
+  list(APPEND PROJECT_TEST_OPTIONS -fno-sanitize=all)
+endif()
 if(SDPSOL_TESTS)
-  add_precompiled_headers(test_headers HEADERS <gtest/gtest.h> OPTIONS -O0
+  add_precompiled_headers(test_headers HEADERS <gtest/gtest.h> OPTIONS ${PROJECT_TEST_OPTIONS}
     LIBRARIES GTest::gtest GTest::gtest_main)
 endif()
 
@@ -60,10 +66,10 @@ function(add_project_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBRARIES")
   add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
   target_link_libraries(${name} PRIVATE project_rules ${arg_LIBRARIES} GTest::gtest GTest::gtest_main)
-  # What is tested is built as ever; a test itself runs once after it is compiled.
-  target_compile_options(${name} PRIVATE -O0)
+  target_compile_options(${name} PRIVATE ${PROJECT_TEST_OPTIONS})
   target_precompile_headers(${name} REUSE_FROM ${PROJECT_TEST_HEADERS})
   target_compile_definitions(${name} PRIVATE
+    $<$<BOOL:${SDPSOL_SANITIZE}>:SDPSOL_SANITIZE>
     SDPSOL_BIN_DIR="${CMAKE_BINARY_DIR}/bin" SDPSOL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
   add_test(NAME ${name} COMMAND ${name})

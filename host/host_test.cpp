@@ -342,7 +342,7 @@ class LittleMemory {
 };
 
 TEST_F(HostTest, MakesNoUnitThatThereIsNoMemoryFor) {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef SDPSOL_SANITIZE
   GTEST_SKIP() << "the address sanitizer needs more memory than this test leaves";
 #endif
   const LittleMemory little;
@@ -358,7 +358,7 @@ TEST_F(HostTest, MakesNoUnitThatThereIsNoMemoryFor) {
 }
 
 TEST_F(HostTest, KeepsWhatAPluginHasWhereThereIsNoMemory) {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef SDPSOL_SANITIZE
   GTEST_SKIP() << "the address sanitizer needs more memory than this test leaves";
 #endif
   std::string long_text;

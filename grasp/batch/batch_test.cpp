@@ -185,7 +185,7 @@ long peak_memory() {
 }
 
 TEST(RunBatch, NeedsNoMoreMemoryForMoreLines) {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef SDPSOL_SANITIZE
   GTEST_SKIP() << "the sanitizer keeps what was freed";
 #endif
   const auto peak = [](int lines) {
