@@ -61,7 +61,14 @@ endif()
 # cases takes longer than most cases do. The programs
 # find the commands of this build through SDPSOL_BIN_DIR and the project's own
 # data through SDPSOL_SOURCE_DIR. PROJECT_TEST_HEADERS is what they precompile.
+# Where PROJECT_TESTS_RELEASED is set they have the label "released": what is tested
+# depends on how it is optimised or linked, numbers and whole commands. The target
+# released_tests builds these.
 set(PROJECT_TEST_HEADERS test_headers)
+set(PROJECT_TESTS_RELEASED OFF)
+if(SDPSOL_TESTS)
+  add_custom_target(released_tests)
+endif()
 function(add_project_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBRARIES")
   add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
@@ -76,4 +83,8 @@ function(add_project_test name)
   # Under the sanitizers the leaks are also those of the commands that it starts.
   set_tests_properties(${name} PROPERTIES TIMEOUT 900 ENVIRONMENT
     "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0")
+  if(PROJECT_TESTS_RELEASED)
+    set_tests_properties(${name} PROPERTIES LABELS released)
+    add_dependencies(released_tests ${name})
+  endif()
 endfunction()
