@@ -109,7 +109,7 @@ void judge_forces(const Grasp& grasp, Answer& answer) {
   }
   if (!at_limit.empty())
     answer.notes.push_back(contacts_are(grasp, at_limit) +
-                           " at a limit, to the six digits that the solver is given");
+                           " beyond a limit, by less than the six digits that the solver is given");
 }
 
 void set_forces(const Grasp& grasp, const GraspMap& map, const Eigen::MatrixXd& base,
@@ -172,7 +172,8 @@ Answer Asker::ask(const Grasp& grasp, const Inquiry& inquiry) {
     const Solved solved = solve(parts_->road, grasp, inquiry, space);
     answer.verdict = solved.heading.verdict;
     answer.solving_time = solved.found.seconds;
-    for (const std::string& warning : solved.heading.warnings) answer.notes.push_back(warning);
+    for (const std::string& warning : solved.heading.warnings)
+      answer.notes.push_back(explain_warning(warning));
     if (solved.squeeze)
       answer.notes.push_back("contacts " + grasp.label(solved.squeeze->first) + " and " +
                              grasp.label(solved.squeeze->second) +

@@ -18,6 +18,10 @@ using zelhost::JsonNode;
 constexpr double kFarthest = 1e9;
 // For forces and coefficients: the host's numbers are single precision.
 constexpr double kLargest = 1e30;
+// And smaller ones than this are 0 for it.
+constexpr double kSmallest = 1e-30;
+// More take the solver hours, and memory in proportion to their square.
+constexpr std::size_t kMostContacts = 300;
 // Sine of the angle under which a tangent is along the normal.
 constexpr double kAlong = 1e-6;
 // Contacts nearer than this part of the grasp's size are one,
@@ -54,6 +58,14 @@ double read_number(const JsonNode& node, std::string_view what, double most) {
   return number;
 }
 
+// Of what the solver is given in single precision.
+double read_quantity(const JsonNode& node, std::string_view what) {
+  const double quantity = read_number(node, what, kLargest);
+  if (quantity != 0 && std::abs(quantity) < kSmallest)
+    node.fail("the number is nearer to 0 than 1e-30; if it is to be 0, write 0");
+  return quantity;
+}
+
 Vector read_vector(const JsonNode& node, const std::string& what, double most = kFarthest) {
   const auto numbers = node.elements(what + ", three numbers");
   if (numbers.size() != 3)
@@ -71,13 +83,13 @@ void fail(const JsonNode& node, const Place* place, const std::string& what) {
 
 // @param place none: of all contacts.
 double read_friction(const JsonNode& node, const Place* place) {
-  const double friction = read_number(node, "a friction coefficient", kLargest);
+  const double friction = read_quantity(node, "a friction coefficient");
   if (friction < 0) fail(node, place, "a friction coefficient is negative; it is 0 or above");
   return friction;
 }
 
 double read_max_force(const JsonNode& node, const Place* place) {
-  const double force = read_number(node, "a force in newtons", kLargest);
+  const double force = read_quantity(node, "a force in newtons");
   if (force <= 0) fail(node, place, "a maximal force is above 0");
   return force;
 }
@@ -87,8 +99,7 @@ Bounds read_bounds(const JsonNode& node, const Place& place) {
   if (pair.size() != 2)
     place.fail(node, "this takes two numbers, the lower and the upper bound, not " +
                          std::to_string(pair.size()));
-  const Bounds bounds = {read_number(pair[0], "a bound", kLargest),
-                         read_number(pair[1], "a bound", kLargest)};
+  const Bounds bounds = {read_quantity(pair[0], "a bound"), read_quantity(pair[1], "a bound")};
   if (bounds.lower > bounds.upper) place.fail(node, "the lower bound is above the upper bound");
   return bounds;
 }
@@ -226,7 +237,11 @@ Grasp read_grasp(const JsonNode& node) {
   if (node.has("max_force")) defaults.max_force = read_max_force(node.member("max_force"), nullptr);
 
   const JsonNode contacts_at = node.member("contacts");
-  for (const JsonNode& contact : contacts_at.elements("contacts"))
+  const auto contacts = contacts_at.elements("contacts");
+  if (contacts.size() > kMostContacts)
+    contacts_at.fail("a grasp has at most " + std::to_string(kMostContacts) + " contacts, not " +
+                     std::to_string(contacts.size()));
+  for (const JsonNode& contact : contacts)
     grasp.contacts.push_back(read_contact(contact, grasp.contacts.size(), defaults));
   if (grasp.contacts.empty()) contacts_at.fail("a grasp has at least one contact");
   expect_apart(contacts_at, grasp.contacts);

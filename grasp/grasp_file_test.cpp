@@ -73,6 +73,24 @@ TEST(ReadGrasp, TakesTorquesAboutTheCentroidOfTheContactsUnlessACentreIsGiven) {
   EXPECT_EQ(std::get<BallHull>(ball.hull.value()).radius, 2);
 }
 
+std::string grasp_of(int contacts) {
+  std::string text = R"({"friction": 1, "max_force": 1, "contacts": [)";
+  for (int i = 0; i < contacts; ++i)
+    text += std::string(i == 0 ? "" : ",") + R"({"normal": [0, 0, 1], "point": [)" +
+            std::to_string(i) + ", 0, 0]}";
+  return text + "]}";
+}
+
+TEST(ReadGrasp, TakesAsManyContactsAsTheSolverCanAnswerFor) {
+  EXPECT_EQ(read(grasp_of(300)).contacts.size(), 300U);
+  try {
+    read(grasp_of(301));
+    ADD_FAILURE() << "read";
+  } catch (const zelhost::JsonError& error) {
+    EXPECT_STREQ(error.what(), "grasp.json: /contacts: a grasp has at most 300 contacts, not 301");
+  }
+}
+
 fs::path bad_folder() {
   return fs::path(SDPSOL_SOURCE_DIR) / "tests" / "grasps" / "bad";
 }

@@ -9,6 +9,7 @@ namespace {
 
 constexpr std::string_view kSolverBorderline = "borderline: no point has more room than 4.4e-6";
 constexpr std::string_view kCones = "the cones";
+constexpr std::string_view kSolverTooFar = "no point with |v| <= BIGM";
 constexpr std::string_view kWarning = "warning: ";
 
 std::vector<std::string_view> lines_of(std::string_view text) {
@@ -119,8 +120,18 @@ Heading read_heading(std::string_view result) {
   return heading;
 }
 
+std::string explain_warning(const std::string& warning) {
+  return warning.find("BIGM") == std::string::npos
+             ? warning
+             : "the objective is limited only by how far the unit looks, up to forces of about "
+               "2e5 N; with forces in a larger unit it may be larger";
+}
+
 std::string explain(const std::string& reason, std::string_view definition, const Grasp& grasp) {
   if (starts_with(reason, kSolverBorderline)) return std::string(kBorderline);
+  if (starts_with(reason, kSolverTooFar))
+    return "no forces up to about 2e5 N, which is as far as the unit looks; try forces in a larger "
+           "unit";
   const LineList list = find_lines(reason);
   const auto lines = lines_of(definition);
   std::vector<std::string> conditions;

@@ -25,6 +25,10 @@ struct Heading {
 /// @param result the text of a result file; docs/result-file.md describes it.
 Heading read_heading(std::string_view result);
 
+/// What the solver warns of, where it speaks of the definition's parameters: as what that
+/// means for forces.
+std::string explain_warning(const std::string& warning);
+
 /// The reason with the conditions of the grasp in place of the lines of the definition
 /// at its end: "..., lines 24, 33" becomes "...: normal force of thumb above 0 N, the cones".
 /// @param definition the text those lines are of.

@@ -1,6 +1,38 @@
 #include "grasp/unit_inputs.h"
 
+#include <array>
+#include <charconv>
+#include <cmath>
+
 namespace grasp {
+namespace {
+
+constexpr int kDigits = 6;
+
+double rounded(double value) {
+  std::array<char, 32> digits;
+  const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), value,
+                                     std::chars_format::general, kDigits);
+  double result = value;
+  std::from_chars(digits.data(), written.ptr, result);
+  return result;
+}
+
+// One in the last of the digits.
+double last_place(double value) {
+  return std::pow(10.0, std::floor(std::log10(std::abs(value))) - (kDigits - 1));
+}
+
+float rounded_down(double value) {
+  const double nearest = rounded(value);
+  return static_cast<float>(nearest > value ? rounded(nearest - last_place(nearest)) : nearest);
+}
+
+float rounded_up(double value) {
+  return -rounded_down(-value);
+}
+
+}  // namespace
 
 UnitInputs unit_inputs(const Grasp& grasp, const Eigen::MatrixXd& base) {
   UnitInputs inputs;
@@ -9,10 +41,10 @@ UnitInputs unit_inputs(const Grasp& grasp, const Eigen::MatrixXd& base) {
     for (const double entry : row) inputs.base.push_back(static_cast<float>(entry));
   for (const Contact& contact : grasp.contacts) {
     inputs.types.push_back(static_cast<std::int32_t>(contact.components()));
-    inputs.friction.push_back(static_cast<float>(contact.friction));
+    inputs.friction.push_back(rounded_up(contact.friction));
     for (const Bounds& bounds : contact.bounds) {
-      inputs.bounds.push_back(static_cast<float>(bounds.lower));
-      inputs.bounds.push_back(static_cast<float>(bounds.upper));
+      inputs.bounds.push_back(rounded_down(bounds.lower));
+      inputs.bounds.push_back(rounded_up(bounds.upper));
     }
   }
   return inputs;

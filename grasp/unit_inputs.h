@@ -17,6 +17,9 @@ struct UnitInputs {
   std::vector<std::int32_t> types;  ///< one per contact: 1 frictionless, 3 with friction
 };
 
+/// Bounds and friction are rounded outwards to the six digits that the unit's texts carry,
+/// so that what is proven impossible for them is impossible for the grasp. Forces that only
+/// the rounding allows are for contact_forces() to tell.
 /// @param base as nullspace() gives it.
 UnitInputs unit_inputs(const Grasp& grasp, const Eigen::MatrixXd& base);
 

@@ -17,9 +17,9 @@ namespace {
 // The lowest descriptor that is none of the standard ones.
 constexpr int kFirstFree = 3;
 
-void open_if_closed(int descriptor) {
+void open_if_closed(int descriptor, int how) {
   if (fcntl(descriptor, F_GETFD) >= 0) return;
-  const int nothing = open("/dev/null", O_RDWR);
+  const int nothing = open("/dev/null", how);
   if (nothing < 0 || nothing == descriptor) return;
   dup2(nothing, descriptor);
   close(nothing);
@@ -36,8 +36,9 @@ void print(std::ostream& out, const std::function<void(std::ostream&)>& write) {
 }
 
 void open_missing_descriptors() {
-  open_if_closed(STDIN_FILENO);
-  open_if_closed(STDERR_FILENO);
+  open_if_closed(STDIN_FILENO, O_RDWR);
+  open_if_closed(STDOUT_FILENO, O_RDONLY);
+  open_if_closed(STDERR_FILENO, O_RDWR);
 }
 
 ReservedOutput::ReservedOutput() {

@@ -13,9 +13,9 @@ namespace zelhost {
 /// @throws std::system_error if the stream fails.
 void print(std::ostream& out, const std::function<void(std::ostream&)>& write);
 
-/// Takes the place of descriptors 0 and 2 where they are closed, so that no file of
-/// ours or of a plug-in becomes standard input or standard error. A standard output
-/// that is closed stays so: it fails when it is written.
+/// Takes the place of the standard descriptors where they are closed, so that no file of
+/// ours or of a plug-in becomes one of them. Standard output still fails when it is
+/// written, as one that is closed does.
 void open_missing_descriptors();
 
 /// From now on, and until the process ends, whatever plug-ins and the programs they

@@ -1,9 +1,16 @@
 #include "grasp/batch/grasp_line.h"
 
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <string>
+#include <system_error>
 #include <utility>
 
+#include "grasp/batch/worker.h"
 #include "grasp/grasp_file.h"
 #include "grasp/inquiry.h"
 #include "grasp/report_json.h"
@@ -18,6 +25,22 @@ std::string name_in(const Json& document) {
   if (!document.is_object()) return "";
   const auto name = document.find("name");
   return name != document.end() && name->is_string() ? name->get<std::string>() : "";
+}
+
+// An error of the solver where its files find no room is none of the line: all lines
+// behind it would have it too.
+void expect_room_for_files() {
+  constexpr const char* kProbe = "probe";
+  std::ofstream probe(kProbe, std::ios::binary);
+  errno = 0;
+  probe << std::string(std::size_t{1} << 16, ' ') << std::flush;
+  const int why = errno;
+  const bool is_written = probe.good();
+  probe.close();
+  std::remove(kProbe);
+  if (!is_written)
+    throw WorkerUnfit("the scratch folder " + std::filesystem::current_path().string() +
+                      " cannot be written: " + std::generic_category().message(why));
 }
 
 // In a worker, with the one instance of the unit that it has.
@@ -39,6 +62,7 @@ class GraspLines {
       return {std::string(to_string(answer.verdict)),
               line.dump(-1, ' ', false, Json::error_handler_t::replace)};
     } catch (const AskError& error) {
+      expect_room_for_files();
       return error_line(number, name, with_printed(error.what(), printed_.text()));
     } catch (const std::exception& error) {
       return error_line(number, name, error.what());

@@ -63,6 +63,8 @@ void set_up_worker(int socket, const ScratchFolder& folder) {
 Frame reply(const Answerer& answer, const std::string& request, const PrintedText& printed) {
   try {
     return {kAnswer, answer(request)};
+  } catch (const WorkerUnfit& error) {
+    return {kNotReady, error.what()};
   } catch (const std::exception& error) {
     return {kError, with_printed(error.what(), printed.text())};
   } catch (...) {
@@ -91,7 +93,7 @@ void serve(const MakeAnswerer& make, int socket, const ScratchFolder& folder) {
   while (const std::optional<Frame> request = receive(socket, received)) {
     const Frame said = reply(answer, request->text, printed);
     printed.clear();
-    if (!send_whole(socket, said)) return;
+    if (!send_whole(socket, said) || said.kind == kNotReady) return;
   }
 }
 

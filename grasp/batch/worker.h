@@ -25,6 +25,13 @@
 
 namespace grasp {
 
+/// Thrown by an answerer that no request has a chance with any more; what() says why. Its
+/// worker reports kNotReady and ends.
+class WorkerUnfit : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
 /// What a worker does with a request. What it throws is told as an error.
 using Answerer = std::function<std::string(const std::string& request)>;
 
@@ -36,7 +43,7 @@ using MakeAnswerer = std::function<Answerer(const PrintedText& printed)>;
 struct WorkerReport {
   enum class Kind {
     kReady,     ///< the answerer is made
-    kNotReady,  ///< it could not be made: text says why
+    kNotReady,  ///< there is none, or no longer: text says why
     kAnswer,    ///< to the request
     kError,     ///< what the answerer threw, with what was printed
     kDied,      ///< the worker is gone: text says how, with what was printed

@@ -92,10 +92,13 @@ void add_batch(CLI::App& app, Written& written) {
 }
 
 void add_random(CLI::App& app, Written& written) {
+  constexpr std::uint64_t kMost = std::uint64_t{1} << 53;
   app.add_option("--random", written.random.count, "Print N random grasps, one a line")
-      ->type_name("N");
+      ->type_name("N")
+      ->check(CLI::Range(std::uint64_t{1}, kMost));
   app.add_option("--seed", written.random.seed, "Which random grasps")
       ->type_name("S")
+      ->check(CLI::Range(std::uint64_t{0}, kMost))
       ->capture_default_str();
   app.add_option("--contacts", written.random.contacts,
                  "How many contacts a random grasp has, 2 to 12; default: a mixture")
@@ -137,7 +140,8 @@ Options sorted_out(const CLI::App& app, Written& written) {
     expect_belongs(app, "--batch", {"--jobs", "--output", "--resume", "--first-line", "--quiet"});
   if (!is_random) expect_belongs(app, "--random", {"--seed", "--contacts"});
   if (is_random)
-    expect_belongs(app, "a question", {"--ask", "--contact", "--times", "--plugin", "--solver"});
+    expect_belongs(app, "a grasp or --batch",
+                   {"--ask", "--contact", "--times", "--plugin", "--solver"});
   if (written.batch.resume && !written.batch.output)
     throw CLI::ValidationError("--resume goes on with the file of -o, which is missing");
   written.batch.times = written.common.times;

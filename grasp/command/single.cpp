@@ -35,6 +35,16 @@ struct Files {
   std::optional<fs::path> html;
 };
 
+// Standard output is for the answer, and what stands behind these names is not what it was
+// when the command was started.
+void expect_file(const std::optional<fs::path>& output, const std::string& option) {
+  if (!output) return;
+  const std::string name = output->lexically_normal().string();
+  for (const char* const stream : {"/dev/std", "/dev/fd/", "/proc/"})
+    if (name.rfind(stream, 0) == 0)
+      throw UsageError(output->string() + ": " + option + " takes the name of a file");
+}
+
 void expect_apart(const std::optional<fs::path>& output, const std::string& option,
                   const std::optional<fs::path>& other, const std::string& what,
                   const fs::path& name) {
@@ -48,6 +58,8 @@ Files files_of(const SingleOptions& single, const fs::path& home) {
   };
   Files files = {std::nullopt, at_home(single.svg), at_home(single.html)};
   if (single.grasp != "-") files.grasp = home / single.grasp;
+  expect_file(files.svg, "--svg");
+  expect_file(files.html, "--html");
   expect_apart(files.svg, "--svg", files.grasp, "the grasp", single.svg.value_or(""));
   expect_apart(files.html, "--html", files.grasp, "the grasp", single.html.value_or(""));
   expect_apart(files.html, "--html", files.svg, "--svg", single.html.value_or(""));

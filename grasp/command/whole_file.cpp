@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <string>
 #include <system_error>
@@ -29,9 +30,32 @@ void write_all(int descriptor, std::string_view text, const std::string& name) {
   }
 }
 
+// Where a chain of symbolic links leads to, whether there is something or not.
+fs::path target_of(fs::path file) {
+  constexpr int kMostLinks = 40;
+  for (int links = 0; links < kMostLinks && fs::is_symlink(file); ++links)
+    file = file.parent_path() / fs::read_symlink(file);
+  return file;
+}
+
+// A reader that leaves is an error here, and no end of the process.
+class NoPipeSignal {
+ public:
+  NoPipeSignal() : before_(std::signal(SIGPIPE, SIG_IGN)) {}
+  ~NoPipeSignal() { std::signal(SIGPIPE, before_); }
+  NoPipeSignal(const NoPipeSignal&) = delete;
+  NoPipeSignal& operator=(const NoPipeSignal&) = delete;
+  NoPipeSignal(NoPipeSignal&&) = delete;
+  NoPipeSignal& operator=(NoPipeSignal&&) = delete;
+
+ private:
+  void (*before_)(int);
+};
+
 void write_into(const fs::path& file, const std::string& name, std::string_view text) {
   const zelhost::Descriptor out(open(file.c_str(), O_WRONLY | O_CLOEXEC));
   if (!out.is_open()) fail(name);
+  const NoPipeSignal no_signal;
   write_all(out.get(), text, name);
 }
 
@@ -77,7 +101,7 @@ class Draft {
 }  // namespace
 
 void write_whole(const fs::path& file, const std::string& name, std::string_view text) {
-  const fs::path target = fs::is_symlink(file) ? fs::weakly_canonical(file) : file;
+  const fs::path target = target_of(file);
   const fs::file_status status = fs::status(target);
   if (fs::exists(status) && !fs::is_regular_file(status)) {
     write_into(target, name, text);

@@ -42,8 +42,8 @@ function heading() {
   verdict.querySelector("span").textContent = grasp.reason;
   let question = QUESTIONS[grasp.question] ?? grasp.question;
   if (grasp.about.length) question += " " + grasp.about.join(", ");
-  if (grasp.objective !== null) question += `: objective ${digits(grasp.objective)}`;
-  if (grasp.mean_epsilon !== null) question += `, mean margin ${digits(grasp.mean_epsilon)}`;
+  if (grasp.objective !== null) question += `: objective ${digits(grasp.objective)} N`;
+  if (grasp.mean_epsilon !== null) question += `, mean margin ${digits(grasp.mean_epsilon)} N`;
   document.getElementById("question").textContent = question;
   for (const note of grasp.notes) {
     const item = document.createElement("li");

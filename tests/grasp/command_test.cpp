@@ -123,6 +123,60 @@ TEST(GraspCommand, ReplacesAPictureAsAWhole) {
   EXPECT_EQ(status.st_mode & 0777U, 0640U);
 }
 
+TEST(GraspCommand, FollowsALinkToAPictureThatIsNotThereYet) {
+  const TestFolder folder;
+  const Ended ended = grasp(folder,
+                            "ln -s real.svg link && $G --svg link $E/ball.json >/dev/null\n"
+                            "test -L link && head -c 5 real.svg");
+  EXPECT_EQ(ended.output, "<?xml") << ended.error;
+}
+
+TEST(GraspCommand, SurvivesAPipeWhoseReaderLeaves) {
+  const TestFolder folder;
+  const Ended ended = grasp(folder,
+                            "mkfifo pipe; head -c 1 pipe >/dev/null & $G --html pipe $E/ball.json\n"
+                            "echo $?");
+  EXPECT_EQ(ended.output, "3\n");
+  EXPECT_EQ(ended.error, "grasp: error: pipe: Broken pipe\n");
+}
+
+TEST(GraspCommand, KeepsPicturesOutOfStandardOutput) {
+  EXPECT_EQ(failure("$G --svg /dev/stdout $E/ball.json", 2),
+            "grasp: /dev/stdout: --svg takes the name of a file\n");
+}
+
+TEST(GraspCommand, FailsWhereStandardOutputIsClosed) {
+  EXPECT_EQ(failure("$G $E/ball.json >&-", 3),
+            "grasp: error: standard output: Bad file descriptor\n");
+  EXPECT_EQ(failure("$G --random 2 | $G -q --batch - >&-", 3),
+            "grasp: error: standard output: Bad file descriptor\n");
+}
+
+TEST(GraspCommand, EndsABatchWhereItsFilesHaveNoRoom) {
+  const TestFolder folder;
+  const Ended ended = grasp(folder,
+                            "export TMPDIR=$PWD; $G --random 3 >lines\n"
+                            "{ ulimit -f 0; $G -q --batch lines; echo $? >&2; } | cat");
+  EXPECT_EQ(ended.output, "");
+  EXPECT_NE(ended.error.find(" cannot be written: File too large\n"), std::string::npos)
+      << ended.error;
+  EXPECT_EQ(ended.error.substr(ended.error.size() - 3), "\n1\n");
+}
+
+TEST(GraspCommand, DoesNotProveWhatOnlyTheRoundingOfItsTextsForbids) {
+  const TestFolder folder;
+  const Ended ended =
+      grasp(folder,
+            "echo '{\"friction\": 0.5, \"contacts\": [\n"
+            "{\"point\": [-1,0,0], \"normal\": [1,0,0], \"bounds\": {\"tangential_1\":"
+            " [-5,5], \"tangential_2\": [-5,5], \"normal\": [123456.2,123456.4]}},\n"
+            "{\"point\": [1,0,0], \"normal\": [-1,0,0], \"max_force\": 150000}]}' |\n"
+            "$G - | sed -n 2,3p");
+  EXPECT_EQ(ended.output,
+            "FEASIBILITY CANNOT BE DETERMINED\n"
+            "borderline: no internal force beyond the precision of the data\n");
+}
+
 TEST(GraspCommand, NeverDrawsOverItsInputOrAnotherPicture) {
   const TestFolder folder;
   const Ended ended = grasp(folder,
@@ -210,9 +264,10 @@ TEST(GraspCommand, TakesOptionsOnlyWhereTheyMeanSomething) {
   EXPECT_EQ(refusal("--batch a --svg b"), "grasp: --svg goes with a single grasp only");
   EXPECT_EQ(refusal("--resume a"), "grasp: --resume goes with --batch only");
   EXPECT_EQ(refusal("--seed 3 a"), "grasp: --seed goes with --random only");
-  EXPECT_EQ(refusal("--random 3 --ask all"), "grasp: --ask goes with a question only");
+  EXPECT_EQ(refusal("--random 3 --ask all"), "grasp: --ask goes with a grasp or --batch only");
   EXPECT_EQ(refusal("--batch a --resume"),
             "grasp: --resume goes on with the file of -o, which is missing");
+  EXPECT_EQ(refusal("--random -3").substr(0, 25), "grasp: --random: Value 18");
   EXPECT_EQ(refusal("--batch a -j 0"), "grasp: --jobs: Value 0 not in range 1 to 1000");
 }
 

@@ -313,7 +313,7 @@ class PageTest(Pages):
         self.assertEqual(self.driver.title, "Box in a hand")
         self.assertEqual(self.text("#verdict"), "FEASIBLE")
         self.assertEqual(self.text("#question"),
-                         "The largest mean force on thumb, 4: objective 16, mean margin 16")
+                         "The largest mean force on thumb, 4: objective 16 N, mean margin 16 N")
         self.assertEqual(self.text("#notes"), "The forces are not the only ones that are best.")
         rows = self.table()
         self.assertEqual([row[0] for row in rows], ["thumb", "index", "middle", "table", "4", "idle"])

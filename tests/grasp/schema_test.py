@@ -18,7 +18,7 @@ QUESTIONS = [["exists"], ["friction"], ["all"], ["point", "-c", "1"],
 BEYOND_A_SCHEMA = {
     "almost_duplicate_point", "bounds_reversed", "common_force_missing",
     "common_friction_missing", "duplicate_name", "duplicate_point", "tangent_against_normal",
-    "tangent_along_normal", "third_almost_at_second"}
+    "tangent_along_normal", "third_almost_at_second", "force_too_small"}
 
 
 def validator(name):
