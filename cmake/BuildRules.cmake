@@ -11,8 +11,11 @@ target_compile_options(project_rules INTERFACE
   # a*b+c must round twice everywhere: error bounds and bit-for-bit tests count on it.
   -ffp-contract=off)
 if(SDPSOL_SANITIZE)
-  target_compile_options(project_rules INTERFACE
-    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  # Not what is compiled as a test: it runs once after it is compiled, and is not what
+  # the sanitizers are to look at.
+  target_compile_options(project_rules INTERFACE -fno-omit-frame-pointer
+    $<$<NOT:$<BOOL:$<TARGET_PROPERTY:PROJECT_IS_TEST>>>:-fsanitize=address,undefined>
+    $<$<NOT:$<BOOL:$<TARGET_PROPERTY:PROJECT_IS_TEST>>>:-fno-sanitize-recover=all>)
   target_link_options(project_rules INTERFACE -fsanitize=address,undefined)
 endif()
 
@@ -30,29 +33,27 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 # A target (TYPE: STATIC for libraries, nothing for programs) that exists for its
 # precompiled header, which others reuse. Parsing is
-# half of what compiling a test or a file of matrices costs. What is checked without
+# half of what compiling a test or a file of matrices costs. TEST: they are those of
+# tests, which are compiled as tests are. What is checked without
 # a build (-DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON) sees whether a source includes what
 # it uses.
 function(add_precompiled_headers name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TYPE" "HEADERS;LIBRARIES;OPTIONS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "TEST" "TYPE" "HEADERS;LIBRARIES")
   if(arg_TYPE)
     add_library(${name} ${arg_TYPE} "${PROJECT_SOURCE_DIR}/cmake/precompiled_headers.cpp")
   else()
     add_executable(${name} "${PROJECT_SOURCE_DIR}/cmake/precompiled_headers.cpp")
   endif()
   target_link_libraries(${name} PRIVATE project_rules ${arg_LIBRARIES})
-  target_compile_options(${name} PRIVATE ${arg_OPTIONS})
+  if(arg_TEST)
+    target_compile_options(${name} PRIVATE -O0)
+    set_target_properties(${name} PROPERTIES PROJECT_IS_TEST ON)
+  endif()
   target_precompile_headers(${name} PRIVATE ${arg_HEADERS})
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/cmake")
 endfunction()
-# How tests are compiled. What is tested is built as ever; a test itself runs once after
-# it is compiled, and is not what the sanitizers are to look at.
-set(PROJECT_TEST_OPTIONS -O0)
-if(SDPSOL_SANITIZE)
-  list(APPEND PROJECT_TEST_OPTIONS -fno-sanitize=all)
-endif()
 if(SDPSOL_TESTS)
-  add_precompiled_headers(test_headers HEADERS <gtest/gtest.h> OPTIONS ${PROJECT_TEST_OPTIONS}
+  add_precompiled_headers(test_headers TEST HEADERS <gtest/gtest.h>
     LIBRARIES GTest::gtest GTest::gtest_main)
 endif()
 
@@ -73,12 +74,13 @@ function(add_project_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBRARIES")
   add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
   target_link_libraries(${name} PRIVATE project_rules ${arg_LIBRARIES} GTest::gtest GTest::gtest_main)
-  target_compile_options(${name} PRIVATE ${PROJECT_TEST_OPTIONS})
+  target_compile_options(${name} PRIVATE -O0)
   target_precompile_headers(${name} REUSE_FROM ${PROJECT_TEST_HEADERS})
   target_compile_definitions(${name} PRIVATE
     $<$<BOOL:${SDPSOL_SANITIZE}>:SDPSOL_SANITIZE>
     SDPSOL_BIN_DIR="${CMAKE_BINARY_DIR}/bin" SDPSOL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
-  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+  set_target_properties(${name} PROPERTIES
+    RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests" PROJECT_IS_TEST ON)
   add_test(NAME ${name} COMMAND ${name})
   # Under the sanitizers the leaks are also those of the commands that it starts.
   set_tests_properties(${name} PROPERTIES TIMEOUT 900 ENVIRONMENT

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
-#include <regex>
 #include <string>
 #include <string_view>
 
@@ -143,11 +142,16 @@ TEST(DrawHtml, IsWhole) {
 TEST(DrawHtml, LoadsNothing) {
   const std::string text = markup(page_of("pinch"));
   EXPECT_NE(text.find("content=\"default-src 'none';"), std::string::npos);
-  const std::regex reference(R"re((src|href|data|action)\s*=\s*"([^"]*)")re");
   std::size_t references = 0;
-  for (std::sregex_iterator it(text.begin(), text.end(), reference), end; it != end; ++it) {
-    EXPECT_EQ((*it)[2], "data:,");
-    ++references;
+  for (const char* const attribute : {"src", "href", "data", "action"}) {
+    // As the page writes them: without blanks.
+    const std::string start = std::string(attribute) + "=\"";
+    EXPECT_EQ(text.find(std::string(attribute) + " ="), std::string::npos);
+    for (std::size_t at = text.find(start); at != std::string::npos;
+         at = text.find(start, at + 1)) {
+      EXPECT_EQ(text.substr(at + start.size(), 7), "data:,\"");
+      ++references;
+    }
   }
   EXPECT_EQ(references, 1U);
   EXPECT_EQ(text.find("url("), std::string::npos);

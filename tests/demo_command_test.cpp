@@ -4,13 +4,13 @@
 #include <algorithm>
 #include <filesystem>
 #include <nlohmann/json.hpp>
-#include <regex>
 #include <string>
 #include <vector>
 
 #include "host/literal.h"
 #include "tests/command/run_command.h"
 #include "tests/network_run.h"
+#include "tests/support/times.h"
 
 namespace {
 
@@ -39,7 +39,7 @@ std::string file_of(const std::string& example) {
 
 // Times differ from run to run.
 std::string without_times(const std::string& table) {
-  return std::regex_replace(table, std::regex("[0-9]+\\.[0-9] ms"), "TIME");
+  return test_support::without_times(table, "TIME");
 }
 
 class Example : public testing::TestWithParam<std::string> {

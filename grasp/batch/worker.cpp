@@ -60,7 +60,7 @@ void set_up_worker(int socket, const ScratchFolder& folder) {
     fail("a worker's files");
 }
 
-Frame reply(const Answerer& answer, const std::string& request, const PrintedText& printed) {
+Packet reply(const Answerer& answer, const std::string& request, const PrintedText& printed) {
   try {
     return {kAnswer, answer(request)};
   } catch (const WorkerUnfit& error) {
@@ -89,9 +89,9 @@ void serve(const MakeAnswerer& make, int socket, const ScratchFolder& folder) {
   }
   printed.clear();
   if (!send_whole(socket, {kReady, {}})) return;
-  FrameAssembler received;
-  while (const std::optional<Frame> request = receive(socket, received)) {
-    const Frame said = reply(answer, request->text, printed);
+  PacketAssembler received;
+  while (const std::optional<Packet> request = receive(socket, received)) {
+    const Packet said = reply(answer, request->text, printed);
     printed.clear();
     if (!send_whole(socket, said) || said.kind == kNotReady) return;
   }
@@ -155,7 +155,7 @@ std::optional<WorkerReport> Worker::advance() {
   if (has_died_) return std::nullopt;
   send_rest();
   for (;;) {
-    if (std::optional<Frame> frame = received_.next()) {
+    if (std::optional<Packet> frame = received_.next()) {
       const Kind kind = frame->kind == kReady      ? Kind::kReady
                         : frame->kind == kNotReady ? Kind::kNotReady
                         : frame->kind == kAnswer   ? Kind::kAnswer

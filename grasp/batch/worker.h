@@ -17,8 +17,8 @@
 #include <string>
 #include <string_view>
 
-#include "grasp/batch/frames.h"
 #include "grasp/batch/held_signals.h"
+#include "grasp/batch/packets.h"
 #include "grasp/batch/printed_text.h"
 #include "grasp/batch/scratch_folder.h"
 #include "host/descriptor.h"
@@ -90,7 +90,7 @@ class Worker {
   pid_t child_ = -1;
   std::string sending_;
   std::size_t sent_ = 0;
-  FrameAssembler received_;
+  PacketAssembler received_;
   bool has_died_ = false;
 };
 

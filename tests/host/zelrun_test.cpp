@@ -7,12 +7,12 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
-#include <regex>
 #include <stdexcept>
 #include <string>
 #include <thread>
 
 #include "tests/host/run_zelrun.h"
+#include "tests/support/times.h"
 
 namespace {
 
@@ -25,7 +25,7 @@ using zelrun_test::Zelrun;
 
 // Times differ from run to run.
 std::string without_times(const std::string& text) {
-  return std::regex_replace(text, std::regex("[0-9]+\\.[0-9] ms"), "T ms");
+  return test_support::without_times(text, "T ms");
 }
 
 TEST_F(Zelrun, PrintsATableOfOutputs) {

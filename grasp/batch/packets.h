@@ -8,23 +8,23 @@
 
 namespace grasp {
 
-struct Frame {
+struct Packet {
   /// Whoever sends and receives agree on it.
   char kind = 0;
   std::string text;
 
-  friend bool operator==(const Frame&, const Frame&) = default;
+  friend bool operator==(const Packet&, const Packet&) = default;
 };
 
 /// As it goes over the socket.
-std::string to_bytes(const Frame& frame);
+std::string to_bytes(const Packet& frame);
 
 /// Puts frames together from bytes as they come.
-class FrameAssembler {
+class PacketAssembler {
  public:
   void take(std::string_view bytes);
   /// The next one that is complete.
-  std::optional<Frame> next();
+  std::optional<Packet> next();
 
  private:
   std::string bytes_;
@@ -33,9 +33,9 @@ class FrameAssembler {
 };
 
 /// Waits for a frame. @return none if the other side has gone.
-std::optional<Frame> receive(int socket, FrameAssembler& assembler);
+std::optional<Packet> receive(int socket, PacketAssembler& assembler);
 
 /// @return whether the other side is still there.
-bool send_whole(int socket, const Frame& frame);
+bool send_whole(int socket, const Packet& frame);
 
 }  // namespace grasp

@@ -1,4 +1,4 @@
-#include "grasp/batch/frames.h"
+#include "grasp/batch/packets.h"
 
 #include <sys/socket.h>
 
@@ -16,24 +16,24 @@ constexpr std::size_t kHeadSize = 1 + kLengthSize;
 
 }  // namespace
 
-std::string to_bytes(const Frame& frame) {
+std::string to_bytes(const Packet& frame) {
   const std::uint64_t length = frame.text.size();
   std::string bytes(kHeadSize, frame.kind);
   std::memcpy(&bytes[1], &length, kLengthSize);
   return bytes + frame.text;
 }
 
-void FrameAssembler::take(std::string_view bytes) {
+void PacketAssembler::take(std::string_view bytes) {
   bytes_.append(bytes);
 }
 
-std::optional<Frame> FrameAssembler::next() {
+std::optional<Packet> PacketAssembler::next() {
   const std::string_view rest = std::string_view(bytes_).substr(begin_);
   if (rest.size() < kHeadSize) return std::nullopt;
   std::uint64_t length = 0;
   std::memcpy(&length, &rest[1], kLengthSize);
   if (rest.size() - kHeadSize < length) return std::nullopt;
-  Frame frame = {rest[0], std::string(rest.substr(kHeadSize, length))};
+  Packet frame = {rest[0], std::string(rest.substr(kHeadSize, length))};
   begin_ += kHeadSize + length;
   if (begin_ == bytes_.size()) {
     // One long text does not keep its memory for ever.
@@ -43,9 +43,9 @@ std::optional<Frame> FrameAssembler::next() {
   return frame;
 }
 
-std::optional<Frame> receive(int socket, FrameAssembler& assembler) {
+std::optional<Packet> receive(int socket, PacketAssembler& assembler) {
   for (;;) {
-    if (std::optional<Frame> frame = assembler.next()) return frame;
+    if (std::optional<Packet> frame = assembler.next()) return frame;
     std::array<char, 65536> buffer;
     const ssize_t got = recv(socket, buffer.data(), buffer.size(), 0);
     if (got < 0 && errno == EINTR) continue;
@@ -54,7 +54,7 @@ std::optional<Frame> receive(int socket, FrameAssembler& assembler) {
   }
 }
 
-bool send_whole(int socket, const Frame& frame) {
+bool send_whole(int socket, const Packet& frame) {
   const std::string bytes = to_bytes(frame);
   std::string_view rest = bytes;
   while (!rest.empty()) {
