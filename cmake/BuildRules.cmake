@@ -11,6 +11,8 @@ target_compile_options(project_rules INTERFACE
   # a*b+c must round twice everywhere: error bounds and bit-for-bit tests count on it.
   -ffp-contract=off)
 if(SDPSOL_SANITIZE)
+  # Eigen would have tests and what they test allocate in two ways.
+  target_compile_definitions(project_rules INTERFACE EIGEN_MALLOC_ALREADY_ALIGNED=1)
   # Not what is compiled as a test: it runs once after it is compiled, and is not what
   # the sanitizers are to look at.
   target_compile_options(project_rules INTERFACE -fno-omit-frame-pointer
