@@ -205,7 +205,9 @@ void BatchRun::take_report(Hand& hand, const WorkerReport& report) {
       return;
     }
     case WorkerReport::Kind::kDied:
-      hand = {succeed(hand, report.text)};
+      hand.worker = succeed(hand, report.text);
+      hand.is_ready = false;
+      hand.line = 0;
       return;
   }
 }
