@@ -16,11 +16,11 @@ constexpr std::size_t kHeadSize = 1 + kLengthSize;
 
 }  // namespace
 
-std::string to_bytes(const Packet& frame) {
-  const std::uint64_t length = frame.text.size();
-  std::string bytes(kHeadSize, frame.kind);
+std::string to_bytes(const Packet& packet) {
+  const std::uint64_t length = packet.text.size();
+  std::string bytes(kHeadSize, packet.kind);
   std::memcpy(&bytes[1], &length, kLengthSize);
-  return bytes + frame.text;
+  return bytes + packet.text;
 }
 
 void PacketAssembler::take(std::string_view bytes) {
@@ -33,19 +33,19 @@ std::optional<Packet> PacketAssembler::next() {
   std::uint64_t length = 0;
   std::memcpy(&length, &rest[1], kLengthSize);
   if (rest.size() - kHeadSize < length) return std::nullopt;
-  Packet frame = {rest[0], std::string(rest.substr(kHeadSize, length))};
+  Packet packet = {rest[0], std::string(rest.substr(kHeadSize, length))};
   begin_ += kHeadSize + length;
   if (begin_ == bytes_.size()) {
     // One long text does not keep its memory for ever.
     bytes_ = {};
     begin_ = 0;
   }
-  return frame;
+  return packet;
 }
 
 std::optional<Packet> receive(int socket, PacketAssembler& assembler) {
   for (;;) {
-    if (std::optional<Packet> frame = assembler.next()) return frame;
+    if (std::optional<Packet> packet = assembler.next()) return packet;
     std::array<char, 65536> buffer;
     const ssize_t got = recv(socket, buffer.data(), buffer.size(), 0);
     if (got < 0 && errno == EINTR) continue;
@@ -54,8 +54,8 @@ std::optional<Packet> receive(int socket, PacketAssembler& assembler) {
   }
 }
 
-bool send_whole(int socket, const Packet& frame) {
-  const std::string bytes = to_bytes(frame);
+bool send_whole(int socket, const Packet& packet) {
+  const std::string bytes = to_bytes(packet);
   std::string_view rest = bytes;
   while (!rest.empty()) {
     // No SIGPIPE, which programs that this process starts would inherit ignored.

@@ -17,9 +17,9 @@ struct Packet {
 };
 
 /// As it goes over the socket.
-std::string to_bytes(const Packet& frame);
+std::string to_bytes(const Packet& packet);
 
-/// Puts frames together from bytes as they come.
+/// Puts packets together from bytes as they come.
 class PacketAssembler {
  public:
   void take(std::string_view bytes);
@@ -32,10 +32,10 @@ class PacketAssembler {
   std::size_t begin_ = 0;
 };
 
-/// Waits for a frame. @return none if the other side has gone.
+/// Waits for a packet. @return none if the other side has gone.
 std::optional<Packet> receive(int socket, PacketAssembler& assembler);
 
 /// @return whether the other side is still there.
-bool send_whole(int socket, const Packet& frame);
+bool send_whole(int socket, const Packet& packet);
 
 }  // namespace grasp

@@ -23,7 +23,7 @@
 namespace grasp {
 namespace {
 
-// Frames from the worker, by what they report.
+// Packets from the worker, by what they report.
 constexpr char kReady = 'r';
 constexpr char kNotReady = 'n';
 constexpr char kAnswer = 'a';
@@ -155,12 +155,12 @@ std::optional<WorkerReport> Worker::advance() {
   if (has_died_) return std::nullopt;
   send_rest();
   for (;;) {
-    if (std::optional<Packet> frame = received_.next()) {
-      const Kind kind = frame->kind == kReady      ? Kind::kReady
-                        : frame->kind == kNotReady ? Kind::kNotReady
-                        : frame->kind == kAnswer   ? Kind::kAnswer
-                                                   : Kind::kError;
-      return WorkerReport{kind, std::move(frame->text)};
+    if (std::optional<Packet> packet = received_.next()) {
+      const Kind kind = packet->kind == kReady      ? Kind::kReady
+                        : packet->kind == kNotReady ? Kind::kNotReady
+                        : packet->kind == kAnswer   ? Kind::kAnswer
+                                                    : Kind::kError;
+      return WorkerReport{kind, std::move(packet->text)};
     }
     std::array<char, 65536> buffer;
     const ssize_t got = recv(socket_.get(), buffer.data(), buffer.size(), MSG_DONTWAIT);
