@@ -45,7 +45,7 @@ enum BatchStatus {
 /// by the signal; the result can be continued then, as after any other end.
 ///
 /// @param err takes a summary, and what is wrong with a file.
-/// @throws zelhost::HostError if the workers cannot begin.
+/// @throws zelhost::HostError if the workers cannot begin, or have no room for their files.
 BatchStatus run_batch(const BatchOptions& options, const MakeAnswerLine& make, std::ostream& err);
 
 }  // namespace grasp
