@@ -236,7 +236,8 @@ Json whole(const Report& report) {
   json["variables"] = variables(report);
   json["conditions"] = conditions(report);
   if (!outcome.certificate.empty()) json["certificate"] = certificate(report);
-  json["engine"] = report.engine;
+  json["engine"] = outcome.engine;
+  json["fallbacks"] = outcome.fallbacks;
   json["iterations"] = outcome.iterations;
   json["times"] = times(report.times);
   return json;

@@ -23,6 +23,7 @@ class Solved {
       : source_(std::move(name), std::move(text)) {
     Diagnostics diagnostics;
     model_ = read_definition(source_, diagnostics).value();
+    outcome.engine = "csdp";
     problem_ = build_problem(model_);
   }
 
@@ -30,7 +31,7 @@ class Solved {
   Times times;
 
   std::string text() {
-    Report report = make_report(source_, model_, problem_, outcome, "csdp");
+    Report report = make_report(source_, model_, problem_, outcome);
     report.times = times;
     return json_text(report);
   }
@@ -62,6 +63,7 @@ Solved feasible() {
   solved.outcome.objective = 1;
   solved.outcome.bound = 1.0000152587890625;
   solved.outcome.distance = {0.5, 9, 9, 9, 9, 9, 0.25, 9};
+  solved.outcome.fallbacks = 1;
   solved.outcome.iterations = 17;
   return solved;
 }
@@ -87,6 +89,7 @@ TEST(JsonReport, OfAFeasibleRunHoldsEverything) {
                                       {"RELTOL", 4.4e-6},
                                       {"BIGM", 20}}));
   EXPECT_EQ(json["engine"], "csdp");
+  EXPECT_EQ(json["fallbacks"], 1);
   EXPECT_EQ(json["iterations"], 17);
   EXPECT_EQ(json["times"], Json({{"reading", 1.0},
                                  {"structure", 2.0},
@@ -259,6 +262,7 @@ TEST(JsonReport, HasALineForEachThing) {
     {"line":2,"relation":"> 0","of":"entries","rows":1,"columns":1}
   ],
   "engine": "csdp",
+  "fallbacks": 0,
   "iterations": 0,
   "times": {"reading":0.0,"structure":0.0,"engine":0.0,"checking":0.0,"total":0.0}
 }

@@ -68,9 +68,11 @@ ParsedCommandLine parse_command_line(int argc, const char* const* argv) {
            "Write the problem in the SDPA sparse format, then go on");
   add_file(app, "--export-sdpa-margin", options.exported_margin,
            "Write the search for the largest margin likewise");
-  app.add_option("--engine", engine, "auto or csdp, which today are the same (default: auto)")
+  app.add_option("--engine", engine,
+                 "Who proposes answers: auto, cones or csdp\n"
+                 "(default: auto, cones for small blocks and csdp where that is not enough)")
       ->type_name("NAME")
-      ->check(one_of({"auto", "csdp"}));
+      ->check(one_of({"auto", "cones", "csdp"}));
   app.add_option("DEFINITION", options.definition, "Definition file, \"-\" for standard input")
       ->required()
       ->type_name("");
@@ -88,6 +90,8 @@ ParsedCommandLine parse_command_line(int argc, const char* const* argv) {
     }
     const bool named_so = format.empty() && options.definition.ends_with(kSdpaSuffix);
     options.format = named_so || format == "sdpa" ? Format::kSdpa : Format::kSdpsol;
+    if (engine == "cones") options.engine = EngineChoice::kCones;
+    if (engine == "csdp") options.engine = EngineChoice::kCsdp;
     parsed.options = std::move(options);
   } catch (const CLI::CallForHelp&) {
     parsed.output = app.help();

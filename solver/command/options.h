@@ -11,6 +11,13 @@ inline constexpr const char* kStandardStream = "-";
 /// The language of the definition.
 enum class Format { kSdpsol, kSdpa };
 
+/// Which engine proposes.
+enum class EngineChoice {
+  kAuto,   ///< whichever is expected to be faster, the general one where it is not enough
+  kCones,  ///< that of second-order cones and small blocks, alone
+  kCsdp,   ///< the general one, alone
+};
+
 /// Every output is a file name or kStandardStream; nothing where it is not asked for.
 struct Options {
   std::string definition;             ///< a file name, or kStandardStream
@@ -19,6 +26,7 @@ struct Options {
   std::optional<std::string> exported;         ///< the problem as an SDPA file
   std::optional<std::string> exported_margin;  ///< its first phase as an SDPA file
   Format format = Format::kSdpsol;
+  EngineChoice engine = EngineChoice::kAuto;
   bool check = false;
   bool quiet = false;
 };

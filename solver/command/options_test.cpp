@@ -125,7 +125,8 @@ TEST(CommandLine, SaysWhatIsWrong) {
   EXPECT_EQ(refused({"--export-sdpa", "a", "--export-sdpa", "b", "in"}),
             "sdpsol: --export-sdpa: At Most 1 required but received 2");
   EXPECT_EQ(refused({"--format", "text", "in"}), "sdpsol: --format: 'text' is not sdpsol or sdpa");
-  EXPECT_EQ(refused({"--engine", "fast", "in"}), "sdpsol: --engine: 'fast' is not auto or csdp");
+  EXPECT_EQ(refused({"--engine", "fast", "in"}),
+            "sdpsol: --engine: 'fast' is not auto or cones or csdp");
   for (const char* output : {"-o", "--json"}) {
     EXPECT_EQ(refused({"--check", output, "out", "in"}),
               "sdpsol: --check writes no result, -o and --json have no place beside it");
@@ -162,8 +163,9 @@ TEST(CommandLine, Helps) {
               "  --export-sdpa FILE          Write the problem in the SDPA sparse format, then go "
               "on\n"
               "  --export-sdpa-margin FILE   Write the search for the largest margin likewise\n"
-              "  --engine NAME               auto or csdp, which today are the same (default: "
-              "auto)\n"
+              "  --engine NAME               Who proposes answers: auto, cones or csdp\n"
+              "                              (default: auto, cones for small blocks and csdp "
+              "where that is not enough)\n"
               "  --version                   Display program version information and exit\n"
               "\n"
               "Exit status: 0 a verdict was written, 1 error in the definition, 2 wrong usage,\n"

@@ -93,12 +93,11 @@ void add_objective(Report& report) {
 }  // namespace
 
 Report make_report(const Source& source, const Model& model, const Problem& problem,
-                   Outcome outcome, std::string engine) {
+                   Outcome outcome) {
   Report report;
   report.model = &model;
   report.source = &source;
   report.problem = &problem;
-  report.engine = std::move(engine);
   for (const Block& block : problem.blocks) {
     ++(block.size == 1 ? report.rows : report.matrices);
     report.largest_matrix = std::max(report.largest_matrix, block.size);

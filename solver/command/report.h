@@ -44,7 +44,6 @@ struct Report {
   const Source* source = nullptr;
   const Problem* problem = nullptr;
   Outcome outcome;
-  std::string engine;
   std::size_t rows = 0;
   std::size_t matrices = 0;
   std::int32_t largest_matrix = 0;
@@ -59,7 +58,7 @@ struct Report {
 
 /// Keeps references to all but the outcome.
 Report make_report(const Source& source, const Model& model, const Problem& problem,
-                   Outcome outcome, std::string engine);
+                   Outcome outcome);
 
 /// True if the bound of the objective holds for points with |v| <= bound_reach only,
 /// although the problem has no box.

@@ -87,9 +87,13 @@ void append_evidence(const Report& report, std::string& text) {
       break;
   }
   if (outcome.iterations > 0) {
-    text += "engine " + report.engine + ", " +
-            count_text(static_cast<std::size_t>(outcome.iterations), "iteration", "iterations") +
-            "\n";
+    text += "engine " + outcome.engine + ", " +
+            count_text(static_cast<std::size_t>(outcome.iterations), "iteration", "iterations");
+    if (outcome.fallbacks > 0) {
+      text +=
+          ", " + count_text(static_cast<std::size_t>(outcome.fallbacks), "fallback", "fallbacks");
+    }
+    text += "\n";
   }
   for (const std::string& warning : report.warnings) text += "warning: " + warning + "\n";
 }

@@ -193,7 +193,7 @@ TEST(ResultText, OfAContradiction) {
   model.objective.emplace();
   Report report;
   report.model = &model;
-  report.engine = "csdp";
+  report.outcome.engine = "csdp";
   report.rows = 1;
   report.matrices = 2;
   report.largest_matrix = 3;
@@ -219,7 +219,7 @@ TEST(ResultText, OfWhatCannotBeDetermined) {
   Model model = model_of_scalars();
   Report report;
   report.model = &model;
-  report.engine = "csdp";
+  report.outcome.engine = "csdp";
   report.rows = 2;
   report.outcome.reason = "decided by coefficients at noise level";
   report.outcome.point = {1, 2};

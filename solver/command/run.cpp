@@ -12,8 +12,9 @@
 #include "solver/command/result_text.h"
 #include "solver/command/summary.h"
 #include "solver/decide/decide.h"
+#include "solver/engine/auto_engine.h"
+#include "solver/engine/cones_engine.h"
 #include "solver/engine/csdp_engine.h"
-#include "solver/engine/engine_memory.h"
 #include "solver/engine/watched_engine.h"
 #include "solver/exchange/sdpa_reader.h"
 #include "solver/exchange/sdpa_writer.h"
@@ -101,9 +102,8 @@ class Run {
   }
 
   void solve(const Model& model, const Problem& problem) {
-    std::string engine;
-    Outcome outcome = decide_with_engine(model, problem, engine);
-    Report report = make_report(source_, model, problem, std::move(outcome), std::move(engine));
+    Outcome outcome = decide_with_engines(model, problem);
+    Report report = make_report(source_, model, problem, std::move(outcome));
     times_.total = seconds(Clock::now() - begun_);
     report.times = times_;
     for (const std::string& warning : report.warnings) {
@@ -117,20 +117,37 @@ class Run {
     outputs_.write(std::move(texts));
   }
 
-  Outcome decide_with_engine(const Model& model, const Problem& problem, std::string& name) {
-    reserve_engine_memory();
+  Outcome decide_with_engines(const Model& model, const Problem& problem) {
     const bool minimized = model.objective && !model.objective->maximize;
     Progress progress(begun_, minimized, options_.quiet);
     const EngineScope scope(progress);
-    const auto engine = make_csdp_engine();
     WatchedEngine::Watch watch;
     if (progress.is_watched()) watch = [&](const EngineStep& step) { progress.tell(step); };
-    WatchedEngine watched(*engine, std::move(watch));
-    name = watched.name();
-    Outcome outcome = decide(problem, watched, {.max_iterations = model.parameters.max_iterations});
-    times_.engine = seconds(watched.time_inside());
+    EngineLog log;
+    Outcome outcome =
+        decide_watched(problem, {.max_iterations = model.parameters.max_iterations}, log, watch);
+    times_.engine = seconds(log.inside);
     times_.checking = lap() - times_.engine;
     return outcome;
+  }
+
+  Outcome decide_watched(const Problem& problem, const Limits& limits, EngineLog& log,
+                         const WatchedEngine::Watch& watch) const {
+    const auto cones = make_cones_engine();
+    const auto csdp = make_csdp_engine();
+    AutoEngine fastest(*cones, *csdp);
+    WatchedEngine watched_fastest(fastest, log, watch);
+    WatchedEngine watched_cones(*cones, log, watch);
+    WatchedEngine watched_csdp(*csdp, log, watch);
+    switch (options_.engine) {
+      case EngineChoice::kAuto:
+        return decide_with_fallback(problem, watched_fastest, watched_csdp, limits);
+      case EngineChoice::kCones:
+        return decide(problem, watched_cones, limits);
+      case EngineChoice::kCsdp:
+        return decide(problem, watched_csdp, limits);
+    }
+    return {};
   }
 
   const Options& options_;

@@ -57,7 +57,7 @@ inline std::vector<double> point_of_all_shapes() {
 inline Report feasible_report(const Model& model, std::vector<double> point) {
   Report report;
   report.model = &model;
-  report.engine = "csdp";
+  report.outcome.engine = "csdp";
   report.outcome.verdict = Verdict::kFeasible;
   report.outcome.interior = point;
   report.outcome.point = std::move(point);

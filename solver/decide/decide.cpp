@@ -1,6 +1,7 @@
 #include "solver/decide/decide.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "solver/check/evaluate.h"
@@ -16,6 +17,8 @@
 namespace sdpsol {
 namespace {
 
+// A gap to the bound that no second engine is asked to narrow.
+constexpr double kGoodGap = 1e-6;
 constexpr const char* kContradiction = "the conditions contradict each other";
 
 Outcome infeasible(std::string reason, Proof proof, int iterations) {
@@ -179,9 +182,7 @@ Outcome decided_by_noise(Outcome last, std::vector<std::int32_t> conditions) {
   return outcome;
 }
 
-}  // namespace
-
-Outcome decide(const Problem& problem, Engine& engine, const Limits& limits) {
+Outcome decide_both_ways(const Problem& problem, Engine& engine, const Limits& limits) {
   std::vector<std::int32_t> noisy = noisy_conditions(problem);
   Outcome as_written = decide_as_written(problem, engine, limits);
   as_written = with_balanced_certificate(problem, std::move(as_written));
@@ -196,6 +197,52 @@ Outcome decide(const Problem& problem, Engine& engine, const Limits& limits) {
   as_written.iterations += cleaned.iterations;
   if (cleaned.verdict == as_written.verdict) return as_written;
   return decided_by_noise(std::move(as_written), std::move(noisy));
+}
+
+/// How far the bound is from the objective, relative to it.
+double relative_gap(const Outcome& outcome) {
+  const double value = *outcome.objective;
+  return (*outcome.bound - value) / std::max(1.0, std::fabs(value));
+}
+
+/// True if another engine may say more.
+bool leaves_something_open(const Outcome& outcome) {
+  switch (outcome.verdict) {
+    case Verdict::kInfeasible:
+      return false;
+    case Verdict::kUndetermined:
+      return outcome.certificate.empty();  // else it is a claim, and proven
+    case Verdict::kFeasible:
+      return outcome.objective && !outcome.limited_by_box && !(relative_gap(outcome) <= kGoodGap);
+  }
+  return true;
+}
+
+/// True if `second`, of the same problem, says more than `first`.
+bool says_more(const Outcome& second, const Outcome& first) {
+  if (second.verdict == Verdict::kUndetermined) return !leaves_something_open(second);
+  if (first.verdict == Verdict::kUndetermined) return true;
+  return second.objective && relative_gap(second) < relative_gap(first);
+}
+
+}  // namespace
+
+Outcome decide(const Problem& problem, Engine& engine, const Limits& limits) {
+  Outcome outcome = decide_both_ways(problem, engine, limits);
+  outcome.engine = engine.name();
+  return outcome;
+}
+
+Outcome decide_with_fallback(const Problem& problem, Engine& first, Engine& fallback,
+                             const Limits& limits) {
+  Outcome outcome = decide(problem, first, limits);
+  if (!leaves_something_open(outcome) || outcome.engine == fallback.name()) return outcome;
+  Outcome second = decide(problem, fallback, limits);
+  const int iterations = outcome.iterations + second.iterations;
+  if (says_more(second, outcome)) outcome = std::move(second);
+  outcome.iterations = iterations;
+  outcome.fallbacks = 1;
+  return outcome;
 }
 
 }  // namespace sdpsol

@@ -37,6 +37,10 @@ struct Outcome {
   /// interior[k]; empty if `interior` is one itself.
   std::vector<double> distance;
   int iterations = 0;
+  /// Whose candidate was certified, or else was the last one.
+  std::string engine;
+  /// How often a second engine was asked because of what the first left open.
+  int fallbacks = 0;
 };
 
 }  // namespace sdpsol

@@ -22,9 +22,9 @@
 #include <cstdlib>
 #include <utility>
 
-#include "solver/engine/compact.h"
 #include "solver/engine/csdp_data.h"
-#include "solver/engine/eliminate.h"
+#include "solver/engine/engine_memory.h"
+#include "solver/engine/reduced.h"
 
 namespace sdpsol {
 namespace {
@@ -93,57 +93,18 @@ StopReason reason_of(int code, const Session& session) {
   }
 }
 
-/// The library ends the process over numbers that are not finite, and takes for
-/// ever over some that are merely absurd. Scaled programs hold neither.
-bool has_usable_numbers(const ConeProgram& program) {
-  constexpr double kLargest = 1e30;
-  auto usable = [](double x) { return std::fabs(x) < kLargest; };
-  return std::all_of(program.objective.begin(), program.objective.end(), usable) &&
-         std::all_of(program.cones.begin(), program.cones.end(), [&](const auto& cone) {
-           return std::all_of(cone.coefficients.begin(), cone.coefficients.end(),
-                              [&](const auto& t) { return usable(t.value); });
-         });
-}
-
 class CsdpEngine final : public Engine {
  public:
   std::string_view name() const override { return "csdp"; }
 
   Candidate solve(const ConeProgram& program, const Limits& limits,
                   const Observer& observer) override {
-    if (program.equations.empty()) return solve_compact(program, limits, observer);
-    const Elimination elimination(program);
-    const Observer lifting = [&](const Iterate& reduced) {
-      return observer && observer(elimination.lift(reduced));
-    };
-    Candidate candidate = solve_compact(elimination.reduced(), limits, lifting);
-    candidate.last = elimination.lift(candidate.last);
-    return candidate;
+    if (!has_memory_) reserve_engine_memory();
+    has_memory_ = true;
+    return solve_reduced(program, limits, observer, solve_cones);
   }
 
  private:
-  /// The library ends the process over a program without unknowns and over an
-  /// unknown that no cone holds, so neither reaches it.
-  static Candidate solve_compact(const ConeProgram& program, const Limits& limits,
-                                 const Observer& observer) {
-    const Compaction compaction(program);
-    Candidate candidate;
-    const bool usable = has_usable_numbers(compaction.reduced());
-    if (compaction.reduced().unknowns == 0 || !usable) {
-      candidate.reason = usable ? StopReason::kConverged : StopReason::kTrouble;
-      candidate.last.point.assign(compaction.reduced().objective.size(), 0.0);
-      candidate.last.multipliers.assign(multiplier_offsets(program.cones).back(), 0.0);
-    } else {
-      const Observer lifting = [&](const Iterate& reduced) {
-        return observer && observer(compaction.lift(reduced));
-      };
-      candidate = solve_cones(compaction.reduced(), limits, lifting);
-    }
-    candidate.last = compaction.lift(std::move(candidate.last));
-    if (compaction.unbounded()) candidate.reason = StopReason::kUnbounded;
-    return candidate;
-  }
-
   static Candidate solve_cones(const ConeProgram& program, const Limits& limits,
                                const Observer& observer) {
     const CsdpPlacement placement(program.cones);
@@ -181,19 +142,11 @@ class CsdpEngine final : public Engine {
     free_mat(z);
     return candidate;
   }
+
+  bool has_memory_ = false;
 };
 
 }  // namespace
-
-std::vector<std::size_t> multiplier_offsets(const std::vector<ConeProgram::Cone>& cones) {
-  std::vector<std::size_t> offsets{0};
-  offsets.reserve(cones.size() + 1);
-  for (const auto& cone : cones) {
-    const auto n = static_cast<std::size_t>(cone.size);
-    offsets.push_back(offsets.back() + n * n);
-  }
-  return offsets;
-}
 
 std::unique_ptr<Engine> make_csdp_engine() {
   return std::make_unique<CsdpEngine>();

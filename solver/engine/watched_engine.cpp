@@ -9,10 +9,10 @@ Candidate WatchedEngine::solve(const ConeProgram& program, const Limits& limits,
   using Clock = std::chrono::steady_clock;
   Clock::time_point entered = Clock::now();
   const Observer watching = [&](const Iterate& iterate) {
-    inside_ += Clock::now() - entered;
-    ++iterations_;
+    log_.inside += Clock::now() - entered;
+    ++log_.iterations;
     if (watch_) {
-      watch_({.iteration = iterations_,
+      watch_({.iteration = log_.iterations,
               .is_margin = program.is_margin,
               .value = iterate.value * program.value_unit + program.value_origin,
               .gap = std::max(0.0, (iterate.bound - iterate.value) * program.value_unit)});
@@ -22,7 +22,7 @@ Candidate WatchedEngine::solve(const ConeProgram& program, const Limits& limits,
     return enough;
   };
   Candidate candidate = engine_.solve(program, limits, watching);
-  inside_ += Clock::now() - entered;
+  log_.inside += Clock::now() - entered;
   return candidate;
 }
 

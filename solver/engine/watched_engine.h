@@ -16,27 +16,29 @@ struct EngineStep {
   double gap = 0;    ///< between it and the engine's bound, never negative
 };
 
-/// Passes everything on to another engine and back. Measures the time that the
-/// engine takes for itself, without that of the observer, and tells every step.
+/// What engines have done in all their runs together.
+struct EngineLog {
+  int iterations = 0;
+  std::chrono::steady_clock::duration inside{};  ///< without the time of observers
+};
+
+/// Passes everything on to another engine and back. Keeps the log, and tells every step.
 class WatchedEngine final : public Engine {
  public:
   using Watch = std::function<void(const EngineStep&)>;
 
-  /// @param engine must outlive this.  @param watch may be empty.
-  WatchedEngine(Engine& engine, Watch watch) : engine_(engine), watch_(std::move(watch)) {}
+  /// @param engine, log must outlive this.  @param watch may be empty.
+  WatchedEngine(Engine& engine, EngineLog& log, Watch watch)
+      : engine_(engine), log_(log), watch_(std::move(watch)) {}
 
   std::string_view name() const override { return engine_.name(); }
   Candidate solve(const ConeProgram& program, const Limits& limits,
                   const Observer& observer) override;
 
-  /// Spent inside the engine, all runs together.
-  std::chrono::steady_clock::duration time_inside() const { return inside_; }
-
  private:
   Engine& engine_;
+  EngineLog& log_;
   Watch watch_;
-  int iterations_ = 0;
-  std::chrono::steady_clock::duration inside_{};
 };
 
 }  // namespace sdpsol

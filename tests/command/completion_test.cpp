@@ -69,7 +69,7 @@ TEST(Completion, KnowsWhatOptionsTake) {
   EXPECT_EQ(completed(folder, {"--format", "sdps"}), Words({"sdpsol"}));
   EXPECT_EQ(completed(folder, {"--format", "=", "sdpa"}), Words({"sdpa"}));
   EXPECT_EQ(completed(folder, {"--format", "="}), Words({"sdpsol", "sdpa"}));
-  EXPECT_EQ(completed(folder, {"--engine", ""}), Words({"auto", "csdp"}));
+  EXPECT_EQ(completed(folder, {"--engine", ""}), Words({"auto", "cones", "csdp"}));
   EXPECT_EQ(completed(folder, {"--engine", "x"}), Words());
   EXPECT_EQ(completed(folder, {"--help", ""}), Words());
 }

@@ -1,0 +1,207 @@
+#include "solver/engine/cones/forces.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <span>
+
+namespace sdpsol::cones {
+namespace {
+
+using Eigen::Index;
+
+// An unknown in no more coordinates than a friction cone and a few rows have is local.
+constexpr int kMostLocal = 8;
+// Coefficients that differ by less from a multiple of another form's, against the
+// largest, differ by how they were scaled.
+constexpr double kSameForm = 1e-13;
+// Rounding in a sum of some thousand numbers below 1.
+constexpr double kSameSignature = 1e-11;
+
+std::span<const Term> terms_of(const CoordinateTerms& linear, Index coordinate) {
+  const auto at = static_cast<std::size_t>(coordinate);
+  return {linear.terms.data() + linear.starts[at], linear.starts[at + 1] - linear.starts[at]};
+}
+
+enum class Role { kWide, kLocal, kCommon };
+
+std::vector<Role> roles_of(const Layout& layout, const std::vector<double>& objective) {
+  std::vector<int> occurrences(objective.size(), 0);
+  for (const Term& t : layout.linear.terms) ++occurrences[static_cast<std::size_t>(t.unknown)];
+  std::vector<Role> roles;
+  roles.reserve(objective.size());
+  for (const int count : occurrences) {
+    roles.push_back(count > kMostLocal ? Role::kWide : Role::kLocal);
+  }
+  const auto is_maximised = [](double cost) { return cost != 0; };
+  if (std::count_if(objective.begin(), objective.end(), is_maximised) == 1) {
+    const auto found = std::find_if(objective.begin(), objective.end(), is_maximised);
+    Role& role = roles[static_cast<std::size_t>(found - objective.begin())];
+    if (role == Role::kWide) role = Role::kCommon;
+  }
+  return roles;
+}
+
+/// A number that equal forms share, and hardly any others: the product with one fixed
+/// vector whose entries have nothing to do with each other.
+double fixed_entry(std::int32_t unknown) {
+  auto x = static_cast<std::uint64_t>(unknown) * 0x9E3779B97F4A7C15ULL + 0x2545F4914F6CDD1DULL;
+  x = (x ^ (x >> 30U)) * 0xBF58476D1CE4E5B9ULL;  // the mixing of SplitMix64
+  x = (x ^ (x >> 27U)) * 0x94D049BB133111EBULL;
+  return 0.5 + std::ldexp(static_cast<double>(x >> 11U), -53);
+}
+
+/// The wide part of a coordinate.
+struct WideForm {
+  std::vector<Term> terms;  ///< `unknown` is an index into Forces::wide
+  std::size_t largest = 0;  ///< which term has the largest size
+  double norm = 0;
+  double signature = 0;  ///< of the form scaled to norm 1, but for its sign
+};
+
+/// b = factor * a for the returned factor, or they are no multiples of each other.
+std::optional<double> factor_between(const WideForm& a, const WideForm& b) {
+  if (a.terms.size() != b.terms.size()) return std::nullopt;
+  const double factor = b.terms[a.largest].value / a.terms[a.largest].value;
+  const double tolerance = kSameForm * b.norm;
+  for (std::size_t i = 0; i < a.terms.size(); ++i) {
+    if (a.terms[i].unknown != b.terms[i].unknown) return std::nullopt;
+    if (!(std::fabs(b.terms[i].value - factor * a.terms[i].value) <= tolerance)) {
+      return std::nullopt;
+    }
+  }
+  return factor;
+}
+
+class ForceFinder {
+ public:
+  ForceFinder(const Layout& layout, const std::vector<double>& objective)
+      : layout_(layout),
+        roles_(roles_of(layout, objective)),
+        place_(objective.size()),
+        entries_(objective.size()) {
+    for (std::size_t k = 0; k < roles_.size(); ++k) {
+      const auto unknown = static_cast<std::int32_t>(k);
+      entries_[k] = fixed_entry(unknown);
+      switch (roles_[k]) {
+        case Role::kWide:
+          place_[k] = static_cast<std::int32_t>(forces_.wide.size());
+          forces_.wide.push_back(unknown);
+          break;
+        case Role::kLocal:
+          place_[k] = static_cast<std::int32_t>(forces_.local.size());
+          forces_.local.push_back(unknown);
+          break;
+        case Role::kCommon:
+          forces_.common = unknown;
+          break;
+      }
+    }
+  }
+
+  Forces find() && {
+    number_forces();
+    fill_factor();
+    fill_coordinates();
+    return std::move(forces_);
+  }
+
+ private:
+  WideForm wide_form(Index coordinate) const {
+    WideForm form;
+    const auto terms = terms_of(layout_.linear, coordinate);
+    form.terms.reserve(terms.size());
+    for (const Term& t : terms) {
+      const auto k = static_cast<std::size_t>(t.unknown);
+      if (roles_[k] != Role::kWide) continue;
+      form.terms.push_back({place_[k], t.value});
+      form.signature += t.value * entries_[k];
+      form.norm += t.value * t.value;
+      const double largest = std::fabs(form.terms[form.largest].value);
+      if (std::fabs(t.value) > largest) form.largest = form.terms.size() - 1;
+    }
+    form.norm = std::sqrt(form.norm);
+    if (form.norm > 0) form.signature = std::fabs(form.signature) / form.norm;
+    return form;
+  }
+
+  /// Brings coordinates with one force together by their signatures, and looks closer
+  /// where these are near each other.
+  void number_forces() {
+    std::vector<double> signatures;
+    std::vector<Index> order;
+    for (Index i = 0; i < layout_.dimension; ++i) {
+      forms_.push_back(wide_form(i));
+      signatures.push_back(forms_.back().signature);
+      if (!forms_.back().terms.empty()) order.push_back(i);
+    }
+    std::stable_sort(order.begin(), order.end(), [&](Index a, Index b) {
+      return signatures[static_cast<std::size_t>(a)] < signatures[static_cast<std::size_t>(b)];
+    });
+    force_.assign(forms_.size(), kNone);
+    share_.assign(forms_.size(), 0.0);
+    for (std::size_t i = 0; i < order.size(); ++i) {
+      const auto here = static_cast<std::size_t>(order[i]);
+      for (auto a = representatives_.rbegin(); a != representatives_.rend(); ++a) {
+        if (signatures[here] - signatures[*a] > kSameSignature) break;
+        const auto factor = factor_between(forms_[*a], forms_[here]);
+        if (!factor) continue;
+        force_[here] = representatives_.rend() - a - 1;
+        share_[here] = *factor * forms_[*a].norm;
+        break;
+      }
+      if (force_[here] != kNone) continue;
+      force_[here] = static_cast<Index>(representatives_.size());
+      share_[here] = forms_[here].norm;
+      representatives_.push_back(here);
+    }
+  }
+
+  void fill_factor() {
+    forces_.factor = Eigen::MatrixXd::Zero(static_cast<Index>(representatives_.size()),
+                                           static_cast<Index>(forces_.wide.size()));
+    for (std::size_t f = 0; f < representatives_.size(); ++f) {
+      const WideForm& form = forms_[representatives_[f]];
+      for (const Term& t : form.terms) {
+        forces_.factor(static_cast<Index>(f), t.unknown) = t.value / form.norm;
+      }
+    }
+  }
+
+  void fill_coordinates() {
+    const auto first_local = static_cast<std::int32_t>(forces_.factor.rows());
+    forces_.common_column = Eigen::VectorXd::Zero(layout_.dimension);
+    for (Index i = 0; i < layout_.dimension; ++i) {
+      const auto at = static_cast<std::size_t>(i);
+      if (force_[at] != kNone) {
+        forces_.linear.terms.push_back({static_cast<std::int32_t>(force_[at]), share_[at]});
+      }
+      for (const Term& t : terms_of(layout_.linear, i)) {
+        const auto k = static_cast<std::size_t>(t.unknown);
+        if (roles_[k] == Role::kCommon) forces_.common_column[i] = t.value;
+        if (roles_[k] != Role::kLocal) continue;
+        forces_.linear.terms.push_back({first_local + place_[k], t.value});
+      }
+      forces_.linear.starts.push_back(forces_.linear.terms.size());
+    }
+  }
+
+  static constexpr Index kNone = -1;
+  const Layout& layout_;
+  const std::vector<Role> roles_;
+  std::vector<std::int32_t> place_;  ///< of each unknown among those of its role
+  std::vector<double> entries_;
+  std::vector<WideForm> forms_;               ///< of each coordinate
+  std::vector<std::size_t> representatives_;  ///< of each force, a coordinate
+  std::vector<Index> force_;                  ///< of each coordinate
+  std::vector<double> share_;                 ///< its multiple of the force
+  Forces forces_;
+};
+
+}  // namespace
+
+Forces find_forces(const Layout& layout, const std::vector<double>& objective) {
+  return ForceFinder(layout, objective).find();
+}
+
+}  // namespace sdpsol::cones

@@ -1,0 +1,220 @@
+#include "solver/engine/cones/interior_point.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "solver/engine/cones/jordan.h"
+
+namespace sdpsol::cones {
+namespace {
+
+using Eigen::VectorXd;
+
+// The share of the way to the border that a step takes.
+constexpr double kStep = 0.99;
+// Steps that make less of a difference, so many times one after the other, are the end.
+constexpr double kProgress = 0.9;
+constexpr int kMostIdle = 4;
+// What counts as solved where rounding ends the way.
+constexpr double kAccepted = 1e-6;
+// Directions that are this good certificates are taken for them.
+constexpr double kCertificate = 1e-8;
+// Values are told from 0 by this share of the numbers that the program is scaled to.
+constexpr double kSmallValue = 1e-3;
+
+struct Step {
+  VectorXd u;
+  VectorXd s_scaled;  ///< W^-T * ds
+  VectorXd z_scaled;  ///< W * dz
+};
+
+class InteriorPoint {
+ public:
+  InteriorPoint(const Layout& layout, NewtonSystem& system, const std::vector<std::size_t>& offsets,
+                const Limits& limits, const Observer& observer)
+      : layout_(layout),
+        system_(system),
+        offsets_(offsets),
+        limits_(limits),
+        observer_(observer),
+        unit_(unit(layout)),
+        scaling_(layout),
+        size_of_constants_(std::max(1.0, layout.constants.norm())),
+        size_of_objective_(std::max(1.0, system.objective().norm())) {}
+
+  Candidate run() {
+    Candidate candidate;
+    if (start()) {
+      measure();
+      while (!is_over(candidate.reason)) {
+        if (!advance()) {
+          candidate.reason = reason_at_the_end();
+          break;
+        }
+        ++iterations_;
+        measure();
+        if (observer_ && observer_(iterate())) {
+          candidate.reason = StopReason::kAccepted;
+          break;
+        }
+      }
+    }
+    candidate.last = iterate();
+    return candidate;
+  }
+
+ private:
+  /// The least norms of s and of z that fit the equations, moved into the cones.
+  /// Source: Vandenberghe 2010, section 7.3.
+  bool start() {
+    u_ = VectorXd::Zero(system_.size());
+    s_ = z_ = unit_;
+    scaling_.set_identity();
+    if (!system_.factor(scaling_)) return false;
+    u_ = -system_.solve(system_.multiply_transposed(layout_.constants));
+    s_ = into_the_cones(layout_.constants + system_.multiply(u_));
+    z_ = into_the_cones(-system_.multiply(system_.solve(system_.objective())));
+    return s_.allFinite() && z_.allFinite();
+  }
+
+  VectorXd into_the_cones(VectorXd v) const {
+    const double least = least_eigenvalue(layout_, v);
+    const double wanted = 1e-2 * std::max(1.0, v.norm());
+    if (!(least > wanted)) v += (1 - least) * unit_;
+    return v;
+  }
+
+  void measure() {
+    primal_residual_ = layout_.constants + system_.multiply(u_) - s_;
+    const VectorXd forces = system_.multiply_transposed(z_);
+    dual_residual_ = -system_.objective() - forces;
+    gap_ = s_.dot(z_);
+    value_ = system_.objective().dot(u_);
+    bound_ = layout_.constants.dot(z_);
+    size_of_forces_ = forces.norm();
+  }
+
+  Iterate iterate() const {
+    Iterate iterate;
+    const VectorXd point = system_.point(u_);
+    iterate.point.assign(point.begin(), point.end());
+    iterate.multipliers = layout_.matrices(z_, offsets_);
+    iterate.value = value_;
+    iterate.bound = bound_;
+    iterate.iteration = iterations_;
+    return iterate;
+  }
+
+  double primal_error() const { return primal_residual_.norm() / size_of_constants_; }
+  double dual_error() const { return dual_residual_.norm() / size_of_objective_; }
+  double relative_gap() const { return gap_ / std::max(std::fabs(value_), kSmallValue); }
+  double error() const { return std::max({primal_error(), dual_error(), relative_gap()}); }
+
+  bool is_over(StopReason& reason) {
+    if (error() <= limits_.accuracy) {
+      reason = StopReason::kConverged;
+      return true;
+    }
+    // c'u = 0 up to what is left, and h'z < 0: no point can be better than nothing.
+    if (bound_ < 0 && size_of_forces_ <= kCertificate * -bound_) {
+      reason = StopReason::kInfeasible;
+      return true;
+    }
+    // G*u is in the cones up to what is left, and c'u > 0: there is no end of better points.
+    if (value_ > 0 && (s_ - system_.multiply(u_)).norm() <= kCertificate * value_) {
+      reason = StopReason::kUnbounded;
+      return true;
+    }
+    if (iterations_ >= limits_.max_iterations) {
+      reason = StopReason::kIterationLimit;
+      return true;
+    }
+    idle_ = error() < kProgress * least_error_ ? 0 : idle_ + 1;
+    least_error_ = std::min(least_error_, error());
+    if (idle_ >= kMostIdle) {
+      reason = reason_at_the_end();
+      return true;
+    }
+    return false;
+  }
+
+  StopReason reason_at_the_end() const {
+    return error() <= kAccepted ? StopReason::kConverged : StopReason::kTrouble;
+  }
+
+  /// @param target lambda o (W*dz + W^-T*ds), divided by lambda.
+  Step solve(const VectorXd& target) const {
+    VectorXd residual = primal_residual_;
+    scaling_.unscale_transposed(residual);
+    VectorXd right = target - residual;
+    scaling_.unscale(right);
+    Step step;
+    step.u = system_.solve(system_.multiply_transposed(right) - dual_residual_);
+    step.s_scaled = system_.multiply(step.u) + primal_residual_;
+    scaling_.unscale_transposed(step.s_scaled);
+    step.z_scaled = target - step.s_scaled;
+    return step;
+  }
+
+  bool advance() {
+    if (!scaling_.update(s_, z_) || !system_.factor(scaling_)) return false;
+    const VectorXd& lambda = scaling_.lambda();
+    const Step predictor = solve(-lambda);
+    const double s_step = std::min(1.0, largest_step(layout_, lambda, predictor.s_scaled));
+    const double z_step = std::min(1.0, largest_step(layout_, lambda, predictor.z_scaled));
+    const double reached =
+        (lambda + s_step * predictor.s_scaled).dot(lambda + z_step * predictor.z_scaled);
+    const double share = std::clamp(reached / gap_, 0.0, 1.0);
+    const double centre = share * share * share * gap_ / static_cast<double>(layout_.degree);
+    const VectorXd second_order = product(layout_, predictor.s_scaled, predictor.z_scaled);
+    const VectorXd corrector = quotient(layout_, centre * unit_ - second_order, lambda) - lambda;
+    return move(solve(corrector));
+  }
+
+  bool move(Step step) {
+    const VectorXd& lambda = scaling_.lambda();
+    if (!step.s_scaled.allFinite() || !step.z_scaled.allFinite()) return false;
+    const double s_step = std::min(1.0, kStep * largest_step(layout_, lambda, step.s_scaled));
+    const double z_step = std::min(1.0, kStep * largest_step(layout_, lambda, step.z_scaled));
+    u_ += s_step * step.u;
+    s_ = lambda + s_step * step.s_scaled;
+    scaling_.scale_transposed(s_);
+    z_ = lambda + z_step * step.z_scaled;
+    scaling_.unscale(z_);
+    return u_.allFinite() && s_.allFinite() && z_.allFinite();
+  }
+
+  const Layout& layout_;
+  NewtonSystem& system_;
+  const std::vector<std::size_t>& offsets_;
+  const Limits& limits_;
+  const Observer& observer_;
+  const VectorXd unit_;
+  NtScaling scaling_;
+  double size_of_constants_;
+  double size_of_objective_;
+
+  VectorXd u_;
+  VectorXd s_;
+  VectorXd z_;
+  VectorXd primal_residual_;  ///< h + G*u - s
+  VectorXd dual_residual_;    ///< -(c + G'*z)
+  double gap_ = 0;
+  double value_ = 0;
+  double bound_ = 0;
+  double size_of_forces_ = 0;  ///< |G'*z|
+  int iterations_ = 0;
+  int idle_ = 0;
+  double least_error_ = HUGE_VAL;
+};
+
+}  // namespace
+
+Candidate solve_interior(const Layout& layout, NewtonSystem& system,
+                         const std::vector<std::size_t>& offsets, const Limits& limits,
+                         const Observer& observer) {
+  return InteriorPoint(layout, system, offsets, limits, observer).run();
+}
+
+}  // namespace sdpsol::cones

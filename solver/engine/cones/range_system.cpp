@@ -1,0 +1,312 @@
+#include "solver/engine/cones/range_system.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <utility>
+
+namespace sdpsol::cones {
+namespace {
+
+using Eigen::Index;
+using Eigen::MatrixXd;
+using Eigen::VectorXd;
+
+constexpr double kSmallestPivot = 1e-8;
+// A solution whose rest is no larger than this share of the right side is good enough.
+constexpr double kGoodSolution = 1e-12;
+constexpr int kMostRefinements = 2;
+
+std::size_t at(Index i) {
+  return static_cast<std::size_t>(i);
+}
+
+/// Union-find.
+class Sets {
+ public:
+  explicit Sets(Index count) : parent_(at(count)) {
+    std::iota(parent_.begin(), parent_.end(), Index{0});
+  }
+  Index root(Index i) {
+    while (parent_[at(i)] != i) i = parent_[at(i)] = parent_[at(parent_[at(i)])];
+    return i;
+  }
+  void join(Index a, Index b) { parent_[at(root(b))] = root(a); }
+
+ private:
+  std::vector<Index> parent_;
+};
+
+}  // namespace
+
+std::unique_ptr<RangeSystem> RangeSystem::make(const Layout& layout,
+                                               const std::vector<double>& objective) {
+  Forces forces = find_forces(layout, objective);
+  const Index left_over = forces.factor.rows() - forces.factor.cols();
+  if (left_over < 0 || left_over > kMostNullVectors) return nullptr;
+  std::unique_ptr<RangeSystem> system(new RangeSystem(layout, std::move(forces), objective));
+  if (!system->find_range()) return nullptr;
+  system->find_groups();
+  const bool small = std::all_of(system->groups_.begin(), system->groups_.end(), [](const auto& g) {
+    return static_cast<Index>(g.members.size()) <= kLargestBlock;
+  });
+  return small ? std::move(system) : nullptr;
+}
+
+RangeSystem::RangeSystem(const Layout& layout, Forces forces, const std::vector<double>& objective)
+    : layout_(layout),
+      forces_(std::move(forces)),
+      objective_(VectorXd::Zero(forces_.size() + (forces_.common ? 1 : 0))),
+      program_objective_(objective) {}
+
+/// F = Q*R: the first columns of Q span the forces, the others are W.
+bool RangeSystem::find_range() {
+  const MatrixXd& f = forces_.factor;
+  range_.compute(f);
+  const auto pivots = range_.matrixQR().diagonal().cwiseAbs();
+  if (f.cols() > 0 && !(pivots.minCoeff() > kSmallestPivot * pivots.maxCoeff())) return false;
+  null_ = MatrixXd::Zero(f.rows(), f.rows() - f.cols());
+  null_.bottomRows(null_.cols()).setIdentity();
+  null_.applyOnTheLeft(range_.householderQ());
+
+  // c'z = (Q*R^-T*c)'*F*z
+  VectorXd wide(f.cols());
+  for (Index k = 0; k < wide.size(); ++k) wide[k] = program_objective_[at(forces_.wide[at(k)])];
+  VectorXd costs = VectorXd::Zero(f.rows());
+  const auto r = range_.matrixQR().topRows(f.cols());
+  costs.head(f.cols()) = r.triangularView<Eigen::Upper>().transpose().solve(wide);
+  costs.applyOnTheLeft(range_.householderQ());
+  objective_.head(f.rows()) = costs;
+  for (std::size_t l = 0; l < forces_.local.size(); ++l) {
+    objective_[f.rows() + static_cast<Index>(l)] = program_objective_[at(forces_.local[l])];
+  }
+  if (forces_.common) objective_[forces_.size()] = program_objective_[at(*forces_.common)];
+  return true;
+}
+
+void RangeSystem::find_groups() {
+  Sets sets(forces_.size());
+  const auto first_of = [&](Index coordinate) {
+    const std::size_t start = forces_.linear.starts[at(coordinate)];
+    const bool none = start == forces_.linear.starts[at(coordinate + 1)];
+    return none ? Index{-1} : Index{forces_.linear.terms[start].unknown};
+  };
+  const auto join_all = [&](Index first, Index count) {
+    Index one = -1;
+    const auto& linear = forces_.linear;
+    for (std::size_t t = linear.starts[at(first)]; t < linear.starts[at(first + count)]; ++t) {
+      if (one >= 0) sets.join(one, linear.terms[t].unknown);
+      one = linear.terms[t].unknown;
+    }
+    return one;
+  };
+  for (Index row = 0; row < layout_.rows; ++row) join_all(row, 1);
+  for (const Part& part : layout_.parts) join_all(part.first, part.dimension);
+
+  std::vector<Index> group_of(at(forces_.size()), -1);
+  place_.resize(at(forces_.size()));
+  for (Index i = 0; i < forces_.size(); ++i) {
+    Index& group = group_of[at(sets.root(i))];
+    if (group < 0) {
+      group = static_cast<Index>(groups_.size());
+      groups_.emplace_back();
+    }
+    place_[at(i)] = static_cast<Index>(groups_[at(group)].members.size());
+    groups_[at(group)].members.push_back(i);
+  }
+  // Cones that hold nothing but the common unknown need no group of their own.
+  const auto group_with = [&](Index member) -> Group& {
+    return groups_[at(member < 0 ? 0 : group_of[at(sets.root(member))])];
+  };
+  if (groups_.empty()) groups_.emplace_back();
+  for (Index row = 0; row < layout_.rows; ++row) group_with(first_of(row)).rows.push_back(row);
+  for (std::size_t p = 0; p < layout_.parts.size(); ++p) {
+    const Part& part = layout_.parts[p];
+    Index member = -1;
+    for (Index i = 0; i < part.dimension && member < 0; ++i) member = first_of(part.first + i);
+    group_with(member).parts.push_back(p);
+  }
+  for (Group& group : groups_) {
+    group.null_rows = MatrixXd::Zero(static_cast<Index>(group.members.size()), null_.cols());
+    for (std::size_t i = 0; i < group.members.size(); ++i) {
+      if (group.members[i] >= forces_count()) continue;
+      group.null_rows.row(static_cast<Index>(i)) = null_.row(group.members[i]);
+    }
+  }
+}
+
+VectorXd RangeSystem::multiply(const VectorXd& u) const {
+  VectorXd s = forces_.common ? VectorXd(forces_.common_column * u[forces_.size()])
+                              : VectorXd(VectorXd::Zero(layout_.dimension));
+  const auto& [terms, starts] = forces_.linear;
+  for (Index i = 0; i < layout_.dimension; ++i) {
+    for (std::size_t t = starts[at(i)]; t < starts[at(i + 1)]; ++t) {
+      s[i] += terms[t].value * u[terms[t].unknown];
+    }
+  }
+  return s;
+}
+
+VectorXd RangeSystem::multiply_transposed(const VectorXd& z) const {
+  VectorXd u = VectorXd::Zero(size());
+  const auto& [terms, starts] = forces_.linear;
+  for (Index i = 0; i < layout_.dimension; ++i) {
+    for (std::size_t t = starts[at(i)]; t < starts[at(i + 1)]; ++t) {
+      u[terms[t].unknown] += terms[t].value * z[i];
+    }
+  }
+  if (forces_.common) u[forces_.size()] = forces_.common_column.dot(z);
+  project(u);
+  return u;
+}
+
+/// Away with what is not in the range of F.
+void RangeSystem::project(VectorXd& u) const {
+  auto x = u.head(forces_count());
+  x -= null_ * (null_.transpose() * x);
+}
+
+bool RangeSystem::factor_group(Group& group, const NtScaling& scaling) {
+  const auto count = static_cast<Index>(group.members.size());
+  const auto& [terms, starts] = forces_.linear;
+  MatrixXd& sum = group.sum;
+  sum = MatrixXd::Zero(count + 1, count + 1);
+  for (const Index row : group.rows) {
+    const double weight = scaling.inverse_row(row) * scaling.inverse_row(row);
+    const double common = forces_.common_column[row];
+    sum(count, count) += weight * common * common;
+    for (std::size_t a = starts[at(row)]; a < starts[at(row + 1)]; ++a) {
+      const Index i = place_[at(terms[a].unknown)];
+      const double weighed = weight * terms[a].value;
+      sum(count, i) += weighed * common;
+      for (std::size_t b = starts[at(row)]; b <= a; ++b) {
+        const Index j = place_[at(terms[b].unknown)];
+        sum(std::max(i, j), std::min(i, j)) += weighed * terms[b].value;
+      }
+    }
+  }
+  for (const std::size_t p : group.parts) {
+    const Part& part = layout_.parts[p];
+    MatrixXd columns = MatrixXd::Zero(part.dimension, count + 1);
+    for (Index i = 0; i < part.dimension; ++i) {
+      for (std::size_t t = starts[at(part.first + i)]; t < starts[at(part.first + i + 1)]; ++t) {
+        columns(i, place_[at(terms[t].unknown)]) = terms[t].value;
+      }
+    }
+    columns.col(count) = forces_.common_column.segment(part.first, part.dimension);
+    scaling.unscale_transposed(p, columns);
+    sum.selfadjointView<Eigen::Lower>().rankUpdate(columns.transpose());
+  }
+  group.factor.compute(sum.topLeftCorner(count, count));
+  if (group.factor.info() != Eigen::Success) return false;
+  group.border.resize(count, null_.cols() + 1);
+  group.border << group.null_rows, sum.row(count).head(count).transpose();
+  group.factor.matrixL().solveInPlace(group.border);
+  return true;
+}
+
+// With H = L*L' in every group, Y = L^-1*W and q = L^-1*p, p the column of t, what is left
+// for nu (of W'*x = 0) and t is
+//   [ Y'Y   Y'q         ] [nu]
+//   [ q'Y  -(h_tt - q'q)] [t ]
+bool RangeSystem::factor(const NtScaling& scaling) {
+  const Index nulls = null_.cols();
+  MatrixXd square = MatrixXd::Zero(nulls, nulls);
+  null_common_ = VectorXd::Zero(nulls);
+  double pivot = 0;
+  for (Group& group : groups_) {
+    if (!factor_group(group, scaling)) return false;
+    const auto y = group.border.leftCols(nulls);
+    const auto q = group.border.col(nulls);
+    square.noalias() += y.transpose() * y;
+    null_common_.noalias() += y.transpose() * q;
+    pivot += group.sum(q.size(), q.size()) - q.squaredNorm();
+  }
+  null_factor_.compute(square);
+  if (nulls > 0 && null_factor_.info() != Eigen::Success) return false;
+  if (forces_.common) {
+    common_pivot_ = pivot;
+    if (nulls > 0) common_pivot_ += null_common_.dot(null_factor_.solve(null_common_));
+    if (!(common_pivot_ > 0)) return false;
+  }
+  return true;
+}
+
+VectorXd RangeSystem::solve_once(const VectorXd& right) const {
+  const Index nulls = null_.cols();
+  VectorXd null_part = VectorXd::Zero(nulls);
+  double common = forces_.common ? right[forces_.size()] : 0;
+  std::vector<VectorXd> solved;  // L^-1 * right
+  solved.reserve(groups_.size());
+  for (const Group& group : groups_) {
+    VectorXd here(static_cast<Index>(group.members.size()));
+    for (Index i = 0; i < here.size(); ++i) here[i] = right[group.members[at(i)]];
+    group.factor.matrixL().solveInPlace(here);
+    null_part.noalias() += group.border.leftCols(nulls).transpose() * here;
+    common -= group.border.col(nulls).dot(here);
+    solved.push_back(std::move(here));
+  }
+  VectorXd nu = nulls > 0 ? VectorXd(null_factor_.solve(null_part)) : null_part;
+  if (forces_.common) {
+    common = (common + null_common_.dot(nu)) / common_pivot_;
+    if (nulls > 0) nu -= null_factor_.solve(null_common_) * common;
+  }
+  VectorXd u(size());
+  if (forces_.common) u[forces_.size()] = common;
+  for (std::size_t g = 0; g < groups_.size(); ++g) {
+    const Group& group = groups_[g];
+    VectorXd& here = solved[g];
+    here.noalias() -= group.border.leftCols(nulls) * nu;
+    if (forces_.common) here -= group.border.col(nulls) * common;
+    group.factor.matrixU().solveInPlace(here);
+    for (Index i = 0; i < here.size(); ++i) u[group.members[at(i)]] = here[i];
+  }
+  return u;
+}
+
+/// H*u, projected.
+VectorXd RangeSystem::normal_product(const VectorXd& u) const {
+  VectorXd product = VectorXd::Zero(size());
+  for (const Group& group : groups_) {
+    const auto count = static_cast<Index>(group.members.size());
+    VectorXd here(count + 1);
+    for (Index i = 0; i < count; ++i) here[i] = u[group.members[at(i)]];
+    here[count] = forces_.common ? u[forces_.size()] : 0;
+    const VectorXd sum = group.sum.selfadjointView<Eigen::Lower>() * here;
+    for (Index i = 0; i < count; ++i) product[group.members[at(i)]] = sum[i];
+    if (forces_.common) product[forces_.size()] += sum[count];
+  }
+  project(product);
+  return product;
+}
+
+VectorXd RangeSystem::solve(const VectorXd& right) const {
+  VectorXd u = solve_once(right);
+  project(u);
+  const double good = kGoodSolution * right.norm();
+  for (int pass = 0; pass < kMostRefinements; ++pass) {
+    const VectorXd rest = right - normal_product(u);
+    if (rest.norm() <= good) break;
+    VectorXd correction = solve_once(rest);
+    project(correction);
+    u += correction;
+  }
+  return u;
+}
+
+VectorXd RangeSystem::point(const VectorXd& u) const {
+  const MatrixXd& f = forces_.factor;
+  VectorXd x = u.head(f.rows());
+  x.applyOnTheLeft(range_.householderQ().transpose());
+  const VectorXd z =
+      range_.matrixQR().topRows(f.cols()).triangularView<Eigen::Upper>().solve(x.head(f.cols()));
+  VectorXd y(static_cast<Index>(program_objective_.size()));
+  for (Index k = 0; k < z.size(); ++k) y[forces_.wide[at(k)]] = z[k];
+  for (std::size_t l = 0; l < forces_.local.size(); ++l) {
+    y[forces_.local[l]] = u[f.rows() + static_cast<Index>(l)];
+  }
+  if (forces_.common) y[*forces_.common] = u[forces_.size()];
+  return y;
+}
+
+}  // namespace sdpsol::cones
