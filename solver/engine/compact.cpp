@@ -22,10 +22,14 @@ Compaction::Compaction(const ConeProgram& program)
     }
     place[k] = static_cast<std::int32_t>(kept_.size());
     kept_.push_back(k);
-    reduced_.objective.push_back(program.objective[k]);
+    own_.objective.push_back(program.objective[k]);
   }
-  reduced_.unknowns = static_cast<std::int32_t>(kept_.size());
-  reduced_.cones.reserve(program.cones.size());
+  if (kept_.size() == full_size_) {
+    reduced_ = &program;
+    return;
+  }
+  own_.unknowns = static_cast<std::int32_t>(kept_.size());
+  own_.cones.reserve(program.cones.size());
   for (const auto& cone : program.cones) {
     ConeProgram::Cone compact{cone.size, {}};
     compact.coefficients.reserve(cone.coefficients.size());
@@ -37,11 +41,12 @@ Compaction::Compaction(const ConeProgram& program)
       }
       compact.coefficients.push_back(t);
     }
-    reduced_.cones.push_back(std::move(compact));
+    own_.cones.push_back(std::move(compact));
   }
 }
 
 Iterate Compaction::lift(Iterate reduced) const {
+  if (kept_.size() == full_size_) return reduced;
   std::vector<double> point(full_size_, 0.0);
   for (std::size_t k = 0; k < kept_.size(); ++k) point[kept_[k]] = reduced.point[k];
   reduced.point = std::move(point);

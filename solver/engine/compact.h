@@ -8,8 +8,11 @@ namespace sdpsol {
 
 class Compaction {
  public:
+  /// @param program must outlive this.
   explicit Compaction(const ConeProgram& program);
-  const ConeProgram& reduced() const { return reduced_; }
+  Compaction(const Compaction&) = delete;
+  Compaction& operator=(const Compaction&) = delete;
+  const ConeProgram& reduced() const { return *reduced_; }
   /// True if the objective holds an unknown that no cone bounds.
   bool unbounded() const { return unbounded_; }
   /// The iterate of the reduced program as one of the full program, with 0 for the
@@ -19,7 +22,8 @@ class Compaction {
  private:
   std::size_t full_size_ = 0;
   std::vector<std::size_t> kept_;
-  ConeProgram reduced_;
+  ConeProgram own_;  ///< what is left, if anything is left out
+  const ConeProgram* reduced_ = &own_;
   bool unbounded_ = false;
 };
 

@@ -18,6 +18,11 @@ constexpr double kSameForm = 1e-13;
 // Rounding in a sum of some thousand numbers below 1.
 constexpr double kSameSignature = 1e-11;
 
+template <typename Integer>
+std::size_t at(Integer i) {
+  return static_cast<std::size_t>(i);
+}
+
 std::span<const Term> terms_of(const CoordinateTerms& linear, Index coordinate) {
   const auto at = static_cast<std::size_t>(coordinate);
   return {linear.terms.data() + linear.starts[at], linear.starts[at + 1] - linear.starts[at]};
@@ -53,25 +58,11 @@ double fixed_entry(std::int32_t unknown) {
 
 /// The wide part of a coordinate.
 struct WideForm {
-  std::vector<Term> terms;  ///< `unknown` is an index into Forces::wide
-  std::size_t largest = 0;  ///< which term has the largest size
-  double norm = 0;
-  double signature = 0;  ///< of the form scaled to norm 1, but for its sign
+  std::int32_t largest = 0;  ///< the unknown with the largest coefficient
+  double value = 0;          ///< which is this
+  double norm = 0;           ///< 0: there is no wide unknown in it
+  double signature = 0;      ///< of the form scaled to norm 1, but for its sign
 };
-
-/// b = factor * a for the returned factor, or they are no multiples of each other.
-std::optional<double> factor_between(const WideForm& a, const WideForm& b) {
-  if (a.terms.size() != b.terms.size()) return std::nullopt;
-  const double factor = b.terms[a.largest].value / a.terms[a.largest].value;
-  const double tolerance = kSameForm * b.norm;
-  for (std::size_t i = 0; i < a.terms.size(); ++i) {
-    if (a.terms[i].unknown != b.terms[i].unknown) return std::nullopt;
-    if (!(std::fabs(b.terms[i].value - factor * a.terms[i].value) <= tolerance)) {
-      return std::nullopt;
-    }
-  }
-  return factor;
-}
 
 class ForceFinder {
  public:
@@ -107,52 +98,83 @@ class ForceFinder {
   }
 
  private:
+  template <typename Visitor>
+  void for_each_wide(Index coordinate, Visitor visit) const {
+    for (const Term& t : terms_of(layout_.linear, coordinate)) {
+      if (roles_[static_cast<std::size_t>(t.unknown)] == Role::kWide) visit(t);
+    }
+  }
+
   WideForm wide_form(Index coordinate) const {
     WideForm form;
-    const auto terms = terms_of(layout_.linear, coordinate);
-    form.terms.reserve(terms.size());
-    for (const Term& t : terms) {
-      const auto k = static_cast<std::size_t>(t.unknown);
-      if (roles_[k] != Role::kWide) continue;
-      form.terms.push_back({place_[k], t.value});
-      form.signature += t.value * entries_[k];
+    for_each_wide(coordinate, [&](const Term& t) {
+      form.signature += t.value * entries_[static_cast<std::size_t>(t.unknown)];
       form.norm += t.value * t.value;
-      const double largest = std::fabs(form.terms[form.largest].value);
-      if (std::fabs(t.value) > largest) form.largest = form.terms.size() - 1;
-    }
+      if (std::fabs(t.value) <= std::fabs(form.value)) return;
+      form.largest = t.unknown;
+      form.value = t.value;
+    });
     form.norm = std::sqrt(form.norm);
     if (form.norm > 0) form.signature = std::fabs(form.signature) / form.norm;
     return form;
   }
 
+  double coefficient_of(std::int32_t unknown, Index coordinate) const {
+    const auto terms = terms_of(layout_.linear, coordinate);
+    const auto found =
+        std::lower_bound(terms.begin(), terms.end(), unknown,
+                         [](const Term& t, std::int32_t wanted) { return t.unknown < wanted; });
+    return found != terms.end() && found->unknown == unknown ? found->value : 0;
+  }
+
+  /// The factor by which coordinate b is coordinate a in the wide unknowns, if there is one.
+  std::optional<double> factor_between(Index a, Index b) const {
+    const WideForm& form = forms_[at(a)];
+    const double factor = coefficient_of(form.largest, b) / form.value;
+    const double tolerance = kSameForm * forms_[at(b)].norm;
+    const auto of_b = terms_of(layout_.linear, b);
+    auto next = of_b.begin();
+    const auto skip = [&] {
+      while (next != of_b.end() && roles_[at(next->unknown)] != Role::kWide) ++next;
+    };
+    bool same = true;
+    for_each_wide(a, [&](const Term& t) {
+      skip();
+      same = same && next != of_b.end() && next->unknown == t.unknown &&
+             std::fabs(next->value - factor * t.value) <= tolerance;
+      if (same) ++next;
+    });
+    skip();
+    if (!same || next != of_b.end()) return std::nullopt;
+    return factor;
+  }
+
   /// Brings coordinates with one force together by their signatures, and looks closer
   /// where these are near each other.
   void number_forces() {
-    std::vector<double> signatures;
     std::vector<Index> order;
+    forms_.reserve(at(layout_.dimension));
     for (Index i = 0; i < layout_.dimension; ++i) {
       forms_.push_back(wide_form(i));
-      signatures.push_back(forms_.back().signature);
-      if (!forms_.back().terms.empty()) order.push_back(i);
+      if (forms_.back().norm > 0) order.push_back(i);
     }
-    std::stable_sort(order.begin(), order.end(), [&](Index a, Index b) {
-      return signatures[static_cast<std::size_t>(a)] < signatures[static_cast<std::size_t>(b)];
-    });
+    const auto signature = [this](Index i) { return forms_[at(i)].signature; };
+    std::stable_sort(order.begin(), order.end(),
+                     [&](Index a, Index b) { return signature(a) < signature(b); });
     force_.assign(forms_.size(), kNone);
     share_.assign(forms_.size(), 0.0);
-    for (std::size_t i = 0; i < order.size(); ++i) {
-      const auto here = static_cast<std::size_t>(order[i]);
+    for (const Index here : order) {
+      share_[at(here)] = forms_[at(here)].norm;
       for (auto a = representatives_.rbegin(); a != representatives_.rend(); ++a) {
-        if (signatures[here] - signatures[*a] > kSameSignature) break;
-        const auto factor = factor_between(forms_[*a], forms_[here]);
+        if (signature(here) - signature(*a) > kSameSignature) break;
+        const auto factor = factor_between(*a, here);
         if (!factor) continue;
-        force_[here] = representatives_.rend() - a - 1;
-        share_[here] = *factor * forms_[*a].norm;
+        force_[at(here)] = representatives_.rend() - a - 1;
+        share_[at(here)] = *factor * forms_[at(*a)].norm;
         break;
       }
-      if (force_[here] != kNone) continue;
-      force_[here] = static_cast<Index>(representatives_.size());
-      share_[here] = forms_[here].norm;
+      if (force_[at(here)] != kNone) continue;
+      force_[at(here)] = static_cast<Index>(representatives_.size());
       representatives_.push_back(here);
     }
   }
@@ -161,10 +183,10 @@ class ForceFinder {
     forces_.factor = Eigen::MatrixXd::Zero(static_cast<Index>(representatives_.size()),
                                            static_cast<Index>(forces_.wide.size()));
     for (std::size_t f = 0; f < representatives_.size(); ++f) {
-      const WideForm& form = forms_[representatives_[f]];
-      for (const Term& t : form.terms) {
-        forces_.factor(static_cast<Index>(f), t.unknown) = t.value / form.norm;
-      }
+      const double norm = forms_[at(representatives_[f])].norm;
+      for_each_wide(representatives_[f], [&](const Term& t) {
+        forces_.factor(static_cast<Index>(f), place_[at(t.unknown)]) = t.value / norm;
+      });
     }
   }
 
@@ -191,10 +213,10 @@ class ForceFinder {
   const std::vector<Role> roles_;
   std::vector<std::int32_t> place_;  ///< of each unknown among those of its role
   std::vector<double> entries_;
-  std::vector<WideForm> forms_;               ///< of each coordinate
-  std::vector<std::size_t> representatives_;  ///< of each force, a coordinate
-  std::vector<Index> force_;                  ///< of each coordinate
-  std::vector<double> share_;                 ///< its multiple of the force
+  std::vector<WideForm> forms_;         ///< of each coordinate
+  std::vector<Index> representatives_;  ///< of each force, a coordinate
+  std::vector<Index> force_;            ///< of each coordinate
+  std::vector<double> share_;           ///< its multiple of the force
   Forces forces_;
 };
 

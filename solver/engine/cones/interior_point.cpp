@@ -16,6 +16,8 @@ constexpr double kStep = 0.99;
 // Steps that make less of a difference, so many times one after the other, are the end.
 constexpr double kProgress = 0.9;
 constexpr int kMostIdle = 4;
+// What was solved once and is worse by this factor is not solved better by going on.
+constexpr double kTurned = 3;
 // What counts as solved where rounding ends the way.
 constexpr double kAccepted = 1e-6;
 // Directions that are this good certificates are taken for them.
@@ -60,6 +62,8 @@ class InteriorPoint {
         }
       }
     }
+    // Rounding ends the way of the multipliers before that of the point.
+    if (error() > least_error_) z_ = best_multipliers_;
     candidate.last = iterate();
     return candidate;
   }
@@ -131,8 +135,12 @@ class InteriorPoint {
       return true;
     }
     idle_ = error() < kProgress * least_error_ ? 0 : idle_ + 1;
-    least_error_ = std::min(least_error_, error());
-    if (idle_ >= kMostIdle) {
+    const bool has_turned = least_error_ <= kAccepted && error() > kTurned * least_error_;
+    if (error() < least_error_) {
+      least_error_ = error();
+      best_multipliers_ = z_;
+    }
+    if (has_turned || idle_ >= kMostIdle) {
       reason = reason_at_the_end();
       return true;
     }
@@ -140,7 +148,7 @@ class InteriorPoint {
   }
 
   StopReason reason_at_the_end() const {
-    return error() <= kAccepted ? StopReason::kConverged : StopReason::kTrouble;
+    return least_error_ <= kAccepted ? StopReason::kConverged : StopReason::kTrouble;
   }
 
   /// @param target lambda o (W*dz + W^-T*ds), divided by lambda.
@@ -207,6 +215,7 @@ class InteriorPoint {
   int iterations_ = 0;
   int idle_ = 0;
   double least_error_ = HUGE_VAL;
+  VectorXd best_multipliers_;  ///< where the error was least
 };
 
 }  // namespace

@@ -21,6 +21,10 @@ struct Form {
   double constant = 0;
   std::vector<Term> terms;  ///< by unknown, each once
 
+  void clear() {
+    constant = 0;
+    terms.clear();
+  }
   bool is_zero() const { return constant == 0 && terms.empty(); }
   void add(std::int32_t unknown, double value) {
     if (unknown == ConeProgram::kConstantTerm) {
@@ -178,11 +182,14 @@ void fill_arrow(const Part& part, const Eigen::Ref<const Eigen::VectorXd>& z,
 
 Layout::Layout(const ConeProgram& program) {
   std::vector<double> values;
+  std::size_t coefficients = 0;
+  for (const Cone& cone : program.cones) coefficients += cone.coefficients.size();
+  linear.terms.reserve(coefficients);
   linear.starts.reserve(program.cones.size() * 3);
+  Form row;
   for (std::size_t i = 0; i < program.cones.size(); ++i) {
     if (program.cones[i].size != 1) continue;
-    Form row;
-    row.terms.reserve(program.cones[i].coefficients.size());
+    row.clear();
     for (const auto& c : program.cones[i].coefficients) {
       if (c.value != 0) row.add(c.unknown, c.value);
     }

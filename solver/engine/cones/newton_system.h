@@ -33,4 +33,24 @@ class NewtonSystem {
   virtual Eigen::VectorXd point(const Eigen::VectorXd& u) const = 0;
 };
 
+/// Solves again for what a solution leaves of the right side, as long as that gets less.
+/// @param solve takes a right side.  @param product the inverse of it, but for rounding.
+template <typename Solve, typename Product>
+Eigen::VectorXd refined_solution(const Eigen::VectorXd& right, Solve solve, Product product) {
+  constexpr int kMostPasses = 5;
+  Eigen::VectorXd solution = solve(right);
+  Eigen::VectorXd rest = right - product(solution);
+  double size = rest.norm();
+  for (int pass = 0; pass < kMostPasses && size > 1e-15 * right.norm(); ++pass) {
+    const Eigen::VectorXd better = solution + solve(rest);
+    rest = right - product(better);
+    const double next_size = rest.norm();
+    if (!(next_size < size)) break;
+    solution = better;
+    if (next_size > size / 2) break;
+    size = next_size;
+  }
+  return solution;
+}
+
 }  // namespace sdpsol::cones

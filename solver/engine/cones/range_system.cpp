@@ -13,9 +13,6 @@ using Eigen::MatrixXd;
 using Eigen::VectorXd;
 
 constexpr double kSmallestPivot = 1e-8;
-// A solution whose rest is no larger than this share of the right side is good enough.
-constexpr double kGoodSolution = 1e-12;
-constexpr int kMostRefinements = 2;
 
 std::size_t at(Index i) {
   return static_cast<std::size_t>(i);
@@ -166,84 +163,73 @@ void RangeSystem::project(VectorXd& u) const {
   x -= null_ * (null_.transpose() * x);
 }
 
-bool RangeSystem::factor_group(Group& group, const NtScaling& scaling) {
+/// The coordinates of a group as they depend on its members and on t, scaled.
+void RangeSystem::scale_group(Group& group, const NtScaling& scaling) const {
   const auto count = static_cast<Index>(group.members.size());
   const auto& [terms, starts] = forces_.linear;
-  MatrixXd& sum = group.sum;
-  sum = MatrixXd::Zero(count + 1, count + 1);
-  for (const Index row : group.rows) {
-    const double weight = scaling.inverse_row(row) * scaling.inverse_row(row);
-    const double common = forces_.common_column[row];
-    sum(count, count) += weight * common * common;
-    for (std::size_t a = starts[at(row)]; a < starts[at(row + 1)]; ++a) {
-      const Index i = place_[at(terms[a].unknown)];
-      const double weighed = weight * terms[a].value;
-      sum(count, i) += weighed * common;
-      for (std::size_t b = starts[at(row)]; b <= a; ++b) {
-        const Index j = place_[at(terms[b].unknown)];
-        sum(std::max(i, j), std::min(i, j)) += weighed * terms[b].value;
-      }
+  Index height = static_cast<Index>(group.rows.size());
+  for (const std::size_t p : group.parts) height += layout_.parts[p].dimension;
+  group.scaled.setZero(std::max(height, count + 1), count + 1);
+  const auto fill = [&](Index to, Index coordinate, double weight) {
+    for (std::size_t t = starts[at(coordinate)]; t < starts[at(coordinate + 1)]; ++t) {
+      group.scaled(to, place_[at(terms[t].unknown)]) = weight * terms[t].value;
     }
-  }
+    group.scaled(to, count) = weight * forces_.common_column[coordinate];
+  };
+  Index to = 0;
+  for (const Index row : group.rows) fill(to++, row, scaling.inverse_row(row));
   for (const std::size_t p : group.parts) {
     const Part& part = layout_.parts[p];
-    MatrixXd columns = MatrixXd::Zero(part.dimension, count + 1);
-    for (Index i = 0; i < part.dimension; ++i) {
-      for (std::size_t t = starts[at(part.first + i)]; t < starts[at(part.first + i + 1)]; ++t) {
-        columns(i, place_[at(terms[t].unknown)]) = terms[t].value;
-      }
-    }
-    columns.col(count) = forces_.common_column.segment(part.first, part.dimension);
-    scaling.unscale_transposed(p, columns);
-    sum.selfadjointView<Eigen::Lower>().rankUpdate(columns.transpose());
+    for (Index i = 0; i < part.dimension; ++i) fill(to + i, part.first + i, 1);
+    scaling.unscale_transposed(p, group.scaled.middleRows(to, part.dimension));
+    to += part.dimension;
   }
-  group.factor.compute(sum.topLeftCorner(count, count));
-  if (group.factor.info() != Eigen::Success) return false;
-  group.border.resize(count, null_.cols() + 1);
-  group.border << group.null_rows, sum.row(count).head(count).transpose();
-  group.factor.matrixL().solveInPlace(group.border);
-  return true;
 }
 
-// With H = L*L' in every group, Y = L^-1*W and q = L^-1*p, p the column of t, what is left
+// With H = R'*R in every group, Y = R^-T*W and q = R^-T*p, p the column of t, what is left
 // for nu (of W'*x = 0) and t is
 //   [ Y'Y   Y'q         ] [nu]
 //   [ q'Y  -(h_tt - q'q)] [t ]
+// R comes from a QR factorisation: its square would lose half of the digits, and h_tt - q'q
+// is the square of its last pivot.
 bool RangeSystem::factor(const NtScaling& scaling) {
   const Index nulls = null_.cols();
   MatrixXd square = MatrixXd::Zero(nulls, nulls);
   null_common_ = VectorXd::Zero(nulls);
-  double pivot = 0;
+  common_pivot_ = 0;
   for (Group& group : groups_) {
-    if (!factor_group(group, scaling)) return false;
-    const auto y = group.border.leftCols(nulls);
-    const auto q = group.border.col(nulls);
-    square.noalias() += y.transpose() * y;
-    null_common_.noalias() += y.transpose() * q;
-    pivot += group.sum(q.size(), q.size()) - q.squaredNorm();
+    scale_group(group, scaling);
+    const auto count = static_cast<Index>(group.members.size());
+    const Eigen::HouseholderQR<MatrixXd> qr(group.scaled);
+    const MatrixXd& r = qr.matrixQR();
+    group.root = r.topLeftCorner(count, count);
+    if (!(group.root.diagonal().cwiseAbs().array() > 0).all()) return false;
+    group.common = r.col(count).head(count);
+    common_pivot_ += r(count, count) * r(count, count);
+    group.null_part = group.null_rows;
+    group.root.triangularView<Eigen::Upper>().transpose().solveInPlace(group.null_part);
+    square.noalias() += group.null_part.transpose() * group.null_part;
+    null_common_.noalias() += group.null_part.transpose() * group.common;
   }
   null_factor_.compute(square);
   if (nulls > 0 && null_factor_.info() != Eigen::Success) return false;
-  if (forces_.common) {
-    common_pivot_ = pivot;
-    if (nulls > 0) common_pivot_ += null_common_.dot(null_factor_.solve(null_common_));
-    if (!(common_pivot_ > 0)) return false;
-  }
-  return true;
+  if (!forces_.common) return true;
+  if (nulls > 0) common_pivot_ += null_common_.dot(null_factor_.solve(null_common_));
+  return common_pivot_ > 0;
 }
 
 VectorXd RangeSystem::solve_once(const VectorXd& right) const {
   const Index nulls = null_.cols();
   VectorXd null_part = VectorXd::Zero(nulls);
   double common = forces_.common ? right[forces_.size()] : 0;
-  std::vector<VectorXd> solved;  // L^-1 * right
+  std::vector<VectorXd> solved;  // R^-T * right
   solved.reserve(groups_.size());
   for (const Group& group : groups_) {
     VectorXd here(static_cast<Index>(group.members.size()));
     for (Index i = 0; i < here.size(); ++i) here[i] = right[group.members[at(i)]];
-    group.factor.matrixL().solveInPlace(here);
-    null_part.noalias() += group.border.leftCols(nulls).transpose() * here;
-    common -= group.border.col(nulls).dot(here);
+    group.root.triangularView<Eigen::Upper>().transpose().solveInPlace(here);
+    null_part.noalias() += group.null_part.transpose() * here;
+    common -= group.common.dot(here);
     solved.push_back(std::move(here));
   }
   VectorXd nu = nulls > 0 ? VectorXd(null_factor_.solve(null_part)) : null_part;
@@ -256,9 +242,9 @@ VectorXd RangeSystem::solve_once(const VectorXd& right) const {
   for (std::size_t g = 0; g < groups_.size(); ++g) {
     const Group& group = groups_[g];
     VectorXd& here = solved[g];
-    here.noalias() -= group.border.leftCols(nulls) * nu;
-    if (forces_.common) here -= group.border.col(nulls) * common;
-    group.factor.matrixU().solveInPlace(here);
+    here.noalias() -= group.null_part * nu;
+    if (forces_.common) here -= group.common * common;
+    group.root.triangularView<Eigen::Upper>().solveInPlace(here);
     for (Index i = 0; i < here.size(); ++i) u[group.members[at(i)]] = here[i];
   }
   return u;
@@ -272,7 +258,7 @@ VectorXd RangeSystem::normal_product(const VectorXd& u) const {
     VectorXd here(count + 1);
     for (Index i = 0; i < count; ++i) here[i] = u[group.members[at(i)]];
     here[count] = forces_.common ? u[forces_.size()] : 0;
-    const VectorXd sum = group.sum.selfadjointView<Eigen::Lower>() * here;
+    const VectorXd sum = group.scaled.transpose() * (group.scaled * here);
     for (Index i = 0; i < count; ++i) product[group.members[at(i)]] = sum[i];
     if (forces_.common) product[forces_.size()] += sum[count];
   }
@@ -281,17 +267,14 @@ VectorXd RangeSystem::normal_product(const VectorXd& u) const {
 }
 
 VectorXd RangeSystem::solve(const VectorXd& right) const {
-  VectorXd u = solve_once(right);
-  project(u);
-  const double good = kGoodSolution * right.norm();
-  for (int pass = 0; pass < kMostRefinements; ++pass) {
-    const VectorXd rest = right - normal_product(u);
-    if (rest.norm() <= good) break;
-    VectorXd correction = solve_once(rest);
-    project(correction);
-    u += correction;
-  }
-  return u;
+  return refined_solution(
+      right,
+      [this](const VectorXd& rest) {
+        VectorXd u = solve_once(rest);
+        project(u);
+        return u;
+      },
+      [this](const VectorXd& u) { return normal_product(u); });
 }
 
 VectorXd RangeSystem::point(const VectorXd& u) const {

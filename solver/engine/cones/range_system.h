@@ -46,15 +46,16 @@ class RangeSystem final : public NewtonSystem {
     std::vector<Eigen::Index> rows;     ///< coordinates that are linear rows
     std::vector<std::size_t> parts;     ///< of the layout
     Eigen::MatrixXd null_rows;          ///< W of the members
-    Eigen::LLT<Eigen::MatrixXd> factor;
-    Eigen::MatrixXd border;  ///< L^-1 * (W, column of t)
-    Eigen::MatrixXd sum;     ///< of the block, bordered by t's column
+    Eigen::MatrixXd scaled;             ///< A: W^-T * (E, g) of these coordinates
+    Eigen::MatrixXd root;               ///< R of A = Q*R, without the column of t
+    Eigen::VectorXd common;             ///< R's column of t: R^-T * A'*g
+    Eigen::MatrixXd null_part;          ///< R^-T * (W of the members)
   };
 
   RangeSystem(const Layout& layout, Forces forces, const std::vector<double>& objective);
   bool find_range();
   void find_groups();
-  bool factor_group(Group& group, const NtScaling& scaling);
+  void scale_group(Group& group, const NtScaling& scaling) const;
   void project(Eigen::VectorXd& u) const;
   Eigen::VectorXd normal_product(const Eigen::VectorXd& u) const;
   Eigen::VectorXd solve_once(const Eigen::VectorXd& right) const;

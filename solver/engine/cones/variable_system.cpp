@@ -1,5 +1,7 @@
 #include "solver/engine/cones/variable_system.h"
 
+#include <Eigen/QR>
+#include <algorithm>
 #include <cmath>
 
 namespace sdpsol::cones {
@@ -9,8 +11,8 @@ using Eigen::Index;
 using Eigen::MatrixXd;
 using Eigen::VectorXd;
 
-// Unknowns that make no difference to the cones have the rounding of those that do.
-constexpr double kRidge = 1e-14;
+// Unknowns that make no difference beside the others have pivots that are rounding.
+constexpr double kSmallestPivot = 1e-14;
 
 }  // namespace
 
@@ -29,7 +31,8 @@ VariableSystem::VariableSystem(const Layout& layout, const std::vector<double>& 
 }
 
 bool VariableSystem::factor(const NtScaling& scaling) {
-  scaled_ = matrix_;
+  scaled_.setZero(std::max(layout_.dimension, size()), size());
+  scaled_.topRows(layout_.dimension) = matrix_;
   scaled_.topRows(layout_.rows).array().colwise() *= scaling.inverse_rows().array();
   for (std::size_t p = 0; p < layout_.parts.size(); ++p) {
     const Part& part = layout_.parts[p];
@@ -38,18 +41,25 @@ bool VariableSystem::factor(const NtScaling& scaling) {
   size_ = scaled_.colwise().norm().cwiseInverse();
   if (!size_.allFinite()) return false;
   scaled_ *= size_.asDiagonal();
-  MatrixXd normal = MatrixXd::Identity(size(), size()) * kRidge;
-  normal.selfadjointView<Eigen::Lower>().rankUpdate(scaled_.transpose());
-  factor_.compute(normal);
-  return factor_.info() == Eigen::Success;
+  // The square of R, which the normal equations are, would lose half of the digits.
+  const Eigen::HouseholderQR<MatrixXd> qr(scaled_);
+  root_ = qr.matrixQR().topRows(size());
+  for (double& pivot : root_.diagonal()) {
+    if (std::fabs(pivot) < kSmallestPivot) pivot = std::copysign(kSmallestPivot, pivot);
+  }
+  return true;
 }
 
 VectorXd VariableSystem::solve(const VectorXd& right) const {
-  const VectorXd scaled_right = size_.cwiseProduct(right);
-  VectorXd u = factor_.solve(scaled_right);
-  // What the ridge and rounding have left.
-  const VectorXd rest = scaled_right - scaled_.transpose() * (scaled_ * u);
-  u += factor_.solve(rest);
+  const auto triangle = root_.triangularView<Eigen::Upper>();
+  const VectorXd u = refined_solution(
+      size_.cwiseProduct(right),
+      [&](VectorXd rest) {
+        triangle.transpose().solveInPlace(rest);
+        triangle.solveInPlace(rest);
+        return rest;
+      },
+      [&](const VectorXd& v) { return VectorXd(scaled_.transpose() * (scaled_ * v)); });
   return size_.cwiseProduct(u);
 }
 

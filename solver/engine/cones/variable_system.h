@@ -2,7 +2,6 @@
 // and where their action has no structure.
 #pragma once
 
-#include <Eigen/Cholesky>
 #include <vector>
 
 #include "solver/engine/cones/newton_system.h"
@@ -29,8 +28,8 @@ class VariableSystem final : public NewtonSystem {
   Eigen::VectorXd objective_;
   Eigen::MatrixXd matrix_;  ///< G
   Eigen::MatrixXd scaled_;  ///< W^-T * G
-  Eigen::VectorXd size_;    ///< H is factored with its diagonal scaled to 1 by these
-  Eigen::LLT<Eigen::MatrixXd> factor_;
+  Eigen::VectorXd size_;    ///< which scales the columns of that to norm 1
+  Eigen::MatrixXd root_;    ///< R of its QR factorisation
 };
 
 }  // namespace sdpsol::cones
