@@ -217,6 +217,8 @@ class MarginSearch {
       result_.proof = std::move(borderline_);
     } else if (reason_ == StopReason::kIterationLimit) {
       result_.reason = "the engine reached MAXITER iterations";
+    } else if (reason_ == StopReason::kUnsuited) {
+      result_.reason = "the engine is not made for such problems";
     } else if (reason_ == StopReason::kTrouble) {
       result_.reason = "numerical trouble: the engine gave up";
     } else {

@@ -8,6 +8,7 @@
 #include "solver/check/infeasible.h"
 #include "solver/decide/decide.h"
 #include "solver/decide/test_random_problems.h"
+#include "solver/engine/cones_engine.h"
 #include "solver/engine/csdp_engine.h"
 #include "solver/problem/noise.h"
 
@@ -17,14 +18,15 @@ namespace {
 using testing::RandomProblems;
 using Contradiction = RandomProblems::Contradiction;
 
-class RandomProblemsTest : public ::testing::Test {
+class RandomProblemsTest : public ::testing::TestWithParam<std::string> {
  protected:
   Outcome decided(const Problem& problem) { return decide(problem, *engine_, {}); }
 
-  std::unique_ptr<Engine> engine_ = make_csdp_engine();
+  std::unique_ptr<Engine> engine_ =
+      GetParam() == "cones" ? make_cones_engine() : make_csdp_engine();
 };
 
-TEST_F(RandomProblemsTest, PlantedPointsAreFound) {
+TEST_P(RandomProblemsTest, PlantedPointsAreFound) {
   RandomProblems random(102);
   int decided_ones = 0;
   for (int round = 0; round < 1000; ++round) {
@@ -40,7 +42,7 @@ TEST_F(RandomProblemsTest, PlantedPointsAreFound) {
   EXPECT_GE(decided_ones, 999);
 }
 
-TEST_F(RandomProblemsTest, PlantedCertificatesAreFound) {
+TEST_P(RandomProblemsTest, PlantedCertificatesAreFound) {
   for (const auto kind : {Contradiction::kNegativeConstant, Contradiction::kZeroConstant}) {
     RandomProblems random(103);
     int decided_ones = 0;
@@ -61,7 +63,7 @@ TEST_F(RandomProblemsTest, PlantedCertificatesAreFound) {
   }
 }
 
-TEST_F(RandomProblemsTest, OtherUnitsChangeNoVerdict) {
+TEST_P(RandomProblemsTest, OtherUnitsChangeNoVerdict) {
   RandomProblems random(104);
   int same = 0;
   int asked = 0;
@@ -82,6 +84,9 @@ TEST_F(RandomProblemsTest, OtherUnitsChangeNoVerdict) {
   EXPECT_GE(asked, 590);
   EXPECT_GE(same, asked - 1);
 }
+
+INSTANTIATE_TEST_SUITE_P(Engine, RandomProblemsTest, ::testing::Values("cones", "csdp"),
+                         [](const auto& tested) { return tested.param; });
 
 }  // namespace
 }  // namespace sdpsol

@@ -1,13 +1,16 @@
 #include "solver/engine/auto_engine.h"
 
-#include "solver/engine/cones_engine.h"
+#include <utility>
 
 namespace sdpsol {
 
 Candidate AutoEngine::solve(const ConeProgram& program, const Limits& limits,
                             const Observer& observer) {
-  last_ = suits_cones_engine(program) ? &cones_ : &general_;
-  return last_->solve(program, limits, observer);
+  last_ = &fast_;
+  Candidate candidate = fast_.solve(program, limits, observer);
+  if (candidate.reason != StopReason::kUnsuited) return candidate;
+  last_ = &general_;
+  return general_.solve(program, limits, observer);
 }
 
 }  // namespace sdpsol

@@ -1,15 +1,15 @@
-// The engine that is expected to be fastest, for each program anew.
+// The fast engine where it is made for a program, the general one elsewhere.
 #pragma once
 
 #include "solver/engine/engine.h"
 
 namespace sdpsol {
 
-/// Passes a program to the cones engine if that suits it, else to the other one.
+/// Passes a program to the fast engine, and to the general one where that is unsuited.
 class AutoEngine final : public Engine {
  public:
-  /// @param cones, general must outlive this.
-  AutoEngine(Engine& cones, Engine& general) : cones_(cones), general_(general) {}
+  /// @param fast, general must outlive this.
+  AutoEngine(Engine& fast, Engine& general) : fast_(fast), general_(general) {}
 
   /// That of the engine which was asked last.
   std::string_view name() const override { return last_->name(); }
@@ -17,9 +17,9 @@ class AutoEngine final : public Engine {
                   const Observer& observer) override;
 
  private:
-  Engine& cones_;
+  Engine& fast_;
   Engine& general_;
-  Engine* last_ = &cones_;
+  Engine* last_ = &fast_;
 };
 
 }  // namespace sdpsol

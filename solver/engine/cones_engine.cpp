@@ -12,23 +12,44 @@ namespace {
 
 // With fewer unknowns dense normal equations are found faster than any structure.
 constexpr std::int32_t kManyUnknowns = 30;
-constexpr std::int32_t kLargestBlock = 12;
+// Larger matrices are not even looked at for being second-order cones.
+constexpr std::int32_t kLargestMatrix = 64;
 
+/// Nothing where none is expected to be fast.
 std::unique_ptr<cones::NewtonSystem> system_for(const cones::Layout& layout,
-                                                const ConeProgram& program) {
-  std::unique_ptr<cones::NewtonSystem> system;
-  if (program.unknowns >= kManyUnknowns) {
-    system = cones::RangeSystem::make(layout, program.objective);
+                                                const std::vector<double>& objective) {
+  const auto unknowns = static_cast<double>(objective.size());
+  if (unknowns >= kManyUnknowns) {
+    if (auto range = cones::RangeSystem::make(layout, objective)) return range;
   }
-  if (!system) system = std::make_unique<cones::VariableSystem>(layout, program.objective);
-  return system;
+  if (static_cast<double>(layout.dimension) * unknowns * unknowns > kMostWork) return nullptr;
+  return std::make_unique<cones::VariableSystem>(layout, objective);
+}
+
+bool is_small(const cones::Part& part) {
+  return part.is_second_order() || part.order <= kLargestDenseBlock;
+}
+
+Candidate unsuited(const ConeProgram& program, const std::vector<std::size_t>& offsets) {
+  Candidate candidate;
+  candidate.reason = StopReason::kUnsuited;
+  candidate.last.point.assign(program.objective.size(), 0.0);
+  candidate.last.multipliers.assign(offsets.back(), 0.0);
+  return candidate;
 }
 
 Candidate solve_cones(const ConeProgram& program, const Limits& limits, const Observer& observer) {
+  const std::vector<std::size_t> offsets = multiplier_offsets(program.cones);
+  const bool hopeless = std::any_of(program.cones.begin(), program.cones.end(),
+                                    [](const auto& cone) { return cone.size > kLargestMatrix; });
+  if (hopeless) return unsuited(program, offsets);
   const cones::Layout layout(program);
-  const std::unique_ptr<cones::NewtonSystem> system = system_for(layout, program);
-  return cones::solve_interior(layout, *system, multiplier_offsets(program.cones), limits,
-                               observer);
+  if (!std::all_of(layout.parts.begin(), layout.parts.end(), is_small)) {
+    return unsuited(program, offsets);
+  }
+  const std::unique_ptr<cones::NewtonSystem> system = system_for(layout, program.objective);
+  if (!system) return unsuited(program, offsets);
+  return cones::solve_interior(layout, *system, offsets, limits, observer);
 }
 
 class ConesEngine final : public Engine {
@@ -44,11 +65,6 @@ class ConesEngine final : public Engine {
 
 std::unique_ptr<Engine> make_cones_engine() {
   return std::make_unique<ConesEngine>();
-}
-
-bool suits_cones_engine(const ConeProgram& program) {
-  return std::all_of(program.cones.begin(), program.cones.end(),
-                     [](const auto& cone) { return cone.size <= kLargestBlock; });
 }
 
 }  // namespace sdpsol

@@ -9,9 +9,13 @@
 
 namespace sdpsol {
 
+/// Programs that it is not expected to be fast for end with kUnsuited: those with larger
+/// dense blocks than kLargestDenseBlock, and those with many unknowns that act on the
+/// cones in no way that it could make use of (more than kMostWork numbers times unknowns
+/// in the normal equations).
 std::unique_ptr<Engine> make_cones_engine();
 
-/// True if the cones engine can be expected to be faster than CSDP.
-bool suits_cones_engine(const ConeProgram& program);
+inline constexpr std::int32_t kLargestDenseBlock = 4;
+inline constexpr double kMostWork = 1e9;
 
 }  // namespace sdpsol

@@ -61,7 +61,8 @@ enum class StopReason {
   kUnbounded,   ///< the engine believes that the objective has no bound
   kInfeasible,  ///< the engine believes that no point exists
   kIterationLimit,
-  kTrouble,  ///< no progress, singular systems, not a number
+  kTrouble,   ///< no progress, singular systems, not a number
+  kUnsuited,  ///< the engine is not made for such programs and has not tried
 };
 
 struct Candidate {

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "solver/decide/decide.h"
+#include "solver/engine/auto_engine.h"
+#include "solver/engine/cones_engine.h"
 #include "solver/engine/csdp_engine.h"
 #include "solver/language/reader.h"
 #include "solver/problem/structure.h"
@@ -17,9 +19,11 @@ Outcome decide_text(const std::string& text) {
     ADD_FAILURE() << diagnostics.render(source);
     return {};
   }
-  const auto engine = make_csdp_engine();
-  return decide(build_problem(*model), *engine,
-                {.max_iterations = model->parameters.max_iterations});
+  const auto cones = make_cones_engine();
+  const auto csdp = make_csdp_engine();
+  AutoEngine fastest(*cones, *csdp);
+  return decide_with_fallback(build_problem(*model), fastest, *csdp,
+                              {.max_iterations = model->parameters.max_iterations});
 }
 
 const char* word_for(Verdict verdict) {

@@ -11,8 +11,9 @@ namespace {
 
 using Eigen::VectorXd;
 
-// The share of the way to the border that a step takes.
-constexpr double kStep = 0.99;
+// The share of the way to the border that a step takes, and where the predictor gets far.
+constexpr double kLeastStep = 0.9;
+constexpr double kMostStep = 0.99;
 // Steps that make less of a difference, so many times one after the other, are the end.
 constexpr double kProgress = 0.9;
 constexpr int kMostIdle = 4;
@@ -84,8 +85,8 @@ class InteriorPoint {
 
   VectorXd into_the_cones(VectorXd v) const {
     const double least = least_eigenvalue(layout_, v);
-    const double wanted = 1e-2 * std::max(1.0, v.norm());
-    if (!(least > wanted)) v += (1 - least) * unit_;
+    const double wanted = std::max(1.0, v.norm());
+    if (!(least > 0.1 * wanted)) v += (wanted - least) * unit_;
     return v;
   }
 
@@ -177,14 +178,14 @@ class InteriorPoint {
     const double centre = share * share * share * gap_ / static_cast<double>(layout_.degree);
     const VectorXd second_order = product(layout_, predictor.s_scaled, predictor.z_scaled);
     const VectorXd corrector = quotient(layout_, centre * unit_ - second_order, lambda) - lambda;
-    return move(solve(corrector));
+    return move(solve(corrector), kLeastStep + (kMostStep - kLeastStep) * std::min(s_step, z_step));
   }
 
-  bool move(Step step) {
+  bool move(const Step& step, double fraction) {
     const VectorXd& lambda = scaling_.lambda();
     if (!step.s_scaled.allFinite() || !step.z_scaled.allFinite()) return false;
-    const double s_step = std::min(1.0, kStep * largest_step(layout_, lambda, step.s_scaled));
-    const double z_step = std::min(1.0, kStep * largest_step(layout_, lambda, step.z_scaled));
+    const double s_step = std::min(1.0, fraction * largest_step(layout_, lambda, step.s_scaled));
+    const double z_step = std::min(1.0, fraction * largest_step(layout_, lambda, step.z_scaled));
     u_ += s_step * step.u;
     s_ = lambda + s_step * step.s_scaled;
     scaling_.scale_transposed(s_);

@@ -156,13 +156,21 @@ void NtScaling::unscale_transposed(VectorXd& v) const {
 }
 
 void NtScaling::unscale_transposed(std::size_t p, Eigen::Ref<MatrixXd> columns) const {
-  for (Index c = 0; c < columns.cols(); ++c) {
-    if (layout_.parts[p].is_second_order()) {
-      apply(1 / second_order_[p].eta, -1, second_order_[p].w, columns.col(c));
-    } else {
-      apply(dense_[p].inverse, columns.col(c));
+  const Part& part = layout_.parts[p];
+  if (part.is_second_order()) {
+    for (auto column : columns.colwise()) {
+      apply(1 / second_order_[p].eta, -1, second_order_[p].w, column);
     }
+    return;
   }
+  if (columns.cols() <= part.dimension) {
+    for (auto column : columns.colwise()) apply(dense_[p].inverse, column);
+    return;
+  }
+  // As one matrix, which is found with as many applications as it has columns.
+  MatrixXd map = MatrixXd::Identity(part.dimension, part.dimension);
+  for (auto column : map.colwise()) apply(dense_[p].inverse, column);
+  columns = map * columns;
 }
 
 }  // namespace sdpsol::cones
