@@ -207,7 +207,10 @@ int main(int argc, char** argv) try {
         ->Iterations(5)
         ->Unit(benchmark::kMillisecond);
   }
-  suite.add("growth", [](benchmark::State& state) { growth(state, {50, 100, 200, 400}); })
+  suite.add("growth",
+            [](benchmark::State& state) {
+              growth(state, {50, 100, 200, 400});
+            })
       ->UseManualTime()
       ->Iterations(5)
       ->Unit(benchmark::kMillisecond);

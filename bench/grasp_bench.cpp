@@ -153,10 +153,7 @@ void read_options(int& argc, char** argv) {
 int main(int argc, char** argv) {
   read_options(argc, argv);
   bench::Suite suite;
-  suite.add("one_grasp", one_grasp)
-      ->UseManualTime()
-      ->Iterations(10)
-      ->Unit(benchmark::kMillisecond);
+  suite.add("one_grasp", one_grasp)->UseManualTime()->Iterations(10)->Unit(benchmark::kMillisecond);
   suite.add("two_workers", two_workers)
       ->UseManualTime()
       ->Iterations(3)

@@ -65,9 +65,7 @@ int main(int argc, char** argv) try {
        }}};
   bench::Suite suite;
   for (const auto& question : questions) {
-    suite
-        .add(question.name,
-             [ask = question.ask](benchmark::State& state) { solve(state, ask); })
+    suite.add(question.name, [ask = question.ask](benchmark::State& state) { solve(state, ask); })
         ->UseManualTime()
         ->Iterations(500)
         ->Unit(benchmark::kMillisecond);

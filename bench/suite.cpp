@@ -7,15 +7,15 @@ namespace bench {
 
 benchmark::internal::Benchmark* Suite::add(const std::string& name,
                                            std::function<void(benchmark::State&)> body) {
-  return benchmark::RegisterBenchmark(
-      name.c_str(), [this, body = std::move(body)](benchmark::State& state) {
-        try {
-          body(state);
-        } catch (const std::exception& error) {
-          failed_ = true;
-          state.SkipWithError(error.what());
-        }
-      });
+  return benchmark::RegisterBenchmark(name.c_str(),
+                                      [this, body = std::move(body)](benchmark::State& state) {
+                                        try {
+                                          body(state);
+                                        } catch (const std::exception& error) {
+                                          failed_ = true;
+                                          state.SkipWithError(error.what());
+                                        }
+                                      });
 }
 
 int Suite::run(int argc, char** argv) {
