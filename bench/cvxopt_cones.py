@@ -17,7 +17,7 @@ from cvxopt import matrix, solvers, sparse, spmatrix
 
 ROUNDS = 3
 MATRICES = {"dense": matrix, "sparse": sparse}
-SOLVERS = ("chol", "chol2", "qr", "ldl", "ldl2")
+SOLVERS = ("chol", "qr", "ldl", "ldl2")
 
 
 def read(path):
