@@ -8,8 +8,8 @@
 //                search for structure left aside: goal at most 1. "structure" is its share.
 //
 // Both engines must find the same margin.
+#include <chrono>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -51,7 +51,7 @@ double seconds_of(const auto& call) {
   return bench::wall_seconds() - start;
 }
 
-// Finds the structure once more, outside of the other engine's time.
+// Finds the structure once more when the other engine is done, outside of its time.
 class StructureTwice final : public sdpsol::Engine {
  public:
   explicit StructureTwice(sdpsol::Engine& engine) : engine_(engine) {}
@@ -59,8 +59,9 @@ class StructureTwice final : public sdpsol::Engine {
   std::string_view name() const override { return engine_.name(); }
   sdpsol::Candidate solve(const ConeProgram& program, const sdpsol::Limits& limits,
                           const sdpsol::Observer& observer) override {
+    sdpsol::Candidate candidate = engine_.solve(program, limits, observer);
     structure_ += seconds_of([&] { find_structure(program); });
-    return engine_.solve(program, limits, observer);
+    return candidate;
   }
   double structure() const { return structure_; }
 
@@ -129,8 +130,10 @@ void against_cvxopt(benchmark::State& state, int contacts) {
   const Cvxopt quickest = cvxopt(folder, file);
   const double margin = best_margin(program);
   if (!(std::fabs(margin - quickest.margin) <= 1e-6)) {
-    throw std::runtime_error("margins differ: " + std::to_string(margin) + " and " +
-                             std::to_string(quickest.margin) + " of cvxopt");
+    std::ostringstream message;
+    message.precision(10);
+    message << "margins differ: " << margin << " and " << quickest.margin << " of cvxopt";
+    throw std::runtime_error(message.str());
   }
 
   const std::string again = file + " " + quickest.matrix + " " + quickest.solver;
