@@ -24,8 +24,8 @@
 #include "bench/second_order.h"
 #include "bench/suite.h"
 #include "solver/decide/decide.h"
-#include "solver/engine/csdp_engine.h"
-#include "solver/engine/engine_memory.h"
+#include "solver/engine/cones/range_system.h"
+#include "solver/engine/cones_engine.h"
 #include "solver/engine/watched_engine.h"
 #include "solver/exchange/sdpa_writer.h"
 #include "solver/language/reader.h"
@@ -38,12 +38,16 @@ using sdpsol::ConeProgram;
 using sdpsol::Problem;
 
 std::unique_ptr<sdpsol::Engine> make_engine() {
-  return sdpsol::make_csdp_engine();
+  return sdpsol::make_cones_engine();
 }
 
-// What the engine does before its first step, and throws away here. The reference
-// engine looks for no structure.
-void find_structure(const ConeProgram&) {}
+// What the engine does before its first step, and throws away here.
+void find_structure(const ConeProgram& program) {
+  const sdpsol::cones::Layout layout(program);
+  if (!sdpsol::cones::RangeSystem::make(layout, program.objective)) {
+    throw std::runtime_error("no structure was found");
+  }
+}
 
 double seconds_of(const auto& call) {
   const double start = bench::wall_seconds();
@@ -85,12 +89,13 @@ struct EngineTime {
 
 EngineTime time_of_decision(const Problem& problem) {
   const auto engine = make_engine();
-  sdpsol::WatchedEngine watched(*engine, {});
+  sdpsol::EngineLog log;
+  sdpsol::WatchedEngine watched(*engine, log, {});
   StructureTwice twice(watched);
   if (decide(problem, twice, {}).verdict != sdpsol::Verdict::kFeasible) {
     throw std::runtime_error("no internal force was found");
   }
-  return {std::chrono::duration<double>(watched.time_inside()).count(), twice.structure()};
+  return {std::chrono::duration<double>(log.inside).count(), twice.structure()};
 }
 
 // The best margin, as far as the engine gets.
