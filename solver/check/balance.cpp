@@ -31,7 +31,7 @@ double proven_smallest_singular_value(const Eigen::MatrixXd& gram, double error)
 }
 
 /// A*A'.
-Eigen::MatrixXd gram_of(const BalanceRows::Matrix& a) {
+Eigen::MatrixXd gram_of(const Eigen::MatrixXd& a) {
   Eigen::MatrixXd gram = Eigen::MatrixXd::Zero(a.rows(), a.rows());
   gram.selfadjointView<Eigen::Lower>().rankUpdate(a);
   gram.triangularView<Eigen::StrictlyUpper>() = gram.transpose();
@@ -95,7 +95,7 @@ Eigen::VectorXd Balance::residual_bounds() const {
 }
 
 /// Least squares steps of M onto the balance of the given rows.
-void Balance::move(const BalanceRows::Matrix& chosen, const Eigen::MatrixXd& gram,
+void Balance::move(const Eigen::MatrixXd& chosen, const Eigen::MatrixXd& gram,
                    const std::vector<Eigen::Index>& rows) {
   const Eigen::LLT<Eigen::MatrixXd> solver(gram);
   for (int pass = 0; pass < 3; ++pass) {
@@ -122,7 +122,8 @@ void Balance::correct_for_bound(const std::vector<std::int32_t>& charged) {
     }
   }
   if (!rows.empty()) {
-    const BalanceRows::Matrix chosen = choose(rows);
+    Eigen::MatrixXd copy;
+    const Eigen::MatrixXd& chosen = choose(rows, copy);
     Eigen::MatrixXd gram = gram_of(chosen);
     gram.diagonal().array() += 1e-14;
     move(chosen, gram, rows);
@@ -130,18 +131,21 @@ void Balance::correct_for_bound(const std::vector<std::int32_t>& charged) {
   leave_all_unsettled();
 }
 
-BalanceRows::Matrix Balance::choose(const std::vector<Eigen::Index>& rows) const {
-  BalanceRows::Matrix chosen(static_cast<Eigen::Index>(rows.size()), system_.matrix.cols());
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    chosen.row(static_cast<Eigen::Index>(i)) = system_.matrix.row(rows[i]);
+/// The given rows of the system. It may be large: all of them in their order are no copy.
+const Eigen::MatrixXd& Balance::choose(const std::vector<Eigen::Index>& rows,
+                                       Eigen::MatrixXd& copy) const {
+  if (rows.size() == system_.rows.size() && std::is_sorted(rows.begin(), rows.end())) {
+    return system_.matrix;
   }
-  return chosen;
+  copy = system_.matrix(rows, Eigen::all);
+  return copy;
 }
 
 /// Moves M onto the balance of the given rows and bounds the correction that is
 /// left. False, and nothing changed, if the rows are not provably independent.
 bool Balance::settle(const std::vector<Eigen::Index>& rows) {
-  const BalanceRows::Matrix chosen = choose(rows);
+  Eigen::MatrixXd copy;
+  const Eigen::MatrixXd& chosen = choose(rows, copy);
   double worst_error = 0;
   for (const Eigen::Index r : rows) {
     worst_error = std::max(worst_error, system_.rows[static_cast<std::size_t>(r)].error);

@@ -53,11 +53,11 @@ class Balance {
   void correct_for_bound(const std::vector<std::int32_t>& charged);
   void take_as_they_are();
   void leave_all_unsettled();
-  BalanceRows::Matrix choose(const std::vector<Eigen::Index>& rows) const;
+  const Eigen::MatrixXd& choose(const std::vector<Eigen::Index>& rows, Eigen::MatrixXd& copy) const;
   bool settle(const std::vector<Eigen::Index>& rows);
   bool settle_all_rows();
   void settle_independent_rows();
-  void move(const BalanceRows::Matrix& chosen, const Eigen::MatrixXd& gram,
+  void move(const Eigen::MatrixXd& chosen, const Eigen::MatrixXd& gram,
             const std::vector<Eigen::Index>& rows);
   Eigen::VectorXd residual_bounds() const;
   bool cones_hold() const;

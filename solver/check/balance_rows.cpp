@@ -69,20 +69,23 @@ void add_product(const Eigen::MatrixXd& factor, Terms terms, double* to) {
   });
 }
 
-/// Adds L' * F * L of one run of terms to a packed row.
+/// Adds L' * F * L of a row, a single number, or F * L of an equation.
 /// @return a bound on the rounding.
-double add_terms(const Weights& weights, std::size_t b, Terms terms, double* row) {
-  const Eigen::MatrixXd& factor = weights.multiplier(b).factor;
-  double* const to = row + weights.offset(b);
+double add_number(double weight, Terms terms, double* to) {
   double size = 0;
-  if (weights.is_equation(b)) {
-    for (const AffineTerm& t : terms) {
-      *to += t.value * factor(0, 0);
-      size += std::fabs(t.value * factor(0, 0));
-    }
-    return sum_rounding(terms.size()) * size;
+  for (const AffineTerm& t : terms) {
+    *to += t.value * weight;
+    size += std::fabs(t.value * weight);
   }
-  const Eigen::VectorXd norms = factor.rowwise().norm();
+  return sum_rounding(terms.size()) * size;
+}
+
+/// Adds L' * F * L of one run of terms to the entries of M_b in a packed row.
+/// @param norms of the rows of L.
+/// @return a bound on the rounding.
+double add_terms(const Eigen::MatrixXd& factor, const Eigen::VectorXd& norms, Terms terms,
+                 double* to) {
+  double size = 0;
   for (const AffineTerm& t : terms) {
     size += (t.row == t.column ? 1 : 2) * std::fabs(t.value) * norms[t.row] * norms[t.column];
   }
@@ -108,17 +111,16 @@ void set_targets(const Problem& problem, const std::vector<Eigen::Index>& row_of
 }
 
 void normalise(BalanceRows& result) {
+  Eigen::VectorXd scales = result.matrix.rowwise().norm();
   for (std::size_t r = 0; r < result.rows.size(); ++r) {
     BalanceRows::Row& row = result.rows[r];
-    auto entries = result.matrix.row(static_cast<Eigen::Index>(r));
-    row.scale = entries.norm();
-    if (!(row.scale > 0)) {  // cancelled in floating point: no M can be found from it
-      row.scale = 1;
-      continue;
-    }
-    entries /= row.scale;
-    row.error = row.error / row.scale + 4 * 0x1p-52;
+    double& scale = scales[static_cast<Eigen::Index>(r)];
+    const bool cancelled = !(scale > 0);  // in floating point: no M can be found from it
+    if (cancelled) scale = 1;
+    row.scale = scale;
+    if (!cancelled) row.error = row.error / scale + 4 * 0x1p-52;
   }
+  for (auto column : result.matrix.colwise()) column.array() /= scales.array();
 }
 
 }  // namespace
@@ -128,25 +130,41 @@ BalanceRows gather_balance_rows(const Problem& problem, const Weights& weights, 
   const std::vector<Eigen::Index> row_of = number_reached(problem, weights, result.rows);
   const Eigen::Index size = weights.packed().size();
   const auto count = static_cast<Eigen::Index>(result.rows.size());
-  result.matrix = BalanceRows::Matrix::Zero(count + 1, size);  // the last row: the constants
+  // Constants that a multiplier reaches must cancel provably, even where their
+  // operator happens to be 0 in floating point.
+  const bool with_constant = what == BalanceOf::kUnknownsAndConstant && row_of[0] >= 0;
+  result.matrix = Eigen::MatrixXd::Zero(count + (with_constant ? 1 : 0), size);
+  Eigen::RowVectorXd constants = Eigen::RowVectorXd::Zero(size);
   double constant_error = 0;
+  Eigen::RowVectorXd entries;
   for (std::size_t b = 0; b < weights.count(); ++b) {
+    const Eigen::MatrixXd& factor = weights.multiplier(b).factor;
+    const bool single = factor.size() == 1;
+    const double weight = factor(0, 0) * (weights.is_equation(b) ? 1 : factor(0, 0));
+    const Eigen::VectorXd norms = single ? Eigen::VectorXd() : factor.rowwise().norm();
+    const Eigen::Index offset = weights.offset(b);
+    const Eigen::Index length = factor.cols() * (factor.cols() + 1) / 2;
     for_each_unknown(weights.block(b), [&](const AffineTerm* first, const AffineTerm* last) {
       const Eigen::Index row = row_of[static_cast<std::size_t>(first->unknown - kConstant)];
       if (row < 0) return;
       const bool constant = first->unknown == kConstant;
-      const double error = add_terms(weights, b, Terms(first, last),
-                                     result.matrix.row(constant ? count : row).data());
-      (constant ? constant_error : result.rows[static_cast<std::size_t>(row)].error) += error;
+      const Terms terms(first, last);
+      entries.setZero(length);
+      const double error = single ? add_number(weight, terms, entries.data())
+                                  : add_terms(factor, norms, terms, entries.data());
+      if (constant) {
+        constants.segment(offset, length) += entries;
+        constant_error += error;
+      } else {
+        result.matrix.row(row).segment(offset, length) += entries;
+        result.rows[static_cast<std::size_t>(row)].error += error;
+      }
     });
   }
-  result.constant_norm = (result.matrix.row(count).norm() + constant_error) * (1 + 1e-12);
-  // Constants that a multiplier reaches must cancel provably, even where their
-  // operator happens to be 0 in floating point.
-  if (what == BalanceOf::kUnknownsAndConstant && row_of[0] >= 0) {
+  result.constant_norm = (constants.norm() + constant_error) * (1 + 1e-12);
+  if (with_constant) {
+    result.matrix.row(count) = constants;
     result.rows.push_back({.unknown = kConstant, .error = constant_error});
-  } else {
-    result.matrix.conservativeResize(count, Eigen::NoChange);
   }
   result.unreached.assign(static_cast<std::size_t>(problem.unknowns), 0.0);
   if (what == BalanceOf::kObjective) set_targets(problem, row_of, result);

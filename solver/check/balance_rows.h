@@ -25,9 +25,8 @@ struct BalanceRows {
     double error = 0;   ///< rounding of the row (norm, after the division)
     double target = 0;  ///< of the row before the division
   };
-  using Matrix = Eigen::Matrix<double, Eigen::Dynamic, Eigen::Dynamic, Eigen::RowMajor>;
   std::vector<Row> rows;
-  Matrix matrix;  ///< rows.size() x packed size
+  Eigen::MatrixXd matrix;  ///< rows.size() x packed size
   /// A bound on the norm of the constants' operator, not divided.
   double constant_norm = 0;
   /// Per unknown: |target| where no multiplier reaches it.

@@ -6,6 +6,13 @@
 #include "solver/dense/symmetric_eigen.h"
 
 namespace sdpsol {
+namespace {
+
+double factor_of(const AffineTerm& term, const std::vector<double>& point) {
+  return term.unknown == kConstant ? 1.0 : point[static_cast<std::size_t>(term.unknown)];
+}
+
+}  // namespace
 
 Evaluated evaluate(const Block& block, const std::vector<double>& point) {
   Evaluated at;
@@ -14,7 +21,7 @@ Evaluated evaluate(const Block& block, const std::vector<double>& point) {
   std::size_t runs = 0;
   std::int32_t previous = kConstant - 1;
   for (const AffineTerm& t : block.terms) {
-    const double factor = t.unknown == kConstant ? 1.0 : point[static_cast<std::size_t>(t.unknown)];
+    const double factor = factor_of(t, point);
     at.value(t.row, t.column) += factor * t.value;
     at.magnitude(t.row, t.column) += std::fabs(factor) * t.magnitude;
     if (t.unknown != previous) ++runs;
@@ -26,9 +33,24 @@ Evaluated evaluate(const Block& block, const std::vector<double>& point) {
   return at;
 }
 
+EvaluatedRow evaluate_row(const Block& row, const std::vector<double>& point) {
+  EvaluatedRow at;
+  for (const AffineTerm& t : row.terms) {
+    const double factor = factor_of(t, point);
+    at.value += factor * t.value;
+    at.magnitude += std::fabs(factor) * t.magnitude;
+  }
+  at.rounding = sum_rounding(row.terms.size());
+  return at;
+}
+
+double relative_room(const EvaluatedRow& at) {
+  return at.magnitude > 0 ? at.value / at.magnitude : 0.0;
+}
+
 double relative_room(const Evaluated& at) {
   if (at.value.rows() == 1) {
-    return at.magnitude(0, 0) > 0 ? at.value(0, 0) / at.magnitude(0, 0) : 0.0;
+    return relative_room(EvaluatedRow{at.value(0, 0), at.magnitude(0, 0), at.rounding});
   }
   const Eigen::VectorXd size = at.magnitude.diagonal();
   if (!(size.minCoeff() > 0)) return -std::numeric_limits<double>::infinity();

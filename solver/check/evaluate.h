@@ -31,8 +31,17 @@ struct Evaluated {
 /// @param point one number per unknown of the problem.
 Evaluated evaluate(const Block& block, const std::vector<double>& point);
 
+/// The same of a block of size 1, as numbers: most blocks of a problem are rows.
+struct EvaluatedRow {
+  double value = 0;
+  double magnitude = 0;
+  double rounding = 0;
+};
+EvaluatedRow evaluate_row(const Block& row, const std::vector<double>& point);
+
 /// The largest r with F(v) - r*diag(T(v)) positive semidefinite, in floating
 /// point: for reports, not for proofs.
 double relative_room(const Evaluated& at);
+double relative_room(const EvaluatedRow& at);
 
 }  // namespace sdpsol

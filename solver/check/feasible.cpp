@@ -41,14 +41,34 @@ Enclosed enclose(const Block& block, const std::vector<double>& point,
   return region;
 }
 
+/// Part of T that covers what subtracting share*T rounds: T is summed in floating point
+/// as well, its own rounding is far below 1e-9 of it.
+double rounding_of_share(double share) {
+  return std::fabs(share) * 1e-9 + 0x1p-50;
+}
+
 /// F - share*diag(T) positive definite all over the region.
-bool holds(const Enclosed& region, double share) {
-  Eigen::MatrixXd value = region.value;
-  Eigen::MatrixXd error = region.error;
-  value.diagonal() -= share * region.magnitude;
-  // T is summed in floating point as well; its own rounding is far below 1e-9 of it.
-  error.diagonal() += (std::fabs(share) * 1e-9 + 0x1p-50) * region.magnitude;
-  return certainly_positive_definite(value, error);
+bool holds(Enclosed region, double share) {
+  region.value.diagonal() -= share * region.magnitude;
+  region.error.diagonal() += rounding_of_share(share) * region.magnitude;
+  return certainly_positive_definite(region.value, region.error);
+}
+
+/// The same for a block of size 1, as numbers.
+bool row_holds(const Block& row, const std::vector<double>& point,
+               const std::vector<double>& distance, double share) {
+  const EvaluatedRow at = evaluate_row(row, point);
+  double error = at.magnitude * at.rounding + kUnderflow;
+  double magnitude = at.magnitude;
+  for (const AffineTerm& t : row.terms) {
+    if (distance.empty()) break;
+    if (t.unknown == kConstant) continue;
+    const double d = distance[static_cast<std::size_t>(t.unknown)] * (1 + 1e-12);
+    error += d * std::fabs(t.value);
+    magnitude += d * t.magnitude;
+  }
+  return certainly_positive(at.value - share * magnitude,
+                            error + rounding_of_share(share) * magnitude);
 }
 
 /// A row without any coefficient that is not 0 and a constant that is not
@@ -100,8 +120,7 @@ std::vector<std::size_t> tight_rows(const Problem& problem, const std::vector<do
   for (std::size_t b = 0; b < problem.blocks.size(); ++b) {
     const Block& block = problem.blocks[b];
     if (block.size != 1 || block.sense == Sense::kStrict || is_trivially_true(block)) continue;
-    if (block.sense == Sense::kEqual || !holds(enclose(block, point, {}), share))
-      tight.push_back(b);
+    if (block.sense == Sense::kEqual || !row_holds(block, point, {}, share)) tight.push_back(b);
   }
   return tight;
 }
@@ -145,11 +164,15 @@ FeasibleCheck check_point(const Problem& problem, std::vector<double> point, Roo
     if (std::binary_search(equations.begin(), equations.end(), b) || is_trivially_true(block)) {
       continue;
     }
-    if (block.size == 1 || block.sense == Sense::kStrict) {
+    if (block.size == 1) {
       // A non-strict row that is no equation had room at the point itself; now
       // it only has to hold for its neighbours as well.
       const double needed = block.sense == Sense::kStrict ? share : 0;
-      if (!holds(enclose(block, check.point, check.distance), needed)) return check;
+      if (!row_holds(block, check.point, check.distance, needed)) return check;
+      continue;
+    }
+    if (block.sense == Sense::kStrict) {
+      if (!holds(enclose(block, check.point, check.distance), share)) return check;
       continue;
     }
     const PointResult result = check_matrix_without_room(block, check.point, check.distance);

@@ -90,11 +90,29 @@ Eigen::MatrixXd Weights::weight_size(std::size_t b) const {
   return factor * m * factor.transpose();
 }
 
+/// The same as for any block, without the matrices.
+void Weights::add_row(std::size_t b, Sums& sums, std::vector<std::size_t>& operations) const {
+  const long double factor = multipliers_[b].factor(0, 0);
+  const long double m = packed_[offsets_[b]];
+  const long double y = is_equation(b) ? factor * m : factor * m * factor;
+  const auto size = static_cast<double>(std::fabs(y));
+  for (const AffineTerm& t : block(b).terms) {
+    const std::size_t k = place(t.unknown);
+    operations[k] += 3;
+    sums.values[k] += static_cast<long double>(t.value) * y;
+    sums.sizes[k] += std::fabs(t.value) * size;
+  }
+}
+
 Weights::Sums Weights::sums() const {
   const std::size_t entries = static_cast<std::size_t>(problem_.unknowns) + 1;
   Sums sums{std::vector<long double>(entries, 0.0L), std::vector<double>(entries, 0.0), {}};
   std::vector<std::size_t> operations(entries, 16);
   for (std::size_t b = 0; b < count(); ++b) {
+    if (block(b).size == 1 && multipliers_[b].factor.size() == 1) {
+      add_row(b, sums, operations);
+      continue;
+    }
     const Extended y = weight(b);
     const Eigen::MatrixXd size = weight_size(b);
     const Eigen::Index inner = std::max<Eigen::Index>(block(b).size, multipliers_[b].factor.cols());

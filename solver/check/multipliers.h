@@ -74,6 +74,7 @@ class Weights {
   /// Y where the block has terms, upper triangle; 0 elsewhere.
   Extended weight(std::size_t b) const;
   Eigen::MatrixXd weight_size(std::size_t b) const;  ///< |L| * |M| * |L|'
+  void add_row(std::size_t b, Sums& sums, std::vector<std::size_t>& operations) const;
 
   const Problem& problem_;
   const std::vector<Multiplier>& multipliers_;

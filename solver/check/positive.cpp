@@ -1,6 +1,7 @@
 #include "solver/check/positive.h"
 
 #include <Eigen/Cholesky>
+#include <cmath>
 
 namespace sdpsol {
 
@@ -18,16 +19,22 @@ bool certainly_positive_definite(const Eigen::MatrixXd& value, const Eigen::Matr
   // so the row sums of an entrywise error, put on the diagonal, cover it. The
   // first factor covers the rounding of the products with `scale`.
   const double unit = 0x1p-53;
-  const Eigen::VectorXd row_errors =
-      (scale.asDiagonal() * error * scale.asDiagonal()).rowwise().sum() * (1 + 16 * unit) +
-      scaled.cwiseAbs().rowwise().sum() * (8 * unit);
   const double size = static_cast<double>(n);
   const double backward = 2 * (size + 2) * size * unit;
-  scaled.diagonal() -= row_errors;
-  scaled.diagonal().array() -= backward + 4 * unit;
-  const Eigen::LLT<Eigen::MatrixXd> factor(scaled);
+  for (Eigen::Index i = 0; i < n; ++i) {
+    // Both matrices are symmetric: the sum of a row is that of its column.
+    double errors = 0;
+    double values = 0;
+    for (Eigen::Index j = 0; j < n; ++j) {
+      errors += error(j, i) * scale[j];
+      values += std::fabs(scaled(j, i));
+    }
+    scaled(i, i) -= errors * scale[i] * (1 + 16 * unit) + values * (8 * unit);
+    scaled(i, i) -= backward + 4 * unit;
+  }
+  const Eigen::LLT<Eigen::Ref<Eigen::MatrixXd>> factor(scaled);  // in place
   // A NaN on the way is no pivot that the factorisation would stop at.
-  return factor.info() == Eigen::Success && factor.matrixLLT().diagonal().allFinite();
+  return factor.info() == Eigen::Success && scaled.diagonal().allFinite();
 }
 
 }  // namespace sdpsol

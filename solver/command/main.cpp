@@ -10,7 +10,7 @@
 #include <new>
 #include <string>
 
-#include "solver/command/options.h"
+#include "solver/command/plain_options.h"
 #include "solver/command/run.h"
 
 namespace {
@@ -48,7 +48,7 @@ int main(int argc, char** argv) {
   std::signal(SIGXFSZ, SIG_IGN);
   std::signal(SIGPIPE, SIG_IGN);
   try {
-    const sdpsol::ParsedCommandLine parsed = sdpsol::parse_command_line(argc, argv);
+    const sdpsol::ParsedCommandLine parsed = sdpsol::read_command_line(argc, argv);
     std::fputs(parsed.error.c_str(), stderr);
     if (!parsed.options) return print(parsed.output) ? parsed.status : sdpsol::kExitFile;
     return sdpsol::run(*parsed.options);

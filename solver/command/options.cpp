@@ -9,8 +9,6 @@
 namespace sdpsol {
 namespace {
 
-constexpr const char* kSdpaSuffix = ".dat-s";
-
 /// Accepts one of a few words.
 CLI::Validator one_of(std::initializer_list<const char*> words) {
   std::string list;

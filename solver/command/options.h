@@ -8,6 +8,9 @@ namespace sdpsol {
 
 inline constexpr const char* kStandardStream = "-";
 
+/// Of files in the SDPA sparse format.
+inline constexpr const char* kSdpaSuffix = ".dat-s";
+
 /// The language of the definition.
 enum class Format { kSdpsol, kSdpa };
 
@@ -29,6 +32,7 @@ struct Options {
   EngineChoice engine = EngineChoice::kAuto;
   bool check = false;
   bool quiet = false;
+  friend bool operator==(const Options&, const Options&) = default;
 };
 
 /// True if the text for people goes to standard output: it was not asked for

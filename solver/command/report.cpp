@@ -22,8 +22,14 @@ std::vector<ConditionMargin> margins_at(const Source& source, const Model& model
   }
   for (const Block& block : problem.blocks) {
     if (block.sense == Sense::kEqual) continue;
-    const Evaluated at = evaluate(block, point);
     ConditionMargin& margin = margins[static_cast<std::size_t>(block.condition)];
+    if (block.size == 1) {
+      const EvaluatedRow at = evaluate_row(block, point);
+      margin.room = std::min(margin.room, relative_room(at));
+      margin.smallest_eigenvalue = std::min(margin.smallest_eigenvalue, at.value);
+      continue;
+    }
+    const Evaluated at = evaluate(block, point);
     margin.room = std::min(margin.room, relative_room(at));
     margin.smallest_eigenvalue =
         std::min(margin.smallest_eigenvalue, symmetric_eigenvalues(at.value)[0]);
@@ -46,7 +52,7 @@ std::vector<EqualityResidual> residuals_at(const Problem& problem, const std::ve
       residuals.push_back({.condition = condition});
     }
     EqualityResidual& residual = residuals.back();
-    residual.largest = std::max(residual.largest, std::fabs(evaluate(block, point).value(0, 0)));
+    residual.largest = std::max(residual.largest, std::fabs(evaluate_row(block, point).value));
     if (distance.empty()) continue;
     for (const AffineTerm& t : block.terms) {
       if (!varies(t)) continue;

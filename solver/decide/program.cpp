@@ -59,6 +59,8 @@ void Program::number_unknowns() {
 void Program::add_cone(std::size_t block, bool with_margin) {
   const Eigen::VectorXd scale = scaling_.diagonal[block].cwiseSqrt().cwiseInverse();
   ConeProgram::Cone cone{problem_.blocks[block].size, {}};
+  cone.coefficients.reserve(problem_.blocks[block].terms.size() +
+                            static_cast<std::size_t>(with_margin ? cone.size : 0));
   for (const AffineTerm& t : problem_.blocks[block].terms) {
     if (t.value == 0) continue;
     const double value = t.value * scale[t.row] * scale[t.column];
@@ -77,6 +79,7 @@ void Program::add_cone(std::size_t block, bool with_margin) {
 
 void Program::add_equation(std::size_t block) {
   ConeProgram::Cone equation{1, {}};
+  equation.coefficients.reserve(problem_.blocks[block].terms.size());
   const double scale = 1 / scaling_.diagonal[block][0];
   for (const AffineTerm& t : problem_.blocks[block].terms) {
     if (t.value == 0) continue;

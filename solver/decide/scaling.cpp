@@ -6,15 +6,32 @@
 namespace sdpsol {
 namespace {
 
+double size_of(const AffineTerm& term, const std::vector<double>& sizes) {
+  return term.unknown == kConstant ? 1 : sizes[static_cast<std::size_t>(term.unknown)];
+}
+
 std::vector<Eigen::VectorXd> diagonals(const Problem& problem, const std::vector<double>& sizes) {
   std::vector<Eigen::VectorXd> result;
   result.reserve(problem.blocks.size());
   for (const Block& block : problem.blocks) {
     Eigen::VectorXd d = Eigen::VectorXd::Zero(block.size);
     for (const AffineTerm& t : block.terms) {
-      if (t.row != t.column) continue;
-      d[t.row] +=
-          t.magnitude * (t.unknown == kConstant ? 1 : sizes[static_cast<std::size_t>(t.unknown)]);
+      if (t.row == t.column) d[t.row] += t.magnitude * size_of(t, sizes);
+    }
+    result.push_back(std::move(d));
+  }
+  return result;
+}
+
+/// Where no unknown has a size: the constants alone.
+std::vector<Eigen::VectorXd> constant_diagonals(const Problem& problem) {
+  std::vector<Eigen::VectorXd> result;
+  result.reserve(problem.blocks.size());
+  for (const Block& block : problem.blocks) {
+    Eigen::VectorXd d = Eigen::VectorXd::Zero(block.size);
+    for (const AffineTerm& t : block.terms) {
+      if (t.unknown != kConstant) break;
+      if (t.row == t.column) d[t.row] += t.magnitude;
     }
     result.push_back(std::move(d));
   }
@@ -41,10 +58,12 @@ bool suggest(const Problem& problem, const std::vector<Eigen::VectorXd>& d,
              std::vector<double>& sizes) {
   std::vector<Suggestions> suggestions(sizes.size());
   for (std::size_t b = 0; b < problem.blocks.size(); ++b) {
+    const Eigen::VectorXd roots = d[b].cwiseSqrt();
+    if (!(roots.maxCoeff() > 0)) continue;
     for (const AffineTerm& t : problem.blocks[b].terms) {
       if (t.unknown == kConstant || !(t.magnitude > 0)) continue;
       const auto k = static_cast<std::size_t>(t.unknown);
-      const double entry = std::sqrt(d[b][t.row]) * std::sqrt(d[b][t.column]);
+      const double entry = roots[t.row] * roots[t.column];
       if (sizes[k] == 0 && entry > 0) suggestions[k].add(t.magnitude / entry);
     }
   }
@@ -79,9 +98,7 @@ void fill_empty_diagonals(const Problem& problem, Scaling& scaling) {
     const Eigen::VectorXd known = d;
     for (const AffineTerm& t : problem.blocks[b].terms) {
       if (t.row == t.column) continue;
-      const double entry =
-          t.magnitude *
-          (t.unknown == kConstant ? 1 : scaling.unknown[static_cast<std::size_t>(t.unknown)]);
+      const double entry = t.magnitude * size_of(t, scaling.unknown);
       auto fill = [&](std::int32_t empty, std::int32_t other) {
         if (known[empty] > 0) return;
         d[empty] = std::max(d[empty], known[other] > 0 ? entry * entry / known[other] : entry);
@@ -107,12 +124,12 @@ double objective_size(const Problem& problem, const std::vector<double>& sizes) 
 Scaling scale_by_constants(const Problem& problem) {
   Scaling scaling;
   scaling.unknown.assign(static_cast<std::size_t>(problem.unknowns), 0.0);
-  for (;;) {
-    scaling.diagonal = diagonals(problem, scaling.unknown);
-    if (!suggest(problem, scaling.diagonal, scaling.unknown) &&
-        !choose_one(problem, scaling.unknown)) {
-      break;
-    }
+  std::vector<double>& sizes = scaling.unknown;
+  scaling.diagonal = constant_diagonals(problem);
+  while (suggest(problem, scaling.diagonal, sizes) || choose_one(problem, sizes)) {
+    scaling.diagonal = diagonals(problem, sizes);
+    // The usual end, without another look at everything.
+    if (std::find(sizes.begin(), sizes.end(), 0.0) == sizes.end()) break;
   }
   for (double& size : scaling.unknown) size = size > 0 ? size : 1.0;
   fill_empty_diagonals(problem, scaling);

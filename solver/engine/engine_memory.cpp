@@ -11,9 +11,12 @@
 #include <array>
 #include <new>
 
+#include "solver/start/late_constructors.h"
+
 namespace sdpsol {
 
 void reserve_engine_memory() {
+  construct_engine_library();
   // 128 MiB on x86-64, the most of all architectures, and something beside it.
   constexpr std::size_t kBuffer = std::size_t{160} << 20U;
   void* const room =

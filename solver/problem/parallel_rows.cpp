@@ -1,5 +1,6 @@
 #include "solver/problem/parallel_rows.h"
 
+#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <unordered_map>
@@ -30,7 +31,7 @@ std::uint64_t pattern_of(const RowView& row) {
   auto mix = [&](std::uint64_t value) { hash = (hash ^ value) * 1099511628211ULL; };
   for (const AffineTerm* t = row.first; t != row.last; t = skip_zeros(t + 1, row.last)) {
     mix(static_cast<std::uint64_t>(t->unknown));
-    mix(std::hash<float>{}(static_cast<float>(t->value / row.first->value)));
+    mix(std::bit_cast<std::uint32_t>(static_cast<float>(t->value / row.first->value)));
   }
   return hash;
 }
