@@ -3,6 +3,7 @@
 //
 //   engines_soak --count 1000000 --jobs 2    a table by family, and what is wrong
 //   engines_soak --from 4711 --count 1       one problem again
+//   engines_soak --reordered                 how well the reference agrees with itself
 //   engines_soak --show 4711 >x.def          the problem itself
 //
 // Exits with 0 if every bound is kept, 1 if one is broken, 2 over wrong usage.
@@ -58,6 +59,8 @@ int main(int argc, char** argv) {
   app.add_option("--jobs", range.jobs, "Processes")
       ->capture_default_str()
       ->check(CLI::Range(1, 256));
+  app.add_flag("--reordered", range.reference_reordered,
+               "Test the reference itself, with unknowns and cones in another order");
   app.add_option("--patience", range.seconds_per_problem, "Seconds for one problem")
       ->capture_default_str();
   app.add_option("--show", shown, "Write this problem as a definition, solve nothing");

@@ -1,6 +1,7 @@
 #include "tests/engines/matrix_problems.h"
 
 #include <Eigen/Core>
+#include <algorithm>
 #include <cmath>
 #include <utility>
 #include <vector>
@@ -177,8 +178,12 @@ void change_units(EngineProblem& drawn, std::mt19937& random) {
   RandomProblems drawing = problems_from(random);
   const auto power = [&] { return std::ldexp(1.0, drawing.uniform(-kMost, kMost)); };
   Problem& problem = drawn.problem;
-  std::vector<double> unit(static_cast<std::size_t>(problem.unknowns));
-  for (double& u : unit) u = power();
+  // One unit for all, as of forces, takes the box along. Each with one of its own, the
+  // box must hold them all; then it is so far away that what is charged to it shows in
+  // the bounds of objectives.
+  std::vector<double> unit(static_cast<std::size_t>(problem.unknowns), power());
+  const bool one_for_all = drawing.uniform(0, 2) != 0;
+  if (!one_for_all) std::generate(unit.begin(), unit.end(), power);
   for (Block& block : problem.blocks) {
     const double factor = power();
     for (AffineTerm& t : block.terms) {
@@ -188,7 +193,8 @@ void change_units(EngineProblem& drawn, std::mt19937& random) {
       t.magnitude *= by;
     }
   }
-  problem.big_m = std::ldexp(problem.big_m, kMost);
+  problem.big_m =
+      one_for_all && !unit.empty() ? problem.big_m / unit[0] : std::ldexp(problem.big_m, kMost);
   if (!problem.objective) return;
   const double factor = power();
   LinearObjective& objective = *problem.objective;

@@ -27,9 +27,9 @@ EngineProblem border_of_integers(std::mt19937& random);
 /// Rows alone; the truth is that of exact arithmetic.
 EngineProblem rows_alone(std::mt19937& random);
 
-/// The problem in other units: every unknown and every block is measured in a power
-/// of two from 1e-4 to 1e4, so that nothing is rounded, and the box is as much larger
-/// as keeps every point inside.
+/// The problem in other units: blocks, the objective and the unknowns, together or each
+/// on its own, are measured in powers of two from 1e-4 to 1e4, so that nothing is
+/// rounded. The box keeps every point that it held.
 void change_units(EngineProblem& drawn, std::mt19937& random);
 
 }  // namespace sdpsol::testing

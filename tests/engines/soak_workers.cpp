@@ -7,12 +7,16 @@
 #include <cerrno>
 #include <cstring>
 #include <exception>
+#include <memory>
 #include <string>
 #include <system_error>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
+#include "solver/engine/csdp_engine.h"
 #include "tests/engines/contest.h"
+#include "tests/engines/reordered_engine.h"
 
 namespace sdpsol::testing {
 namespace {
@@ -67,7 +71,9 @@ class Soak {
 
   [[noreturn]] void work(std::uint64_t index, int out) const {
     try {
-      Contest contest;
+      Contest contest = range_.reference_reordered
+                            ? Contest(std::make_unique<ReorderedEngine>(make_csdp_engine()))
+                            : Contest();
       for (; index < end_; index += range_.jobs) {
         ::alarm(range_.seconds_per_problem);
         const Message message{index, contest.of(engine_problem(range_.seed, index))};

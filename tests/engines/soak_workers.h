@@ -15,6 +15,8 @@ struct SoakRange {
   std::uint64_t from = 0;
   std::uint64_t count = 10000;
   unsigned jobs = 1;
+  /// Put the reference in the place of the engine under test, in another order.
+  bool reference_reordered = false;
   /// A problem that takes longer is given up.
   unsigned seconds_per_problem = 60;
 };
