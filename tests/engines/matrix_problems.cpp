@@ -1,6 +1,7 @@
 #include "tests/engines/matrix_problems.h"
 
 #include <Eigen/Core>
+#include <Eigen/LU>
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -63,6 +64,16 @@ Eigen::MatrixXd drawn_matrix(RandomProblems& drawing, Eigen::Index rows, Eigen::
   return Eigen::MatrixXd::NullaryExpr(rows, columns, [&] { return drawing.real(-1, 1); });
 }
 
+/// Small integers. Rows that depend on each other would hold together, or contradict each
+/// other, by the rounding of their constants.
+Eigen::MatrixXd independent_rows(RandomProblems& drawing, Eigen::Index rows, Eigen::Index columns) {
+  for (;;) {
+    const Eigen::MatrixXd drawn =
+        Eigen::MatrixXd::NullaryExpr(rows, columns, [&] { return drawing.uniform(-3, 3); });
+    if (Eigen::MatrixXd(drawn * drawn.transpose()).determinant() > 0.5) return drawn;
+  }
+}
+
 void add_any_objective(Problem& problem, RandomProblems& drawing) {
   LinearObjective& objective = problem.objective.emplace();
   for (std::int32_t k = 0; k < problem.unknowns; ++k) {
@@ -84,11 +95,10 @@ EngineProblem planted_point_and_equations(std::mt19937& random) {
   EngineProblem drawn{
       .problem = drawing.with_planted_point(&point), .truth = Truth::kFeasible, .has_room = true};
   Problem& problem = drawn.problem;
-  const int equations = drawing.uniform(1, std::min(3, problem.unknowns));
-  for (int e = 0; e < equations; ++e) {
-    std::vector<double> row(point.size());
-    for (double& a : row) a = drawing.uniform(-3, 3);
-    row[static_cast<std::size_t>(e)] += 4;  // not 0, and independent of the others, mostly
+  const Eigen::MatrixXd rows = independent_rows(
+      drawing, drawing.uniform(1, std::min(3, problem.unknowns)), problem.unknowns);
+  for (Eigen::Index e = 0; e < rows.rows(); ++e) {
+    const std::vector<double> row(rows.row(e).begin(), rows.row(e).end());
     Block block{1, Sense::kEqual, static_cast<std::int32_t>(problem.blocks.size()), {}};
     const double constant = -dot(row, point);
     block.terms.push_back({0, 0, kConstant, constant, std::fabs(constant)});
