@@ -19,7 +19,7 @@ namespace sdpsol::testing {
 namespace {
 
 TEST(EngineProblems, AreTheSameForTheSameSeedAndNumber) {
-  for (const std::uint64_t index : {0, 42, 77, 1'000'095}) {
+  for (const std::uint64_t index : {0U, 42U, 77U, 1'000'095U}) {
     const std::string text = definition_text(engine_problem(3, index).problem);
     EXPECT_EQ(text, definition_text(engine_problem(3, index).problem));
     EXPECT_NE(text, definition_text(engine_problem(4, index).problem));

@@ -8,6 +8,7 @@
 //
 // Exits with 0 if every bound is kept, 1 if one is broken, 2 over wrong usage.
 #include <CLI/CLI.hpp>
+#include <cstdio>
 #include <exception>
 #include <iostream>
 #include <optional>
@@ -44,9 +45,7 @@ int run(const SoakRange& range) {
   return broken.empty() ? 0 : 1;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run_command(int argc, char** argv) {
   CLI::App app{"Holds two engines against each other on random problems.", "engines_soak"};
   SoakRange range;
   std::optional<std::uint64_t> shown;
@@ -70,13 +69,19 @@ int main(int argc, char** argv) {
   } catch (const CLI::ParseError& e) {
     return app.exit(e) == 0 ? 0 : 2;
   }
+  reserve_engine_memory();
+  if (!shown) return run(range);
+  show(range.seed, *shown, as_sdpa);
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
   try {
-    reserve_engine_memory();
-    if (!shown) return run(range);
-    show(range.seed, *shown, as_sdpa);
-    return 0;
+    return run_command(argc, argv);
   } catch (const std::exception& e) {
-    std::cerr << "engines_soak: " << e.what() << '\n';
+    std::fprintf(stderr, "engines_soak: %s\n", e.what());
     return 1;
   }
 }

@@ -181,7 +181,10 @@ EngineProblem with_planted_multipliers(std::mt19937& random, RandomGrasp grasp) 
 std::vector<Vector3d> grid(std::mt19937& random, int count) {
   const int width = integer(random, 1, 4);
   std::vector<Vector3d> points;
-  for (int i = 0; i < count; ++i) points.emplace_back(i % width, i / width, 0);
+  for (int i = 0; i < count; ++i) {
+    const int row = i / width;
+    points.emplace_back(i % width, row, 0);
+  }
   return points;
 }
 
@@ -270,12 +273,12 @@ EngineProblem slanted_pairs(std::mt19937& random) {
   constexpr double kBeside[] = {0, 1e-6, -1e-6, 1e-5, -1e-5, 1e-3, -1e-3};
   const double beside = kBeside[integer(random, 0, 6)];
   std::vector<GraspContact> contacts;
-  for (int pair = 0; pair < pairs; ++pair) {
+  for (const Vector3d& place : grid(random, pairs)) {
     for (const double side : {-1.0, 1.0}) {
       const double around = real(random, 0, 6.28);
       const Vector3d across(std::cos(around), std::sin(around), 0);
       contacts.push_back(
-          {.point = Vector3d(pair % 3, pair / 3, side),
+          {.point = place + side * Vector3d::UnitZ(),
            .normal = -side * std::cos(slant) * Vector3d::UnitZ() + std::sin(slant) * across,
            .friction = std::tan(slant) * (1 + beside)});
     }
