@@ -26,23 +26,16 @@ Vector3d tilted(std::mt19937& random, const Vector3d& axis, double angle) {
   return std::cos(angle) * unit + std::sin(angle) * across;
 }
 
-struct Contact {
-  Vector3d point;
-  Vector3d normal;
-  double friction = 0;
-  int type = 3;
-};
-
 /// Force components to wrench, 6 x k; tangential components first.
-MatrixXd grasp_map(std::mt19937& random, const std::vector<Contact>& contacts, double length) {
+MatrixXd grasp_map(std::mt19937& random, const std::vector<GraspContact>& contacts, double length) {
   Eigen::Index components = 0;
-  for (const Contact& c : contacts) components += c.type;
+  for (const GraspContact& c : contacts) components += c.type;
   MatrixXd map(6, components);
   Eigen::Index at = 0;
   auto put = [&](const Vector3d& point, const Vector3d& axis) {
     map.col(at++) << axis, length * point.cross(axis);
   };
-  for (const Contact& c : contacts) {
+  for (const GraspContact& c : contacts) {
     if (c.type == 3) {
       const Vector3d first = c.normal.cross(direction(random)).normalized();
       put(c.point, first);
@@ -63,30 +56,9 @@ MatrixXd nullspace(const MatrixXd& map) {
   return (base.array().abs() < 1e-12).select(0.0, base);
 }
 
-RandomGrasp grasp_of(std::mt19937& random, const std::vector<Contact>& contacts,
-                     const GraspSize& size) {
-  const MatrixXd base = nullspace(grasp_map(random, contacts, size.length));
-  RandomGrasp grasp;
-  grasp.columns = static_cast<int>(base.cols());
-  for (Eigen::Index row = 0; row < base.rows(); ++row) {
-    for (Eigen::Index column = 0; column < base.cols(); ++column) {
-      grasp.base.push_back(base(row, column));
-    }
-  }
-  for (const Contact& c : contacts) {
-    grasp.types.push_back(c.type);
-    grasp.friction.push_back(c.friction);
-    for (int component = 0; component < c.type; ++component) {
-      const bool is_normal = component + 1 == c.type;
-      grasp.bounds.push_back(is_normal ? 0 : -size.largest_force);
-      grasp.bounds.push_back(size.largest_force);
-    }
-  }
-  return grasp;
-}
-
 /// Forces at the points with zero sum and zero moment.
-std::vector<Vector3d> balanced_forces(std::mt19937& random, const std::vector<Contact>& contacts) {
+std::vector<Vector3d> balanced_forces(std::mt19937& random,
+                                      const std::vector<GraspContact>& contacts) {
   const auto count = static_cast<Eigen::Index>(contacts.size());
   MatrixXd map(6, 3 * count);
   for (Eigen::Index i = 0; i < count; ++i) {
@@ -106,12 +78,34 @@ std::vector<Vector3d> balanced_forces(std::mt19937& random, const std::vector<Co
 
 }  // namespace
 
+RandomGrasp grasp_of(std::mt19937& random, const std::vector<GraspContact>& contacts,
+                     const GraspSize& size) {
+  const MatrixXd base = nullspace(grasp_map(random, contacts, size.length));
+  RandomGrasp grasp;
+  grasp.columns = static_cast<int>(base.cols());
+  for (Eigen::Index row = 0; row < base.rows(); ++row) {
+    for (Eigen::Index column = 0; column < base.cols(); ++column) {
+      grasp.base.push_back(base(row, column));
+    }
+  }
+  for (const GraspContact& c : contacts) {
+    grasp.types.push_back(c.type);
+    grasp.friction.push_back(c.friction);
+    for (int component = 0; component < c.type; ++component) {
+      const bool is_normal = component + 1 == c.type;
+      grasp.bounds.push_back(is_normal ? 0 : -size.largest_force);
+      grasp.bounds.push_back(size.largest_force);
+    }
+  }
+  return grasp;
+}
+
 RandomGrasp grasp_with_internal_force(std::mt19937& random, const GraspSize& size) {
-  std::vector<Contact> contacts(static_cast<std::size_t>(size.contacts));
+  std::vector<GraspContact> contacts(static_cast<std::size_t>(size.contacts));
   std::vector<Vector3d> forces;
   double weakest = 0;
   do {  // a contact with next to no force would leave next to no room
-    for (Contact& c : contacts) c.point = direction(random);
+    for (GraspContact& c : contacts) c.point = direction(random);
     forces = balanced_forces(random, contacts);
     weakest = 1e300;
     double strongest = 0;
@@ -122,7 +116,7 @@ RandomGrasp grasp_with_internal_force(std::mt19937& random, const GraspSize& siz
     weakest /= strongest;
   } while (!(weakest > 0.05));
   for (std::size_t i = 0; i < contacts.size(); ++i) {
-    Contact& c = contacts[i];
+    GraspContact& c = contacts[i];
     // A frictionless contact carries its force along the normal and nothing else.
     c.type = size.frictionless_too && uniform(random, 0, 1) < 0.2 ? 1 : 3;
     c.friction = uniform(random, 0.2, 1);
@@ -136,8 +130,8 @@ RandomGrasp grasp_without_internal_force(std::mt19937& random, const GraspSize& 
   for (;;) {
     const Vector3d velocity = direction(random);
     const Vector3d rotation = uniform(random, 0, 1) * direction(random);
-    std::vector<Contact> contacts(static_cast<std::size_t>(size.contacts));
-    for (Contact& c : contacts) {
+    std::vector<GraspContact> contacts(static_cast<std::size_t>(size.contacts));
+    for (GraspContact& c : contacts) {
       c.point = direction(random);
       c.type = size.frictionless_too && uniform(random, 0, 1) < 0.2 ? 1 : 3;
       c.friction = uniform(random, 0.2, 1);

@@ -1,6 +1,7 @@
 // Random grasps whose answer is known before any solver is asked.
 #pragma once
 
+#include <Eigen/Core>
 #include <random>
 #include <vector>
 
@@ -21,6 +22,17 @@ struct GraspSize {
   double length = 1;          ///< the unit of length: 1 for metres, 1000 for millimetres
   bool frictionless_too = true;
 };
+
+struct GraspContact {
+  Eigen::Vector3d point;
+  Eigen::Vector3d normal;  ///< of length 1, into the object
+  double friction = 0;
+  int type = 3;
+};
+
+/// The grasp of given contacts; the directions of their tangents are drawn.
+RandomGrasp grasp_of(std::mt19937& random, const std::vector<GraspContact>& contacts,
+                     const GraspSize& size);
 
 /// A grasp with a planted internal force: forces that balance are drawn first,
 /// then every normal is tilted away from its force by less than the friction

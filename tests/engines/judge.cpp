@@ -1,0 +1,144 @@
+#include "tests/engines/judge.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "solver/decide/feasibility.h"
+#include "solver/language/model.h"
+
+namespace sdpsol::testing {
+namespace {
+
+// Points reported beside equations, and values planted in doubles, are off by their
+// rounding.
+constexpr double kRounding = 1e-9;
+
+bool exceeds(double value, double limit) {
+  return value - limit > kRounding * std::max({1.0, std::fabs(value), std::fabs(limit)});
+}
+
+bool is_feasible(Claim claim) {
+  return claim == Claim::kFeasible;
+}
+
+/// Where all inequalities are strict, a point has room in all of them.
+bool all_strict(const Problem& problem) {
+  return std::all_of(problem.blocks.begin(), problem.blocks.end(),
+                     [](const Block& block) { return block.sense == Sense::kStrict; });
+}
+
+/// That no point is in the box, or has room in everything, contradicts one that is, or has.
+bool denies_points(Claim claim, bool with_room) {
+  return claim == Claim::kInfeasible || claim == Claim::kEmptyBox ||
+         (claim == Claim::kBorderline && with_room);
+}
+
+bool against_truth(const EngineProblem& drawn, const Outcome& outcome) {
+  const Claim claim = claim_of(outcome);
+  if (drawn.truth == Truth::kInfeasible) return is_feasible(claim);
+  if (drawn.truth == Truth::kUnknown) return false;
+  if (denies_points(claim, drawn.has_room)) return true;
+  return (drawn.reached && outcome.bound && exceeds(*drawn.reached, *outcome.bound)) ||
+         (drawn.limit && outcome.objective && exceeds(*outcome.objective, *drawn.limit));
+}
+
+/// A bound is proven for every point, also for that of the other.
+bool bound_is_passed(const Outcome& bounded, const Outcome& other) {
+  return bounded.bound && other.objective && exceeds(*other.objective, *bounded.bound);
+}
+
+bool has_gap(const Outcome& outcome) {
+  const Parameters usual;
+  const double allowed =
+      std::max(usual.absolute_tolerance, usual.relative_tolerance * std::fabs(*outcome.objective));
+  return !(*outcome.bound - *outcome.objective <= allowed);
+}
+
+const char* name_of(Truth truth) {
+  switch (truth) {
+    case Truth::kUnknown:
+      return "nothing";
+    case Truth::kFeasible:
+      return "a point";
+    case Truth::kInfeasible:
+      return "a contradiction";
+  }
+  return "";
+}
+
+}  // namespace
+
+Claim claim_of(const Outcome& outcome) {
+  switch (outcome.verdict) {
+    case Verdict::kFeasible:
+      return Claim::kFeasible;
+    case Verdict::kInfeasible:
+      return Claim::kInfeasible;
+    case Verdict::kUndetermined:
+      break;
+  }
+  if (outcome.certificate.empty()) return Claim::kNone;
+  return outcome.reason == kNoRoomLeft ? Claim::kBorderline : Claim::kEmptyBox;
+}
+
+const char* name_of(Claim claim) {
+  switch (claim) {
+    case Claim::kNone:
+      return "open";
+    case Claim::kFeasible:
+      return "feasible";
+    case Claim::kInfeasible:
+      return "infeasible";
+    case Claim::kEmptyBox:
+      return "empty box";
+    case Claim::kBorderline:
+      return "borderline";
+  }
+  return "";
+}
+
+Judgement judge(const EngineProblem& drawn, const Outcome& first, int fallbacks,
+                const Outcome& reference) {
+  Judgement result;
+  result.truth = drawn.truth;
+  result.has_room = drawn.has_room;
+  result.first = claim_of(first);
+  result.reference = claim_of(reference);
+  result.first_against_truth = against_truth(drawn, first);
+  result.reference_against_truth = against_truth(drawn, reference);
+  const bool strict = all_strict(drawn.problem);
+  result.against_each_other =
+      (is_feasible(result.first) && denies_points(result.reference, strict)) ||
+      (is_feasible(result.reference) && denies_points(result.first, strict)) ||
+      bound_is_passed(first, reference) || bound_is_passed(reference, first);
+  result.first_left_room = drawn.has_room && first.verdict == Verdict::kUndetermined;
+  result.reference_left_room = drawn.has_room && reference.verdict == Verdict::kUndetermined;
+  result.fell_back = fallbacks > 0;
+  result.both_have_objectives = first.objective && reference.objective;
+  if (result.both_have_objectives) {
+    result.first_objective = *first.objective;
+    result.reference_objective = *reference.objective;
+    result.difference = std::fabs(*first.objective - *reference.objective) /
+                        std::max(1.0, std::fabs(*reference.objective));
+    result.first_has_gap = has_gap(first);
+    result.reference_has_gap = has_gap(reference);
+  }
+  return result;
+}
+
+std::string text_of(const Judgement& j) {
+  std::string text = std::string("planted ") + name_of(j.truth) + ", first " + name_of(j.first) +
+                     ", reference " + name_of(j.reference);
+  if (j.fell_back) text += ", fell back";
+  if (j.both_have_objectives) {
+    char numbers[160];
+    std::snprintf(numbers, sizeof numbers, ", objectives %.17g%s and %.17g%s, %.1e apart",
+                  j.first_objective, j.first_has_gap ? " (gap)" : "", j.reference_objective,
+                  j.reference_has_gap ? " (gap)" : "", j.difference);
+    text += numbers;
+  }
+  return text;
+}
+
+}  // namespace sdpsol::testing

@@ -1,0 +1,73 @@
+// What two outcomes of one problem say about each other, and about what was planted.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "solver/decide/outcome.h"
+#include "tests/engines/engine_problems.h"
+
+namespace sdpsol::testing {
+
+/// What was proven about a problem: a verdict, or one of the reasons for none that
+/// are claims themselves.
+enum class Claim : std::uint8_t {
+  kNone,
+  kFeasible,
+  kInfeasible,
+  kEmptyBox,    ///< no point in the box
+  kBorderline,  ///< no point with room
+};
+
+Claim claim_of(const Outcome& outcome);
+const char* name_of(Claim claim);
+
+/// The engine under test with its fallback (the first), and the reference.
+/// Plain values, so that a process can hand it to another.
+struct Judgement {
+  Truth truth = Truth::kUnknown;
+  bool has_room = false;  ///< what was planted
+  Claim first = Claim::kNone;
+  Claim reference = Claim::kNone;
+  bool first_against_truth = false;
+  bool reference_against_truth = false;
+  bool against_each_other = false;
+  bool first_left_room = false;  ///< open, where what was planted has room
+  bool reference_left_room = false;
+  bool fell_back = false;
+  bool both_have_objectives = false;
+  /// |difference| / max(1, |objective|), where both have one.
+  double difference = 0;
+  double first_objective = 0;
+  double reference_objective = 0;
+  // Farther from its own proven bound than the default tolerances allow, so that the
+  // heading of the result says so.
+  bool first_has_gap = false;
+  bool reference_has_gap = false;
+  // Seconds inside the engines.
+  double first_seconds = 0;
+  double fallback_seconds = 0;
+  double reference_seconds = 0;
+
+  /// What objectives must agree to.
+  static constexpr double kAgreement = 1e-6;
+  bool disagree() const { return both_have_objectives && !(difference <= kAgreement); }
+  /// Said by whoever it is, so nobody is misled.
+  bool disagree_with_gap() const { return disagree() && (first_has_gap || reference_has_gap); }
+  bool disagree_silently() const { return disagree() && !disagree_with_gap(); }
+  bool fallback_helped() const { return fell_back && first != Claim::kNone; }
+  /// Something that no engine may do.
+  bool wrong() const {
+    return first_against_truth || reference_against_truth || against_each_other ||
+           disagree_silently();
+  }
+};
+
+/// @param fallbacks how often the first engine's candidates were not enough.
+Judgement judge(const EngineProblem& drawn, const Outcome& first, int fallbacks,
+                const Outcome& reference);
+
+/// In a line, for people.
+std::string text_of(const Judgement& judgement);
+
+}  // namespace sdpsol::testing
