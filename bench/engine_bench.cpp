@@ -205,7 +205,6 @@ int main(int argc, char** argv) try {
   // One thread for each, so that work is compared with work.
   setenv("OMP_NUM_THREADS", "1", 1);
   setenv("OPENBLAS_NUM_THREADS", "1", 1);
-  sdpsol::reserve_engine_memory();
   bench::Suite suite;
   for (const int count : {60, 100}) {
     suite

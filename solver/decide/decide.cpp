@@ -81,6 +81,7 @@ Outcome feasible(const Problem& problem, const Optimum& optimum, std::vector<dou
   outcome.bound = optimum.bound;
   outcome.bound_reach = optimum.bound_reach;
   outcome.limited_by_box = optimum.limited_by_box;
+  outcome.converged = optimum.converged;
   return outcome;
 }
 
@@ -213,7 +214,8 @@ bool leaves_something_open(const Outcome& outcome) {
     case Verdict::kUndetermined:
       return outcome.certificate.empty();  // else it is a claim, and proven
     case Verdict::kFeasible:
-      return outcome.objective && !outcome.limited_by_box && !(relative_gap(outcome) <= kGoodGap);
+      // Where the engine is content, the gap is one of the proof's, not of the point's.
+      return outcome.objective && !outcome.converged && !(relative_gap(outcome) <= kGoodGap);
   }
   return true;
 }

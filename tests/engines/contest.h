@@ -20,6 +20,9 @@ class Contest {
  private:
   std::unique_ptr<Engine> first_;
   std::unique_ptr<Engine> reference_;
+  EngineLog first_log_;
+  EngineLog fallback_log_;
+  EngineLog reference_log_;
   WatchedEngine first_watched_;
   WatchedEngine fallback_watched_;
   WatchedEngine reference_watched_;
