@@ -18,6 +18,9 @@ namespace {
 // anything: their correction could be as large as the multipliers.
 constexpr double kIndependent = 1e-7;
 
+// Cutting matrices of so few rows into pieces costs more than their product.
+constexpr Eigen::Index kSmall = 24;
+
 /// Largest s of a few powers of ten with a proven "smallest singular value >= s",
 /// from gram = A*A' known within `error` entry by entry; 0 if there is none.
 double proven_smallest_singular_value(const Eigen::MatrixXd& gram, double error) {
@@ -32,6 +35,7 @@ double proven_smallest_singular_value(const Eigen::MatrixXd& gram, double error)
 
 /// A*A'.
 Eigen::MatrixXd gram_of(const Eigen::MatrixXd& a) {
+  if (a.rows() <= kSmall) return a.lazyProduct(a.transpose());
   Eigen::MatrixXd gram = Eigen::MatrixXd::Zero(a.rows(), a.rows());
   gram.selfadjointView<Eigen::Lower>().rankUpdate(a);
   gram.triangularView<Eigen::StrictlyUpper>() = gram.transpose();
@@ -217,6 +221,11 @@ void Balance::correct() {
 bool Balance::cones_hold() const {
   for (std::size_t b = 0; b < weights_.count(); ++b) {
     if (weights_.is_equation(b)) continue;
+    if (weights_.multiplier(b).factor.cols() == 1) {
+      const double m = weights_.packed()[weights_.offset(b)] - correction_;
+      if (!certainly_positive(m, std::fabs(m) * 0x1p-52)) return false;
+      continue;
+    }
     Eigen::MatrixXd m = weights_.middle(b);
     // A correction of norm d moves no eigenvalue by more than d. The error covers
     // the rounding of the subtraction.

@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -18,6 +17,9 @@
 
 namespace sdpsol {
 namespace {
+
+// Of a file that does not tell its size.
+constexpr std::size_t kFirstPiece = std::size_t{1} << 16U;
 
 [[noreturn]] void fail_to_read(const std::string& name, int error) {
   throw FileError("cannot read " + in_words(name, "input") + ": " + std::strerror(error));
@@ -68,18 +70,22 @@ std::string read_whole_file(const std::string& name, std::size_t most_bytes) {
   if (::fstat(file.get(), &status) == 0) {
     if (S_ISDIR(status.st_mode)) fail_to_read(name, EISDIR);
     const auto size = static_cast<std::size_t>(status.st_size);
-    if (S_ISREG(status.st_mode) && size <= most_bytes) text.reserve(size);
+    // Room for one byte more shows the end without another piece.
+    if (S_ISREG(status.st_mode) && size <= most_bytes) text.resize(size + 1);
     const bool device = S_ISCHR(status.st_mode) || S_ISBLK(status.st_mode);
     if (device && ::isatty(file.get()) == 0) most_bytes = std::min(most_bytes, kMaxDeviceBytes);
   }
-  std::array<char, 1 << 16> buffer;
+  std::size_t length = 0;
   for (;;) {
-    const ssize_t got = ::read(file.get(), buffer.data(), buffer.size());
+    if (length == text.size()) text.resize(std::max(2 * length, kFirstPiece));
+    const ssize_t got = ::read(file.get(), text.data() + length, text.size() - length);
     if (got < 0 && worth_another_try(file.get(), POLLIN)) continue;
     if (got < 0) fail_to_read(name, errno);
-    if (got == 0) return text;
-    if (static_cast<std::size_t>(got) > most_bytes - text.size()) fail_to_read(name, EFBIG);
-    text.append(buffer.data(), static_cast<std::size_t>(got));
+    if (static_cast<std::size_t>(got) > most_bytes - length) fail_to_read(name, EFBIG);
+    length += static_cast<std::size_t>(got);
+    if (got > 0) continue;
+    text.resize(length);
+    return text;
   }
 }
 

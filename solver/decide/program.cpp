@@ -12,6 +12,13 @@ namespace {
 constexpr double kNegligible = 1e-13;
 constexpr Eigen::Index kEnoughTimes = 8;
 
+/// What a coefficient is multiplied by at an iterate.
+double factor_of(const ConeProgram::Coefficient& term, const Iterate& iterate) {
+  return term.unknown == ConeProgram::kConstantTerm
+             ? 1.0
+             : iterate.point[static_cast<std::size_t>(term.unknown)];
+}
+
 }  // namespace
 
 Program::Program(const Problem& problem, const Selection& selection, const Scaling& scaling,
@@ -121,12 +128,15 @@ Eigen::MatrixXd Program::slack(std::size_t cone, const Iterate& iterate) const {
   const ConeProgram::Cone& c = program_.cones[cone];
   Eigen::MatrixXd value = Eigen::MatrixXd::Zero(c.size, c.size);
   for (const auto& t : c.coefficients) {
-    const double factor = t.unknown == ConeProgram::kConstantTerm
-                              ? 1.0
-                              : iterate.point[static_cast<std::size_t>(t.unknown)];
-    value(t.row, t.column) += factor * t.value;
+    value(t.row, t.column) += t.value * factor_of(t, iterate);
   }
   value.triangularView<Eigen::StrictlyLower>() = value.transpose();
+  return value;
+}
+
+double Program::row_slack(std::size_t cone, const Iterate& iterate) const {
+  double value = 0;
+  for (const auto& t : program_.cones[cone].coefficients) value += t.value * factor_of(t, iterate);
   return value;
 }
 
@@ -146,13 +156,19 @@ std::vector<Program::Eigenvector> Program::heaviest(std::vector<Eigenvector> all
 std::vector<Multiplier> Program::multipliers(const Iterate& iterate, Keep keep) const {
   double largest = 0;
   for (const double entry : iterate.multipliers) largest = std::max(largest, std::fabs(entry));
-  std::vector<SymmetricEigen> eigen;
+  std::vector<SymmetricEigen> eigen(selection_.inequalities.size());
   std::vector<Eigenvector> kept;
-  for (std::size_t i = 0; i < selection_.inequalities.size(); ++i) {
+  for (std::size_t i = 0; i < eigen.size(); ++i) {
     const Eigen::Index n = program_.cones[i].size;
-    const Eigen::Map<const Eigen::MatrixXd> scaled(&iterate.multipliers[offsets_[i]], n, n);
-    eigen.push_back(symmetric_eigen(scaled));
-    const auto& [values, vectors] = eigen.back();
+    const double* const entries = &iterate.multipliers[offsets_[i]];
+    if (n == 1) {
+      if (!(*entries > kNegligible * largest)) continue;
+      if (keep == Keep::kActive && !(*entries > row_slack(i, iterate))) continue;
+      kept.push_back({i, 0, *entries});
+      continue;
+    }
+    eigen[i] = symmetric_eigen(Eigen::Map<const Eigen::MatrixXd>(entries, n, n));
+    const auto& [values, vectors] = eigen[i];
     const Eigen::MatrixXd slack_here =
         keep == Keep::kActive ? slack(i, iterate) : Eigen::MatrixXd();
     for (Eigen::Index e = 0; e < n; ++e) {
@@ -163,19 +179,25 @@ std::vector<Multiplier> Program::multipliers(const Iterate& iterate, Keep keep) 
     }
   }
   if (keep == Keep::kEnough) kept = heaviest(std::move(kept));
+  std::stable_sort(kept.begin(), kept.end(),
+                   [](const Eigenvector& x, const Eigenvector& y) { return x.cone < y.cone; });
 
-  std::vector<std::vector<Eigen::Index>> columns(eigen.size());
-  for (const Eigenvector& v : kept) columns[v.cone].push_back(v.index);
   std::vector<Multiplier> result;
-  for (std::size_t i = 0; i < columns.size(); ++i) {
-    if (columns[i].empty()) continue;
-    const std::size_t block = selection_.inequalities[i];
-    const Eigen::VectorXd unscale = scaling_.diagonal[block].cwiseSqrt().cwiseInverse();
-    Eigen::MatrixXd factor(unscale.size(), static_cast<Eigen::Index>(columns[i].size()));
-    for (std::size_t c = 0; c < columns[i].size(); ++c) {
-      const Eigen::Index e = columns[i][c];
-      factor.col(static_cast<Eigen::Index>(c)) = unscale.asDiagonal() * eigen[i].vectors.col(e) *
-                                                 std::sqrt(eigen[i].values[e] * objective_size_);
+  for (auto first = kept.begin(); first != kept.end();) {
+    const std::size_t cone = first->cone;
+    const auto last =
+        std::find_if(first, kept.end(), [&](const Eigenvector& v) { return v.cone != cone; });
+    const std::size_t block = selection_.inequalities[cone];
+    const auto unscale = scaling_.diagonal[block].cwiseSqrt().cwiseInverse();
+    Eigen::MatrixXd factor(program_.cones[cone].size, last - first);
+    for (auto column : factor.colwise()) {
+      const double root = std::sqrt(first->value * objective_size_);
+      if (factor.rows() == 1) {
+        column = unscale * root;
+      } else {
+        column = unscale.cwiseProduct(eigen[cone].vectors.col(first->index)) * root;
+      }
+      ++first;
     }
     result.push_back({block, std::move(factor)});
   }

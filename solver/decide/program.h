@@ -58,6 +58,7 @@ class Program {
   void add_margin_cap();
   /// F(v) - t*D of one cone, in its own scale.
   Eigen::MatrixXd slack(std::size_t cone, const Iterate& iterate) const;
+  double row_slack(std::size_t cone, const Iterate& iterate) const;  ///< of a cone of size 1
   /// An eigenvector of a scaled multiplier.
   struct Eigenvector {
     std::size_t cone = 0;
