@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "solver/engine/watched_engine.h"
+#include "solver/engine/engine.h"
 #include "tests/engines/judge.h"
 
 namespace sdpsol::testing {
@@ -18,11 +18,8 @@ class Contest {
   Judgement of(const EngineProblem& drawn);
 
  private:
-  std::unique_ptr<Engine> first_;
   std::unique_ptr<Engine> reference_;
-  WatchedEngine first_watched_;
-  WatchedEngine fallback_watched_;
-  WatchedEngine reference_watched_;
+  std::unique_ptr<Engine> first_;
 };
 
 }  // namespace sdpsol::testing

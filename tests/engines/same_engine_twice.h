@@ -11,7 +11,7 @@
 
 namespace sdpsol::testing {
 
-inline std::unique_ptr<Engine> make_cones_engine() {
+inline std::unique_ptr<Engine> make_engine_under_test(Engine& /*reference*/) {
   return make_csdp_engine();
 }
 
