@@ -3,29 +3,24 @@
 
 #include <memory>
 
-#include "solver/engine/watched_engine.h"
+#include "solver/engine/auto_engine.h"
 #include "tests/engines/judge.h"
 
 namespace sdpsol::testing {
 
 class Contest {
  public:
-  /// The engine under test, with the reference to fall back on, against the reference.
+  /// What the command asks first, with the reference to fall back on, against the reference.
   Contest();
-  /// Another one in the place of the engine under test.
+  /// Another engine in the place of the first.
   explicit Contest(std::unique_ptr<Engine> first);
 
   Judgement of(const EngineProblem& drawn);
 
  private:
-  std::unique_ptr<Engine> first_;
   std::unique_ptr<Engine> reference_;
-  EngineLog first_log_;
-  EngineLog fallback_log_;
-  EngineLog reference_log_;
-  WatchedEngine first_watched_;
-  WatchedEngine fallback_watched_;
-  WatchedEngine reference_watched_;
+  std::unique_ptr<Engine> cones_;  ///< unless there is another first
+  std::unique_ptr<Engine> first_;
 };
 
 }  // namespace sdpsol::testing

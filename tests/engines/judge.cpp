@@ -98,7 +98,7 @@ const char* name_of(Claim claim) {
   return "";
 }
 
-Judgement judge(const EngineProblem& drawn, const Outcome& first, int fallbacks,
+Judgement judge(const EngineProblem& drawn, const Outcome& first, Fallback fallback,
                 const Outcome& reference) {
   Judgement result;
   result.truth = drawn.truth;
@@ -114,7 +114,7 @@ Judgement judge(const EngineProblem& drawn, const Outcome& first, int fallbacks,
       bound_is_passed(first, reference) || bound_is_passed(reference, first);
   result.first_left_room = drawn.has_room && first.verdict == Verdict::kUndetermined;
   result.reference_left_room = drawn.has_room && reference.verdict == Verdict::kUndetermined;
-  result.fell_back = fallbacks > 0;
+  result.fallback = fallback;
   result.both_have_objectives = first.objective && reference.objective;
   if (result.both_have_objectives) {
     result.first_objective = *first.objective;
@@ -130,7 +130,7 @@ Judgement judge(const EngineProblem& drawn, const Outcome& first, int fallbacks,
 std::string text_of(const Judgement& j) {
   std::string text = std::string("planted ") + name_of(j.truth) + ", first " + name_of(j.first) +
                      ", reference " + name_of(j.reference);
-  if (j.fell_back) text += ", fell back";
+  if (j.fell_back()) text += j.fallback_helped() ? ", fell back with success" : ", fell back";
   if (j.both_have_objectives) {
     char numbers[160];
     std::snprintf(numbers, sizeof numbers, ", objectives %.17g%s and %.17g%s, %.1e apart",

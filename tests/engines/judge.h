@@ -22,6 +22,13 @@ enum class Claim : std::uint8_t {
 Claim claim_of(const Outcome& outcome);
 const char* name_of(Claim claim);
 
+/// What became of the reference as the fallback of the engine under test.
+enum class Fallback : std::uint8_t {
+  kNotAsked,
+  kAsked,     ///< in vain
+  kAnswered,  ///< and what it said is the outcome
+};
+
 /// The engine under test with its fallback (the first), and the reference.
 /// Plain values, so that a process can hand it to another.
 struct Judgement {
@@ -34,7 +41,7 @@ struct Judgement {
   bool against_each_other = false;
   bool first_left_room = false;  ///< open, where what was planted has room
   bool reference_left_room = false;
-  bool fell_back = false;
+  Fallback fallback = Fallback::kNotAsked;
   bool both_have_objectives = false;
   /// |difference| / max(1, |objective|), where both have one.
   double difference = 0;
@@ -55,7 +62,8 @@ struct Judgement {
   /// Said by whoever it is, so nobody is misled.
   bool disagree_with_gap() const { return disagree() && (first_has_gap || reference_has_gap); }
   bool disagree_silently() const { return disagree() && !disagree_with_gap(); }
-  bool fallback_helped() const { return fell_back && first != Claim::kNone; }
+  bool fell_back() const { return fallback != Fallback::kNotAsked; }
+  bool fallback_helped() const { return fallback == Fallback::kAnswered && first != Claim::kNone; }
   /// Something that no engine may do.
   bool wrong() const {
     return first_against_truth || reference_against_truth || against_each_other ||
@@ -63,8 +71,7 @@ struct Judgement {
   }
 };
 
-/// @param fallbacks how often the first engine's candidates were not enough.
-Judgement judge(const EngineProblem& drawn, const Outcome& first, int fallbacks,
+Judgement judge(const EngineProblem& drawn, const Outcome& first, Fallback fallback,
                 const Outcome& reference);
 
 /// In a line, for people.

@@ -52,7 +52,7 @@ Outcome empty_box() {
 }
 
 Judgement judged(Truth truth, const Outcome& first, const Outcome& reference) {
-  return judge(drawn(truth), first, 0, reference);
+  return judge(drawn(truth), first, Fallback::kNotAsked, reference);
 }
 
 TEST(Claims, AreVerdictsAndReasonsThatAreProven) {
@@ -84,7 +84,7 @@ TEST(Judge, FindsVerdictsAgainstEachOther) {
 
 TEST(Judge, LetsANonStrictInequalityHoldWithoutRoom) {
   const EngineProblem loose = drawn(Truth::kUnknown, Sense::kNonStrict);
-  EXPECT_FALSE(judge(loose, feasible(), 0, borderline()).against_each_other);
+  EXPECT_FALSE(judge(loose, feasible(), Fallback::kNotAsked, borderline()).against_each_other);
 }
 
 TEST(Judge, HoldsBoundsAgainstPointsOfTheOtherAndOfThePlanter) {
@@ -92,10 +92,12 @@ TEST(Judge, HoldsBoundsAgainstPointsOfTheOtherAndOfThePlanter) {
   EXPECT_FALSE(judged(Truth::kUnknown, feasible(1.0, 0.2), feasible(1.1)).against_each_other);
   EngineProblem planted = drawn(Truth::kFeasible);
   planted.reached = 2.0;
-  EXPECT_TRUE(judge(planted, feasible(1.0), 0, feasible(1.0)).first_against_truth);
+  EXPECT_TRUE(
+      judge(planted, feasible(1.0), Fallback::kNotAsked, feasible(1.0)).first_against_truth);
   planted.reached = {};
   planted.limit = 0.5;
-  EXPECT_TRUE(judge(planted, feasible(1.0), 0, feasible(1.0)).reference_against_truth);
+  EXPECT_TRUE(
+      judge(planted, feasible(1.0), Fallback::kNotAsked, feasible(1.0)).reference_against_truth);
 }
 
 TEST(Judge, ComparesObjectivesToOneMillionthOfTheirSize) {
@@ -114,12 +116,16 @@ TEST(Judge, TellsApartWhatAGapAnnounces) {
 }
 
 TEST(Judge, CountsWhatIsLeftOpenThoughItHasRoom) {
-  const Judgement judgement = judge(drawn(Truth::kFeasible), open(), 1, feasible());
+  const Judgement judgement = judge(drawn(Truth::kFeasible), open(), Fallback::kAsked, feasible());
   EXPECT_TRUE(judgement.first_left_room);
   EXPECT_FALSE(judgement.reference_left_room);
-  EXPECT_TRUE(judgement.fell_back);
+  EXPECT_TRUE(judgement.fell_back());
   EXPECT_FALSE(judgement.fallback_helped());
-  EXPECT_TRUE(judge(drawn(Truth::kFeasible), feasible(), 1, feasible()).fallback_helped());
+  const Judgement in_vain =
+      judge(drawn(Truth::kFeasible), feasible(), Fallback::kAsked, feasible());
+  EXPECT_FALSE(in_vain.fallback_helped());
+  EXPECT_TRUE(judge(drawn(Truth::kFeasible), feasible(), Fallback::kAnswered, feasible())
+                  .fallback_helped());
 }
 
 /// A thousand good ones, and `count` of another kind.
@@ -148,7 +154,8 @@ TEST(Tally, TakesNoVerdictThatIsWrong) {
 }
 
 TEST(Tally, TakesLessThanOneFallbackThatHelpedInAHundred) {
-  const Judgement helped = judge(drawn(Truth::kUnknown), feasible(), 1, feasible());
+  const Judgement helped =
+      judge(drawn(Truth::kUnknown), feasible(), Fallback::kAnswered, feasible());
   EXPECT_EQ(bounds_broken_by(helped, 10), Broken{});
   EXPECT_EQ(bounds_broken_by(helped, 11),
             Broken{"the fallback decided 11 of 1011 problems, 1 % or more"});

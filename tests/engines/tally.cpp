@@ -42,7 +42,7 @@ void Tally::count(Counts& counts, const Judgement& j) {
   counts.reference_left_room += j.reference_left_room;
   counts.against_truth += j.first_against_truth || j.reference_against_truth;
   counts.against_each_other += j.against_each_other;
-  counts.fallbacks += j.fell_back;
+  counts.fallbacks += j.fell_back();
   counts.fallbacks_that_helped += j.fallback_helped();
   counts.objectives += j.both_have_objectives;
   counts.silent_disagreements += j.disagree_silently();
