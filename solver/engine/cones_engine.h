@@ -15,7 +15,7 @@ namespace sdpsol {
 /// in the normal equations).
 std::unique_ptr<Engine> make_cones_engine();
 
-inline constexpr std::int32_t kLargestDenseBlock = 5;
+inline constexpr std::int32_t kLargestDenseBlock = 4;
 inline constexpr double kMostWork = 1e9;
 
 }  // namespace sdpsol
