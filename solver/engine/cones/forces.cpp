@@ -5,6 +5,8 @@
 #include <numeric>
 #include <span>
 
+#include "solver/engine/cones/fixed_numbers.h"
+
 namespace sdpsol::cones {
 namespace {
 
@@ -47,21 +49,12 @@ std::vector<Role> roles_of(const Layout& layout, const std::vector<double>& obje
   return roles;
 }
 
-/// A number that equal forms share, and hardly any others: the product with one fixed
-/// vector whose entries have nothing to do with each other.
-double fixed_entry(std::int32_t unknown) {
-  auto x = static_cast<std::uint64_t>(unknown) * 0x9E3779B97F4A7C15ULL + 0x2545F4914F6CDD1DULL;
-  x = (x ^ (x >> 30U)) * 0xBF58476D1CE4E5B9ULL;  // the mixing of SplitMix64
-  x = (x ^ (x >> 27U)) * 0x94D049BB133111EBULL;
-  return 0.5 + std::ldexp(static_cast<double>(x >> 11U), -53);
-}
-
 /// The wide part of a coordinate.
 struct WideForm {
-  std::int32_t largest = 0;  ///< the unknown with the largest coefficient
-  double value = 0;          ///< which is this
-  double norm = 0;           ///< 0: there is no wide unknown in it
-  double signature = 0;      ///< of the form scaled to norm 1, but for its sign
+  double norm = 0;  ///< 0: there is no wide unknown in it
+  /// A number that equal forms share, and hardly any others: the product of the form,
+  /// scaled to norm 1, with a fixed vector; but for its sign.
+  double signature = 0;
 };
 
 class ForceFinder {
@@ -70,14 +63,14 @@ class ForceFinder {
       : layout_(layout),
         roles_(roles_of(layout, objective)),
         place_(objective.size()),
-        entries_(objective.size()) {
+        weights_(objective.size(), 0.0) {
     for (std::size_t k = 0; k < roles_.size(); ++k) {
       const auto unknown = static_cast<std::int32_t>(k);
-      entries_[k] = fixed_entry(unknown);
       switch (roles_[k]) {
         case Role::kWide:
           place_[k] = static_cast<std::int32_t>(forces_.wide.size());
           forces_.wide.push_back(unknown);
+          weights_[k] = fixed_number(unknown);
           break;
         case Role::kLocal:
           place_[k] = static_cast<std::int32_t>(forces_.local.size());
@@ -107,16 +100,24 @@ class ForceFinder {
 
   WideForm wide_form(Index coordinate) const {
     WideForm form;
-    for_each_wide(coordinate, [&](const Term& t) {
-      form.signature += t.value * entries_[static_cast<std::size_t>(t.unknown)];
-      form.norm += t.value * t.value;
-      if (std::fabs(t.value) <= std::fabs(form.value)) return;
-      form.largest = t.unknown;
-      form.value = t.value;
-    });
+    for (const Term& t : terms_of(layout_.linear, coordinate)) {
+      const double weight = weights_[at(t.unknown)];  // 0 unless it is wide
+      const double value = weight != 0 ? t.value : 0;
+      form.signature += weight * value;
+      form.norm += value * value;
+    }
     form.norm = std::sqrt(form.norm);
     if (form.norm > 0) form.signature = std::fabs(form.signature) / form.norm;
     return form;
+  }
+
+  /// The wide unknown with the largest coefficient.
+  Term largest_of(Index coordinate) const {
+    Term largest;
+    for_each_wide(coordinate, [&](const Term& t) {
+      if (std::fabs(t.value) > std::fabs(largest.value)) largest = t;
+    });
+    return largest;
   }
 
   double coefficient_of(std::int32_t unknown, Index coordinate) const {
@@ -128,9 +129,9 @@ class ForceFinder {
   }
 
   /// The factor by which coordinate b is coordinate a in the wide unknowns, if there is one.
-  std::optional<double> factor_between(Index a, Index b) const {
-    const WideForm& form = forms_[at(a)];
-    const double factor = coefficient_of(form.largest, b) / form.value;
+  /// @param largest of a.
+  std::optional<double> factor_between(Index a, const Term& largest, Index b) const {
+    const double factor = coefficient_of(largest.unknown, b) / largest.value;
     const double tolerance = kSameForm * forms_[at(b)].norm;
     const auto of_b = terms_of(layout_.linear, b);
     auto next = of_b.begin();
@@ -166,16 +167,16 @@ class ForceFinder {
     for (const Index here : order) {
       share_[at(here)] = forms_[at(here)].norm;
       for (auto a = representatives_.rbegin(); a != representatives_.rend(); ++a) {
-        if (signature(here) - signature(*a) > kSameSignature) break;
-        const auto factor = factor_between(*a, here);
+        if (signature(here) - signature(a->coordinate) > kSameSignature) break;
+        const auto factor = factor_between(a->coordinate, a->largest, here);
         if (!factor) continue;
         force_[at(here)] = representatives_.rend() - a - 1;
-        share_[at(here)] = *factor * forms_[at(*a)].norm;
+        share_[at(here)] = *factor * forms_[at(a->coordinate)].norm;
         break;
       }
       if (force_[at(here)] != kNone) continue;
       force_[at(here)] = static_cast<Index>(representatives_.size());
-      representatives_.push_back(here);
+      representatives_.push_back({here, largest_of(here)});
     }
   }
 
@@ -183,8 +184,9 @@ class ForceFinder {
     forces_.factor = Eigen::MatrixXd::Zero(static_cast<Index>(representatives_.size()),
                                            static_cast<Index>(forces_.wide.size()));
     for (std::size_t f = 0; f < representatives_.size(); ++f) {
-      const double norm = forms_[at(representatives_[f])].norm;
-      for_each_wide(representatives_[f], [&](const Term& t) {
+      const Index coordinate = representatives_[f].coordinate;
+      const double norm = forms_[at(coordinate)].norm;
+      for_each_wide(coordinate, [&](const Term& t) {
         forces_.factor(static_cast<Index>(f), place_[at(t.unknown)]) = t.value / norm;
       });
     }
@@ -208,15 +210,19 @@ class ForceFinder {
     }
   }
 
+  struct Representative {
+    Index coordinate = 0;
+    Term largest;
+  };
   static constexpr Index kNone = -1;
   const Layout& layout_;
   const std::vector<Role> roles_;
   std::vector<std::int32_t> place_;  ///< of each unknown among those of its role
-  std::vector<double> entries_;
-  std::vector<WideForm> forms_;         ///< of each coordinate
-  std::vector<Index> representatives_;  ///< of each force, a coordinate
-  std::vector<Index> force_;            ///< of each coordinate
-  std::vector<double> share_;           ///< its multiple of the force
+  std::vector<double> weights_;      ///< of each unknown in signatures; 0 unless it is wide
+  std::vector<WideForm> forms_;      ///< of each coordinate
+  std::vector<Representative> representatives_;  ///< of each force
+  std::vector<Index> force_;                     ///< of each coordinate
+  std::vector<double> share_;                    ///< its multiple of the force
   Forces forces_;
 };
 

@@ -127,8 +127,13 @@ class MatrixOfForms {
 
 void append(Layout& layout, const Form& form, std::vector<double>& constants, double factor = 1) {
   constants.push_back(factor * form.constant);
-  for (const Term& t : form.terms) layout.linear.terms.push_back({t.unknown, factor * t.value});
-  layout.linear.starts.push_back(layout.linear.terms.size());
+  auto& terms = layout.linear.terms;
+  const std::size_t first = terms.size();
+  terms.insert(terms.end(), form.terms.begin(), form.terms.end());
+  if (factor != 1) {
+    for (std::size_t t = first; t < terms.size(); ++t) terms[t].value *= factor;
+  }
+  layout.linear.starts.push_back(terms.size());
 }
 
 void append_matrix(Layout& layout, const Cone& cone, std::size_t number,

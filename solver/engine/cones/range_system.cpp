@@ -1,5 +1,6 @@
 #include "solver/engine/cones/range_system.h"
 
+#include <Eigen/QR>
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -11,8 +12,6 @@ namespace {
 using Eigen::Index;
 using Eigen::MatrixXd;
 using Eigen::VectorXd;
-
-constexpr double kSmallestPivot = 1e-8;
 
 std::size_t at(Index i) {
   return static_cast<std::size_t>(i);
@@ -42,7 +41,8 @@ std::unique_ptr<RangeSystem> RangeSystem::make(const Layout& layout,
   const Index left_over = forces.factor.rows() - forces.factor.cols();
   if (left_over < 0 || left_over > kMostNullVectors) return nullptr;
   std::unique_ptr<RangeSystem> system(new RangeSystem(layout, std::move(forces), objective));
-  if (!system->find_range()) return nullptr;
+  if (!system->factor_.has_full_rank()) return nullptr;
+  system->find_objective(objective);
   system->find_groups();
   const bool small = std::all_of(system->groups_.begin(), system->groups_.end(), [](const auto& g) {
     return static_cast<Index>(g.members.size()) <= kLargestBlock;
@@ -54,31 +54,18 @@ RangeSystem::RangeSystem(const Layout& layout, Forces forces, const std::vector<
     : layout_(layout),
       forces_(std::move(forces)),
       objective_(VectorXd::Zero(forces_.size() + (forces_.common ? 1 : 0))),
-      program_objective_(objective) {}
+      unknowns_(objective.size()),
+      factor_(forces_.factor),
+      null_(factor_.null_base()) {}
 
-/// F = Q*R: the first columns of Q span the forces, the others are W.
-bool RangeSystem::find_range() {
-  const MatrixXd& f = forces_.factor;
-  range_.compute(f);
-  const auto pivots = range_.matrixQR().diagonal().cwiseAbs();
-  if (f.cols() > 0 && !(pivots.minCoeff() > kSmallestPivot * pivots.maxCoeff())) return false;
-  null_ = MatrixXd::Zero(f.rows(), f.rows() - f.cols());
-  null_.bottomRows(null_.cols()).setIdentity();
-  null_.applyOnTheLeft(range_.householderQ());
-
-  // c'z = (Q*R^-T*c)'*F*z
-  VectorXd wide(f.cols());
-  for (Index k = 0; k < wide.size(); ++k) wide[k] = program_objective_[at(forces_.wide[at(k)])];
-  VectorXd costs = VectorXd::Zero(f.rows());
-  const auto r = range_.matrixQR().topRows(f.cols());
-  costs.head(f.cols()) = r.triangularView<Eigen::Upper>().transpose().solve(wide);
-  costs.applyOnTheLeft(range_.householderQ());
-  objective_.head(f.rows()) = costs;
+void RangeSystem::find_objective(const std::vector<double>& objective) {
+  VectorXd wide(static_cast<Index>(forces_.wide.size()));
+  for (Index k = 0; k < wide.size(); ++k) wide[k] = objective[at(forces_.wide[at(k)])];
+  objective_.head(forces_count()) = factor_.pulled_back(wide);
   for (std::size_t l = 0; l < forces_.local.size(); ++l) {
-    objective_[f.rows() + static_cast<Index>(l)] = program_objective_[at(forces_.local[l])];
+    objective_[forces_count() + static_cast<Index>(l)] = objective[at(forces_.local[l])];
   }
-  if (forces_.common) objective_[forces_.size()] = program_objective_[at(*forces_.common)];
-  return true;
+  if (forces_.common) objective_[forces_.size()] = objective[at(*forces_.common)];
 }
 
 void RangeSystem::find_groups() {
@@ -278,15 +265,11 @@ VectorXd RangeSystem::solve(const VectorXd& right) const {
 }
 
 VectorXd RangeSystem::point(const VectorXd& u) const {
-  const MatrixXd& f = forces_.factor;
-  VectorXd x = u.head(f.rows());
-  x.applyOnTheLeft(range_.householderQ().transpose());
-  const VectorXd z =
-      range_.matrixQR().topRows(f.cols()).triangularView<Eigen::Upper>().solve(x.head(f.cols()));
-  VectorXd y(static_cast<Index>(program_objective_.size()));
+  const VectorXd z = factor_.preimage(u.head(forces_count()));
+  VectorXd y(static_cast<Index>(unknowns_));
   for (Index k = 0; k < z.size(); ++k) y[forces_.wide[at(k)]] = z[k];
   for (std::size_t l = 0; l < forces_.local.size(); ++l) {
-    y[forces_.local[l]] = u[f.rows() + static_cast<Index>(l)];
+    y[forces_.local[l]] = u[forces_count() + static_cast<Index>(l)];
   }
   if (forces_.common) y[*forces_.common] = u[forces_.size()];
   return y;

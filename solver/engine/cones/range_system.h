@@ -10,12 +10,13 @@
 #pragma once
 
 #include <Eigen/Cholesky>
-#include <Eigen/QR>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "solver/engine/cones/forces.h"
 #include "solver/engine/cones/newton_system.h"
+#include "solver/engine/cones/tall_factor.h"
 
 namespace sdpsol::cones {
 
@@ -23,8 +24,8 @@ namespace sdpsol::cones {
 class RangeSystem final : public NewtonSystem {
  public:
   /// Nothing if it does not pay: more than kMostNullVectors left null vectors, unknowns
-  /// that F does not tell apart (its QR factorisation has a pivot below 1e-8 of the
-  /// largest), or blocks of more than kLargestBlock.
+  /// that F does not tell apart (see TallFactor::kFullRank), or blocks of more than
+  /// kLargestBlock.
   static constexpr Eigen::Index kMostNullVectors = 26;  ///< a wrench and 20 rows |z| <= BIGM
   static constexpr Eigen::Index kLargestBlock = 40;
   /// @param layout must outlive the result.
@@ -53,7 +54,7 @@ class RangeSystem final : public NewtonSystem {
   };
 
   RangeSystem(const Layout& layout, Forces forces, const std::vector<double>& objective);
-  bool find_range();
+  void find_objective(const std::vector<double>& objective);
   void find_groups();
   void scale_group(Group& group, const NtScaling& scaling) const;
   void project(Eigen::VectorXd& u) const;
@@ -65,9 +66,9 @@ class RangeSystem final : public NewtonSystem {
   const Layout& layout_;
   Forces forces_;
   Eigen::VectorXd objective_;
-  std::vector<double> program_objective_;
-  Eigen::HouseholderQR<Eigen::MatrixXd> range_;  ///< of F
-  Eigen::MatrixXd null_;                         ///< W, orthonormal
+  std::size_t unknowns_;         ///< of the program
+  TallFactor factor_;            ///< of F
+  const Eigen::MatrixXd& null_;  ///< W
   std::vector<Group> groups_;
   std::vector<Eigen::Index> place_;  ///< of each entry of x in its group
   Eigen::LLT<Eigen::MatrixXd> null_factor_;
