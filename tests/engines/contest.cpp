@@ -24,6 +24,9 @@ Judgement Contest::of(const EngineProblem& drawn) {
                        : answered             ? Fallback::kAnswered
                                               : Fallback::kAsked;
   Judgement judgement = judge(drawn, outcome, use, expected);
+  if (judgement.fallback_helped()) {
+    judgement.claim_is_of_fallback = claim_of(decide(drawn.problem, *first_, {})) == Claim::kNone;
+  }
   judgement.first_seconds = first.seconds();
   judgement.fallback_seconds = fallback.seconds();
   judgement.reference_seconds = reference.seconds();
