@@ -42,6 +42,9 @@ struct Judgement {
   bool first_left_room = false;  ///< open, where what was planted has room
   bool reference_left_room = false;
   Fallback fallback = Fallback::kNotAsked;
+  /// Without the fallback the problem would have been left open; else it brought an
+  /// objective that is nearer to its bound.
+  bool claim_is_of_fallback = false;
   bool both_have_objectives = false;
   /// |difference| / max(1, |objective|), where both have one.
   double difference = 0;

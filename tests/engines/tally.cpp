@@ -44,6 +44,7 @@ void Tally::count(Counts& counts, const Judgement& j) {
   counts.against_each_other += j.against_each_other;
   counts.fallbacks += j.fell_back();
   counts.fallbacks_that_helped += j.fallback_helped();
+  counts.claims_of_fallbacks += j.claim_is_of_fallback;
   counts.objectives += j.both_have_objectives;
   counts.silent_disagreements += j.disagree_silently();
   counts.disagreements_with_gap += j.disagree_with_gap();
@@ -74,21 +75,23 @@ void Tally::add_unanswered(std::uint64_t index, const std::string& how) {
 void Tally::print_line(std::ostream& out, const char* name, const Counts& c) {
   char line[400];
   std::snprintf(line, sizeof line,
-                "%-24s %7d %7d %5d %5d %7d  %7d %4d %4d  %5d %5d  %5d %6d  %6d %5d %5d %5d %5d "
+                "%-24s %7d %7d %5d %5d %7d  %7d %4d %4d  %5d %5d  %5d %6d %5d  %6d %5d %5d %5d %5d "
                 "%8.1e %7.0f %7.0f\n",
                 name, c.problems, c.both_decided, c.only_first, c.only_reference, c.certified,
                 c.with_room, c.first_left_room, c.reference_left_room, c.against_truth,
-                c.against_each_other, c.fallbacks, c.fallbacks_that_helped, c.objectives,
-                c.silent_disagreements, c.disagreements_with_gap, c.first_gaps, c.reference_gaps,
-                c.worst, median(c.first_microseconds), median(c.reference_microseconds));
+                c.against_each_other, c.fallbacks, c.fallbacks_that_helped, c.claims_of_fallbacks,
+                c.objectives, c.silent_disagreements, c.disagreements_with_gap, c.first_gaps,
+                c.reference_gaps, c.worst, median(c.first_microseconds),
+                median(c.reference_microseconds));
   out << line;
 }
 
 void Tally::print_table(std::ostream& out) const {
   out << "                                  decided by                     to be decided"
-         "   contradict  fallbacks                objectives                     median us\n"
+         "   contradict  fallbacks                      objectives                     median us\n"
          "family                  problems    both first   ref certif.      all  1st  ref"
-         "  truth  each    all helped     all apart w.gap  1stg  refg    worst     1st     ref\n";
+         "  truth  each    all helped claim     all apart w.gap  1stg  refg    worst     1st     "
+         "ref\n";
   for (std::size_t f = 0; f < families_.size(); ++f) {
     if (families_[f].problems > 0) print_line(out, engine_families()[f], families_[f]);
   }

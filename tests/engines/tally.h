@@ -41,6 +41,7 @@ class Tally {
     int against_each_other = 0;
     int fallbacks = 0;
     int fallbacks_that_helped = 0;
+    int claims_of_fallbacks = 0;  ///< among them: not merely a better objective
     int objectives = 0;
     int silent_disagreements = 0;
     int disagreements_with_gap = 0;
