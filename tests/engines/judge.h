@@ -62,8 +62,12 @@ struct Judgement {
   /// What objectives must agree to.
   static constexpr double kAgreement = 1e-6;
   bool disagree() const { return both_have_objectives && !(difference <= kAgreement); }
-  /// Said by whoever it is, so nobody is misled.
-  bool disagree_with_gap() const { return disagree() && (first_has_gap || reference_has_gap); }
+  /// Said by whoever it is, so nobody is misled; or the reference is the worse one, whose
+  /// bound the first does not pass.
+  bool disagree_with_gap() const {
+    return disagree() &&
+           (first_has_gap || reference_has_gap || reference_objective < first_objective);
+  }
   bool disagree_silently() const { return disagree() && !disagree_with_gap(); }
   bool fell_back() const { return fallback != Fallback::kNotAsked; }
   bool fallback_helped() const { return fallback == Fallback::kAnswered && first != Claim::kNone; }

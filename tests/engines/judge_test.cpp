@@ -106,6 +106,8 @@ TEST(Judge, ComparesObjectivesToOneMillionthOfTheirSize) {
       judged(Truth::kUnknown, feasible(1e6, 2), feasible(1e6 + 1.5, 2)).disagree_silently());
   EXPECT_FALSE(judged(Truth::kUnknown, feasible(0.0, 1e-6), feasible(9e-7, 1e-6)).disagree());
   EXPECT_TRUE(judged(Truth::kUnknown, feasible(0.0, 2e-6), feasible(2e-6)).disagree_silently());
+  // The reference is the one that is behind.
+  EXPECT_FALSE(judged(Truth::kUnknown, feasible(2e-6), feasible(0.0, 2e-6)).disagree_silently());
   EXPECT_TRUE(judged(Truth::kUnknown, feasible(0.0, HUGE_VAL), feasible(0.0)).first_has_gap);
 }
 
