@@ -220,11 +220,10 @@ bool leaves_something_open(const Outcome& outcome) {
   return true;
 }
 
-/// True if `second`, of the same problem, says more than `first`.
-bool says_more(const Outcome& second, const Outcome& first) {
-  if (second.verdict == Verdict::kUndetermined) return !leaves_something_open(second);
-  if (first.verdict == Verdict::kUndetermined) return true;
-  return second.objective && relative_gap(second) < relative_gap(first);
+/// Of one problem: `first` is kept only for a verdict that `second` does not better.
+bool is_kept(const Outcome& first, const Outcome& second) {
+  if (first.verdict == Verdict::kUndetermined) return false;
+  return second.verdict == Verdict::kUndetermined || relative_gap(first) <= relative_gap(second);
 }
 
 }  // namespace
@@ -241,7 +240,7 @@ Outcome decide_with_fallback(const Problem& problem, Engine& first, Engine& fall
   if (!leaves_something_open(outcome) || outcome.engine == fallback.name()) return outcome;
   Outcome second = decide(problem, fallback, limits);
   const int iterations = outcome.iterations + second.iterations;
-  if (says_more(second, outcome)) outcome = std::move(second);
+  if (!is_kept(outcome, second)) outcome = std::move(second);
   outcome.iterations = iterations;
   outcome.fallbacks = 1;
   return outcome;

@@ -128,7 +128,8 @@ class DocumentationTest(unittest.TestCase):
         return re.findall(rf"^```{language}\n(.*?)^```$", self.text, re.MULTILINE | re.DOTALL)
 
     def assert_alike(self, shown, written, path):
-        """Of what was calculated only values and the objective are the same everywhere."""
+        """Of what was calculated only values and the objective are the same everywhere,
+        and of a flat optimum the values only to half of the digits."""
         self.assertEqual(type(shown), type(written), path)
         if isinstance(shown, dict):
             self.assertEqual(list(shown), list(written), path)
@@ -140,7 +141,7 @@ class DocumentationTest(unittest.TestCase):
                 self.assert_alike(value, written[i], f"{path}[{i}]")
         elif isinstance(shown, float):
             if re.search(r"\.(value|bound)\b|^\.parameters", path):
-                self.assertAlmostEqual(shown, written, 6, path)
+                self.assertAlmostEqual(shown, written, 5, path)
         elif path != ".iterations":
             self.assertEqual(shown, written, path)
 
