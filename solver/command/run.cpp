@@ -21,6 +21,7 @@
 #include "solver/language/limits.h"
 #include "solver/language/reader.h"
 #include "solver/problem/structure.h"
+#include "solver/start/large_pages.h"
 
 namespace sdpsol {
 namespace {
@@ -56,6 +57,7 @@ class Run {
                 read_whole_file(options.definition, kMaxTextBytes)) {}
 
   ExitStatus go() {
+    use_large_pages(source_.text().size());
     Diagnostics diagnostics;
     const auto model = options_.format == Format::kSdpa ? read_sdpa(source_, diagnostics)
                                                         : read_definition(source_, diagnostics);
