@@ -22,7 +22,10 @@ std::unique_ptr<cones::NewtonSystem> system_for(const cones::Layout& layout,
   if (unknowns >= kManyUnknowns) {
     if (auto range = cones::RangeSystem::make(layout, objective)) return range;
   }
-  if (static_cast<double>(layout.dimension) * unknowns * unknowns > kMostWork) return nullptr;
+  const double entries = static_cast<double>(layout.dimension) * unknowns;
+  const auto terms = static_cast<double>(layout.linear.terms.size());
+  const bool is_sparse = unknowns > kMostSparseUnknowns && terms < kSparse * entries;
+  if (is_sparse || entries * unknowns > kMostWork) return nullptr;
   return std::make_unique<cones::VariableSystem>(layout, objective);
 }
 

@@ -39,7 +39,7 @@ std::unique_ptr<RangeSystem> RangeSystem::make(const Layout& layout,
                                                const std::vector<double>& objective) {
   Forces forces = find_forces(layout, objective);
   const Index left_over = forces.factor.rows() - forces.factor.cols();
-  if (left_over < 0 || left_over > kMostNullVectors) return nullptr;
+  if (forces.size() == 0 || left_over < 0 || left_over > kMostNullVectors) return nullptr;
   std::unique_ptr<RangeSystem> system(new RangeSystem(layout, std::move(forces), objective));
   if (!system->factor_.has_full_rank()) return nullptr;
   system->find_objective(objective);
@@ -68,24 +68,20 @@ void RangeSystem::find_objective(const std::vector<double>& objective) {
   if (forces_.common) objective_[forces_.size()] = objective[at(*forces_.common)];
 }
 
+std::span<const Term> RangeSystem::terms_of(Index first, Index count) const {
+  const auto& [terms, starts] = forces_.linear;
+  return {terms.data() + starts[at(first)], starts[at(first + count)] - starts[at(first)]};
+}
+
+/// Two entries of x are of one group if a cone holds both.
 void RangeSystem::find_groups() {
   Sets sets(forces_.size());
-  const auto first_of = [&](Index coordinate) {
-    const std::size_t start = forces_.linear.starts[at(coordinate)];
-    const bool none = start == forces_.linear.starts[at(coordinate + 1)];
-    return none ? Index{-1} : Index{forces_.linear.terms[start].unknown};
+  const auto tie = [&](Index first, Index count) {
+    const auto terms = terms_of(first, count);
+    for (const Term& t : terms) sets.join(terms.front().unknown, t.unknown);
   };
-  const auto join_all = [&](Index first, Index count) {
-    Index one = -1;
-    const auto& linear = forces_.linear;
-    for (std::size_t t = linear.starts[at(first)]; t < linear.starts[at(first + count)]; ++t) {
-      if (one >= 0) sets.join(one, linear.terms[t].unknown);
-      one = linear.terms[t].unknown;
-    }
-    return one;
-  };
-  for (Index row = 0; row < layout_.rows; ++row) join_all(row, 1);
-  for (const Part& part : layout_.parts) join_all(part.first, part.dimension);
+  for (Index row = 0; row < layout_.rows; ++row) tie(row, 1);
+  for (const Part& part : layout_.parts) tie(part.first, part.dimension);
 
   std::vector<Index> group_of(at(forces_.size()), -1);
   place_.resize(at(forces_.size()));
@@ -98,17 +94,16 @@ void RangeSystem::find_groups() {
     place_[at(i)] = static_cast<Index>(groups_[at(group)].members.size());
     groups_[at(group)].members.push_back(i);
   }
+
   // Cones that hold nothing but the common unknown need no group of their own.
-  const auto group_with = [&](Index member) -> Group& {
-    return groups_[at(member < 0 ? 0 : group_of[at(sets.root(member))])];
+  const auto group_with = [&](std::span<const Term> terms) -> Group& {
+    return terms.empty() ? groups_.front()
+                         : groups_[at(group_of[at(sets.root(terms.front().unknown))])];
   };
-  if (groups_.empty()) groups_.emplace_back();
-  for (Index row = 0; row < layout_.rows; ++row) group_with(first_of(row)).rows.push_back(row);
+  for (Index row = 0; row < layout_.rows; ++row) group_with(terms_of(row, 1)).rows.push_back(row);
   for (std::size_t p = 0; p < layout_.parts.size(); ++p) {
     const Part& part = layout_.parts[p];
-    Index member = -1;
-    for (Index i = 0; i < part.dimension && member < 0; ++i) member = first_of(part.first + i);
-    group_with(member).parts.push_back(p);
+    group_with(terms_of(part.first, part.dimension)).parts.push_back(p);
   }
   for (Group& group : groups_) {
     group.null_rows = MatrixXd::Zero(static_cast<Index>(group.members.size()), null_.cols());
