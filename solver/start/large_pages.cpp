@@ -4,7 +4,6 @@
 #include <sys/mman.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <vector>
@@ -26,10 +25,10 @@ struct Free {
 using Block = std::unique_ptr<void, Free>;
 
 void advise_large_pages(void* block) {
-  constexpr std::uintptr_t kPage = 4096;
-  const auto begin = reinterpret_cast<std::uintptr_t>(block);
-  const std::uintptr_t first = (begin + kPage - 1) / kPage * kPage;
-  ::madvise(reinterpret_cast<void*>(first), kPiece - kPage, MADV_HUGEPAGE);
+  constexpr std::size_t kPage = 4096;
+  std::size_t room = kPiece;
+  if (std::align(kPage, kPiece - kPage, block, room) == nullptr) return;
+  ::madvise(block, kPiece - kPage, MADV_HUGEPAGE);
 }
 
 }  // namespace
