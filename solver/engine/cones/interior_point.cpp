@@ -12,7 +12,7 @@ namespace {
 using Eigen::VectorXd;
 
 // The share of the way to the border that a step takes, and where the predictor gets far.
-constexpr double kLeastStep = 0.9;
+constexpr double kLeastStep = 0.95;
 constexpr double kMostStep = 0.99;
 // Steps that make less of a difference, so many times one after the other, are the end.
 constexpr double kProgress = 0.9;
