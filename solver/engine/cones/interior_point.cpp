@@ -153,13 +153,15 @@ class InteriorPoint {
   }
 
   /// @param target lambda o (W*dz + W^-T*ds), divided by lambda.
-  Step solve(const VectorXd& target) const {
+  /// @param precise where the step is taken; how far another goes needs fewer digits.
+  Step solve(const VectorXd& target, bool precise) const {
     VectorXd residual = primal_residual_;
     scaling_.unscale_transposed(residual);
     VectorXd right = target - residual;
     scaling_.unscale(right);
     Step step;
-    step.u = system_.solve(system_.multiply_transposed(right) - dual_residual_);
+    const VectorXd forces = system_.multiply_transposed(right) - dual_residual_;
+    step.u = precise ? system_.solve(forces) : system_.solve_once(forces);
     step.s_scaled = system_.multiply(step.u) + primal_residual_;
     scaling_.unscale_transposed(step.s_scaled);
     step.z_scaled = target - step.s_scaled;
@@ -169,7 +171,7 @@ class InteriorPoint {
   bool advance() {
     if (!scaling_.update(s_, z_) || !system_.factor(scaling_)) return false;
     const VectorXd& lambda = scaling_.lambda();
-    const Step predictor = solve(-lambda);
+    const Step predictor = solve(-lambda, false);
     const double s_step = std::min(1.0, largest_step(layout_, lambda, predictor.s_scaled));
     const double z_step = std::min(1.0, largest_step(layout_, lambda, predictor.z_scaled));
     const double reached =
@@ -178,7 +180,8 @@ class InteriorPoint {
     const double centre = share * share * share * gap_ / static_cast<double>(layout_.degree);
     const VectorXd second_order = product(layout_, predictor.s_scaled, predictor.z_scaled);
     const VectorXd corrector = quotient(layout_, centre * unit_ - second_order, lambda) - lambda;
-    return move(solve(corrector), kLeastStep + (kMostStep - kLeastStep) * std::min(s_step, z_step));
+    return move(solve(corrector, true),
+                kLeastStep + (kMostStep - kLeastStep) * std::min(s_step, z_step));
   }
 
   bool move(const Step& step, double fraction) {

@@ -27,30 +27,15 @@ class NewtonSystem {
   virtual Eigen::VectorXd multiply_transposed(const Eigen::VectorXd& z) const = 0;
   /// Takes apart H = G'*W^-1*W^-T*G. False if it is singular.
   virtual bool factor(const NtScaling& scaling) = 0;
-  /// The u of the subspace with H*u = right in it, but for rounding.
-  virtual Eigen::VectorXd solve(const Eigen::VectorXd& right) const = 0;
+  /// The u of the subspace with H*u = right in it, as one pass through the factors has it.
+  virtual Eigen::VectorXd solve_once(const Eigen::VectorXd& right) const = 0;
+  /// H*u, projected on the subspace.
+  virtual Eigen::VectorXd product(const Eigen::VectorXd& u) const = 0;
+  /// The same as solve_once(), and again for what is left of the right side, as long as that
+  /// gets less.
+  Eigen::VectorXd solve(const Eigen::VectorXd& right) const;
   /// The program's unknowns.
   virtual Eigen::VectorXd point(const Eigen::VectorXd& u) const = 0;
 };
-
-/// Solves again for what a solution leaves of the right side, as long as that gets less.
-/// @param solve takes a right side.  @param product the inverse of it, but for rounding.
-template <typename Solve, typename Product>
-Eigen::VectorXd refined_solution(const Eigen::VectorXd& right, Solve solve, Product product) {
-  constexpr int kMostPasses = 5;
-  Eigen::VectorXd solution = solve(right);
-  Eigen::VectorXd rest = right - product(solution);
-  double size = rest.norm();
-  for (int pass = 0; pass < kMostPasses && size > 1e-15 * right.norm(); ++pass) {
-    const Eigen::VectorXd better = solution + solve(rest);
-    rest = right - product(better);
-    const double next_size = rest.norm();
-    if (!(next_size < size)) break;
-    solution = better;
-    if (next_size > size / 2) break;
-    size = next_size;
-  }
-  return solution;
-}
 
 }  // namespace sdpsol::cones

@@ -229,34 +229,23 @@ VectorXd RangeSystem::solve_once(const VectorXd& right) const {
     group.root.triangularView<Eigen::Upper>().solveInPlace(here);
     for (Index i = 0; i < here.size(); ++i) u[group.members[at(i)]] = here[i];
   }
+  project(u);
   return u;
 }
 
-/// H*u, projected.
-VectorXd RangeSystem::normal_product(const VectorXd& u) const {
-  VectorXd product = VectorXd::Zero(size());
+VectorXd RangeSystem::product(const VectorXd& u) const {
+  VectorXd result = VectorXd::Zero(size());
   for (const Group& group : groups_) {
     const auto count = static_cast<Index>(group.members.size());
     VectorXd here(count + 1);
     for (Index i = 0; i < count; ++i) here[i] = u[group.members[at(i)]];
     here[count] = forces_.common ? u[forces_.size()] : 0;
     const VectorXd sum = group.scaled.transpose() * (group.scaled * here);
-    for (Index i = 0; i < count; ++i) product[group.members[at(i)]] = sum[i];
-    if (forces_.common) product[forces_.size()] += sum[count];
+    for (Index i = 0; i < count; ++i) result[group.members[at(i)]] = sum[i];
+    if (forces_.common) result[forces_.size()] += sum[count];
   }
-  project(product);
-  return product;
-}
-
-VectorXd RangeSystem::solve(const VectorXd& right) const {
-  return refined_solution(
-      right,
-      [this](const VectorXd& rest) {
-        VectorXd u = solve_once(rest);
-        project(u);
-        return u;
-      },
-      [this](const VectorXd& u) { return normal_product(u); });
+  project(result);
+  return result;
 }
 
 VectorXd RangeSystem::point(const VectorXd& u) const {

@@ -37,7 +37,8 @@ class RangeSystem final : public NewtonSystem {
   Eigen::VectorXd multiply(const Eigen::VectorXd& u) const override;
   Eigen::VectorXd multiply_transposed(const Eigen::VectorXd& z) const override;
   bool factor(const NtScaling& scaling) override;
-  Eigen::VectorXd solve(const Eigen::VectorXd& right) const override;
+  Eigen::VectorXd solve_once(const Eigen::VectorXd& right) const override;
+  Eigen::VectorXd product(const Eigen::VectorXd& u) const override;
   Eigen::VectorXd point(const Eigen::VectorXd& u) const override;
 
  private:
@@ -60,8 +61,6 @@ class RangeSystem final : public NewtonSystem {
   std::span<const Term> terms_of(Eigen::Index first, Eigen::Index count) const;
   void scale_group(Group& group, const NtScaling& scaling) const;
   void project(Eigen::VectorXd& u) const;
-  Eigen::VectorXd normal_product(const Eigen::VectorXd& u) const;
-  Eigen::VectorXd solve_once(const Eigen::VectorXd& right) const;
 
   Eigen::Index forces_count() const { return forces_.factor.rows(); }
 

@@ -50,17 +50,17 @@ bool VariableSystem::factor(const NtScaling& scaling) {
   return true;
 }
 
-VectorXd VariableSystem::solve(const VectorXd& right) const {
+VectorXd VariableSystem::solve_once(const VectorXd& right) const {
   const auto triangle = root_.triangularView<Eigen::Upper>();
-  const VectorXd u = refined_solution(
-      size_.cwiseProduct(right),
-      [&](VectorXd rest) {
-        triangle.transpose().solveInPlace(rest);
-        triangle.solveInPlace(rest);
-        return rest;
-      },
-      [&](const VectorXd& v) { return VectorXd(scaled_.transpose() * (scaled_ * v)); });
+  VectorXd u = size_.cwiseProduct(right);
+  triangle.transpose().solveInPlace(u);
+  triangle.solveInPlace(u);
   return size_.cwiseProduct(u);
+}
+
+VectorXd VariableSystem::product(const VectorXd& u) const {
+  const VectorXd v = size_.cwiseInverse().cwiseProduct(u);
+  return size_.cwiseInverse().cwiseProduct(scaled_.transpose() * (scaled_ * v));
 }
 
 }  // namespace sdpsol::cones

@@ -20,7 +20,8 @@ class VariableSystem final : public NewtonSystem {
     return matrix_.transpose() * z;
   }
   bool factor(const NtScaling& scaling) override;
-  Eigen::VectorXd solve(const Eigen::VectorXd& right) const override;
+  Eigen::VectorXd solve_once(const Eigen::VectorXd& right) const override;
+  Eigen::VectorXd product(const Eigen::VectorXd& u) const override;
   Eigen::VectorXd point(const Eigen::VectorXd& u) const override { return u; }
 
  private:
