@@ -21,7 +21,6 @@ using testing::Form;
 using testing::kOne;
 using testing::matrix;
 using testing::matrix_at;
-using testing::matrix_of;
 using testing::Numbers;
 using testing::row;
 using Kind = Part::Kind;
