@@ -27,9 +27,11 @@ void apply(double eta, double sign, const VectorXd& w, Eigen::Ref<VectorXd> v) {
   v *= eta;
 }
 
-/// v := a * v * a' as packed matrices.
-void apply(const MatrixXd& a, Eigen::Ref<VectorXd> v) {
-  pack(a * unpack(v, a.rows()) * a.transpose(), v);
+/// a * v * a' as packed matrices.
+VectorXd conjugated(const MatrixXd& a, const Eigen::Ref<const VectorXd>& v) {
+  VectorXd result(v.size());
+  pack(a * unpack(v, a.rows()) * a.transpose(), result);
+  return result;
 }
 
 }  // namespace
@@ -116,7 +118,7 @@ void NtScaling::scale(VectorXd& v) const {
     if (part.is_second_order()) {
       apply(second_order_[p].eta, 1, second_order_[p].w, piece);
     } else {
-      apply(dense_[p].r.transpose(), piece);
+      piece = conjugated(dense_[p].r.transpose(), piece);
     }
   }
 }
@@ -129,7 +131,7 @@ void NtScaling::scale_transposed(VectorXd& v) const {
     if (part.is_second_order()) {
       apply(second_order_[p].eta, 1, second_order_[p].w, piece);
     } else {
-      apply(dense_[p].r, piece);
+      piece = conjugated(dense_[p].r, piece);
     }
   }
 }
@@ -142,7 +144,7 @@ void NtScaling::unscale(VectorXd& v) const {
     if (part.is_second_order()) {
       apply(1 / second_order_[p].eta, -1, second_order_[p].w, piece);
     } else {
-      apply(dense_[p].inverse.transpose(), piece);
+      piece = conjugated(dense_[p].inverse.transpose(), piece);
     }
   }
 }
@@ -164,12 +166,12 @@ void NtScaling::unscale_transposed(std::size_t p, Eigen::Ref<MatrixXd> columns) 
     return;
   }
   if (columns.cols() <= part.dimension) {
-    for (auto column : columns.colwise()) apply(dense_[p].inverse, column);
+    for (auto column : columns.colwise()) column = conjugated(dense_[p].inverse, column);
     return;
   }
   // As one matrix, which is found with as many applications as it has columns.
   MatrixXd map = MatrixXd::Identity(part.dimension, part.dimension);
-  for (auto column : map.colwise()) apply(dense_[p].inverse, column);
+  for (auto column : map.colwise()) column = conjugated(dense_[p].inverse, column);
   columns = map * columns;
 }
 

@@ -117,22 +117,16 @@ void RangeSystem::find_groups() {
 VectorXd RangeSystem::multiply(const VectorXd& u) const {
   VectorXd s = forces_.common ? VectorXd(forces_.common_column * u[forces_.size()])
                               : VectorXd(VectorXd::Zero(layout_.dimension));
-  const auto& [terms, starts] = forces_.linear;
   for (Index i = 0; i < layout_.dimension; ++i) {
-    for (std::size_t t = starts[at(i)]; t < starts[at(i + 1)]; ++t) {
-      s[i] += terms[t].value * u[terms[t].unknown];
-    }
+    for (const Term& t : terms_of(i, 1)) s[i] += t.value * u[t.unknown];
   }
   return s;
 }
 
 VectorXd RangeSystem::multiply_transposed(const VectorXd& z) const {
   VectorXd u = VectorXd::Zero(size());
-  const auto& [terms, starts] = forces_.linear;
   for (Index i = 0; i < layout_.dimension; ++i) {
-    for (std::size_t t = starts[at(i)]; t < starts[at(i + 1)]; ++t) {
-      u[terms[t].unknown] += terms[t].value * z[i];
-    }
+    for (const Term& t : terms_of(i, 1)) u[t.unknown] += t.value * z[i];
   }
   if (forces_.common) u[forces_.size()] = forces_.common_column.dot(z);
   project(u);
@@ -148,13 +142,12 @@ void RangeSystem::project(VectorXd& u) const {
 /// The coordinates of a group as they depend on its members and on t, scaled.
 void RangeSystem::scale_group(Group& group, const NtScaling& scaling) const {
   const auto count = static_cast<Index>(group.members.size());
-  const auto& [terms, starts] = forces_.linear;
   Index height = static_cast<Index>(group.rows.size());
   for (const std::size_t p : group.parts) height += layout_.parts[p].dimension;
   group.scaled.setZero(std::max(height, count + 1), count + 1);
   const auto fill = [&](Index to, Index coordinate, double weight) {
-    for (std::size_t t = starts[at(coordinate)]; t < starts[at(coordinate + 1)]; ++t) {
-      group.scaled(to, place_[at(terms[t].unknown)]) = weight * terms[t].value;
+    for (const Term& t : terms_of(coordinate, 1)) {
+      group.scaled(to, place_[at(t.unknown)]) = weight * t.value;
     }
     group.scaled(to, count) = weight * forces_.common_column[coordinate];
   };

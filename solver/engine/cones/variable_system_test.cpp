@@ -88,20 +88,5 @@ TEST(VariableSystem, UnknownsThatMakeNoDifferenceBesideOthersStayFinite) {
   EXPECT_NEAR(solution.sum(), 3, 1e-6);
 }
 
-TEST(RefinedSolution, GainsTheDigitsThatASolverLacks) {
-  // A solver that is wrong by a hundredth.
-  const VectorXd right = VectorXd::LinSpaced(5, 1, 2);
-  const auto solve = [](const VectorXd& v) { return VectorXd(0.99 * v); };
-  const auto product = [](const VectorXd& v) { return v; };
-  EXPECT_LE((refined_solution(right, solve, product) - right).norm(), 1e-11);
-}
-
-TEST(RefinedSolution, KeepsTheFirstWhereMorePassesMakeItWorse) {
-  const VectorXd right = VectorXd::Ones(3);
-  const auto solve = [](const VectorXd& v) { return VectorXd(-2 * v); };
-  const auto product = [](const VectorXd& v) { return v; };
-  EXPECT_EQ(refined_solution(right, solve, product), VectorXd(-2 * right));
-}
-
 }  // namespace
 }  // namespace sdpsol::cones
