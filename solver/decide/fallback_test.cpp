@@ -74,9 +74,9 @@ Problem smallest_eigenvalue() {
 }
 const double kSmallest = (5 - std::sqrt(5.0)) / 2;
 
-/// x > 2 beside it
+/// x > 1.5 beside it: more than the matrix allows, and less than its diagonal does
 Problem contradiction() {
-  return some_matrix().row(kStrict, {-2, {{0, 1}}}).build();
+  return some_matrix().row(kStrict, {-1.5, {{0, 1}}}).build();
 }
 
 double gap(const Outcome& outcome) {
@@ -193,7 +193,7 @@ TEST(Fallback, IsNotHeardWhereItSaysLess) {
 TEST(Fallback, WhereNeitherDecidesTheFirstHasTheWord) {
   TestEngine first("first", Skill::kUnsuited);
   TestEngine fallback("fallback", Skill::kUnable);
-  const Outcome outcome = decide_with_fallback(smallest_eigenvalue(), first, fallback, {});
+  const Outcome outcome = decide_with_fallback(contradiction(), first, fallback, {});
   EXPECT_EQ(outcome.verdict, Verdict::kUndetermined);
   EXPECT_EQ(outcome.reason, "the engine is not made for such problems");
   EXPECT_EQ(outcome.engine, "first");
@@ -204,10 +204,10 @@ TEST(Fallback, IsNotAskedForWhatItHasSaidAlready) {
   TestEngine fast("fast", Skill::kUnsuited);
   TestEngine general("general", Skill::kUnable);
   AutoEngine engine(fast, general);
-  const Outcome alone = decide(smallest_eigenvalue(), engine, {});
+  const Outcome alone = decide(contradiction(), engine, {});
   const int runs = general.runs;
   general.runs = 0;
-  const Outcome outcome = decide_with_fallback(smallest_eigenvalue(), engine, general, {});
+  const Outcome outcome = decide_with_fallback(contradiction(), engine, general, {});
   EXPECT_EQ(outcome.verdict, Verdict::kUndetermined);
   EXPECT_EQ(outcome.engine, "general");
   EXPECT_EQ(outcome.fallbacks, 0);

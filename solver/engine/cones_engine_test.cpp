@@ -127,6 +127,35 @@ TEST(ConesEngine, NumbersThatAreNotFiniteAreTrouble) {
   }
 }
 
+TEST(ConesEngine, EquationsThatAreNotNumbersAreTrouble) {
+  for (const double odd : {std::nan(""), HUGE_VAL}) {
+    ConeProgram program =
+        testing::program({1, 0}, {row({{kOne, -1}, {1, 1}}), row({{kOne, 10}, {0, 1}})});
+    program.equations = {row({{kOne, -4}, {0, odd}, {1, 1}})};
+    const Candidate candidate = solved(program);
+    EXPECT_EQ(candidate.reason, StopReason::kTrouble);
+    EXPECT_EQ(candidate.last.point.size(), 2U);
+    EXPECT_EQ(candidate.last.multipliers.size(), 2U);
+    program.equations = {row({{kOne, odd}, {0, 1}, {1, 1}})};
+    EXPECT_EQ(solved(program).reason, StopReason::kTrouble);
+  }
+}
+
+TEST(ConesEngine, RowsOfConstantsAreInNobodysWay) {
+  const auto bound = row({{kOne, 1}, {0, -1}});
+  const ConeProgram constant = testing::program({1}, {bound, row({{kOne, 2}})});
+  expect_optimal(constant, solved(constant));
+  const ConeProgram nothing = testing::program({1}, {row({}), bound});
+  expect_optimal(nothing, solved(nothing));
+}
+
+TEST(ConesEngine, WithoutAnObjectiveItFindsAPointInside) {
+  const ConeProgram program = testing::program({0}, {row({{kOne, 1}, {0, -1}}), row({{0, 1}})});
+  const Candidate candidate = solved(program);
+  EXPECT_EQ(candidate.reason, StopReason::kConverged);
+  EXPECT_GT(testing::room_at(program, candidate.last.point), 0.1);
+}
+
 TEST(ConesEngine, LeavesLargeDenseBlocksToOthers) {
   Numbers numbers(2);
   const auto block = [&](std::int32_t order) {

@@ -150,12 +150,13 @@ TEST(NtScaling, MapsColumnsAsItMapsVectors) {
   }
 }
 
-/// Whether there is a scaling with v as the point, and as the multiplier.
+/// No scaling, with v as the point, as the multiplier, or as both.
 void expect_none(const VectorXd& v, const char* what) {
   const VectorXd e = unit(mixture());
   NtScaling scaling(mixture());
   EXPECT_FALSE(scaling.update(v, e)) << what;
   EXPECT_FALSE(scaling.update(e, v)) << what;
+  EXPECT_FALSE(scaling.update(v, v)) << what;
 }
 
 TEST(NtScaling, ThereIsNoneOnTheBorderOrOutside) {
