@@ -17,8 +17,8 @@
 namespace sdpsol {
 namespace {
 
-// A gap to the bound that no second engine is asked to narrow.
-constexpr double kGoodGap = 1e-6;
+// A gap to the bound that no second engine is asked to narrow: what is tolerated by default.
+constexpr double kGoodGap = 4.4e-6;
 constexpr const char* kContradiction = "the conditions contradict each other";
 
 Outcome infeasible(std::string reason, Proof proof, int iterations) {
@@ -81,7 +81,6 @@ Outcome feasible(const Problem& problem, const Optimum& optimum, std::vector<dou
   outcome.bound = optimum.bound;
   outcome.bound_reach = optimum.bound_reach;
   outcome.limited_by_box = optimum.limited_by_box;
-  outcome.converged = optimum.converged;
   return outcome;
 }
 
@@ -206,24 +205,33 @@ double relative_gap(const Outcome& outcome) {
   return (*outcome.bound - value) / std::max(1.0, std::fabs(value));
 }
 
+bool all_strict(const Problem& problem) {
+  return std::all_of(problem.blocks.begin(), problem.blocks.end(),
+                     [](const Block& block) { return block.sense == Sense::kStrict; });
+}
+
 /// True if another engine may say more.
-bool leaves_something_open(const Outcome& outcome) {
+bool leaves_something_open(const Problem& problem, const Outcome& outcome) {
   switch (outcome.verdict) {
     case Verdict::kInfeasible:
       return false;
     case Verdict::kUndetermined:
-      return outcome.certificate.empty();  // else it is a claim, and proven
+      // A claim that is proven is an answer; but what is not strict needs no room.
+      return outcome.certificate.empty() || (outcome.reason == kNoRoomLeft && !all_strict(problem));
     case Verdict::kFeasible:
-      // Where the engine is content, the gap is one of the proof's, not of the point's.
-      return outcome.objective && !outcome.converged && !(relative_gap(outcome) <= kGoodGap);
+      return outcome.objective && !(relative_gap(outcome) <= kGoodGap);
   }
   return true;
 }
 
-/// Of one problem: `first` is kept only for a verdict that `second` does not better.
+/// Whether `first` stays the answer to a problem of which `second` says so much.
 bool is_kept(const Outcome& first, const Outcome& second) {
-  if (first.verdict == Verdict::kUndetermined) return false;
-  return second.verdict == Verdict::kUndetermined || relative_gap(first) <= relative_gap(second);
+  if (first.verdict == Verdict::kUndetermined) {
+    return !first.certificate.empty() && second.verdict == Verdict::kUndetermined &&
+           second.certificate.empty();
+  }
+  if (second.verdict != Verdict::kFeasible) return true;
+  return !(relative_gap(second) <= relative_gap(first) / 2);
 }
 
 }  // namespace
@@ -237,7 +245,7 @@ Outcome decide(const Problem& problem, Engine& engine, const Limits& limits) {
 Outcome decide_with_fallback(const Problem& problem, Engine& first, Engine& fallback,
                              const Limits& limits) {
   Outcome outcome = decide(problem, first, limits);
-  if (!leaves_something_open(outcome) || outcome.engine == fallback.name()) return outcome;
+  if (!leaves_something_open(problem, outcome) || outcome.engine == fallback.name()) return outcome;
   Outcome second = decide(problem, fallback, limits);
   const int iterations = outcome.iterations + second.iterations;
   if (!is_kept(outcome, second)) outcome = std::move(second);

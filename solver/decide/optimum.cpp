@@ -79,7 +79,6 @@ class Maximisation {
       }
       const Candidate candidate = solve(program);
       optimum_.unbounded = candidate.reason == StopReason::kUnbounded;
-      optimum_.converged = candidate.reason == StopReason::kConverged;
       if (problem_.boxed && box_what_left()) continue;
       if (optimum_.interior.empty() && candidate.reason == StopReason::kInfeasible) {
         optimum_.ray = program.multipliers(candidate.last, Program::Keep::kEnough);

@@ -21,7 +21,6 @@ struct Optimum {
   /// If the engine believes that there is no point: the multipliers that say so.
   std::vector<Multiplier> ray;
   bool unbounded = false;  ///< the engine believes that the objective has no bound
-  bool converged = false;  ///< the engine believes that it cannot be better
   int iterations = 0;
 };
 

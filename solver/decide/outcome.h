@@ -30,8 +30,6 @@ struct Outcome {
   /// a box that may leave others, and is infinite where it does not.
   double bound_reach = 0;
   bool limited_by_box = false;
-  /// With an objective: the engine went on until it could do no better.
-  bool converged = false;
   /// The weights that prove the claim: kInfeasible, or kUndetermined for one of the
   /// reasons that are claims themselves. Empty where a single condition is false.
   std::vector<Multiplier> certificate;
