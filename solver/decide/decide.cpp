@@ -17,8 +17,10 @@
 namespace sdpsol {
 namespace {
 
-// A gap to the bound that no second engine is asked to narrow: what is tolerated by default.
-constexpr double kGoodGap = 4.4e-6;
+// A gap to the bound that no second engine is asked to narrow.
+constexpr double kGoodGap = 1e-6;
+// So few unknowns take an engine milliseconds.
+constexpr std::int32_t kQuicklyAsked = 60;
 constexpr const char* kContradiction = "the conditions contradict each other";
 
 Outcome infeasible(std::string reason, Proof proof, int iterations) {
@@ -205,19 +207,16 @@ double relative_gap(const Outcome& outcome) {
   return (*outcome.bound - value) / std::max(1.0, std::fabs(value));
 }
 
-bool all_strict(const Problem& problem) {
-  return std::all_of(problem.blocks.begin(), problem.blocks.end(),
-                     [](const Block& block) { return block.sense == Sense::kStrict; });
-}
-
 /// True if another engine may say more.
 bool leaves_something_open(const Problem& problem, const Outcome& outcome) {
   switch (outcome.verdict) {
     case Verdict::kInfeasible:
       return false;
     case Verdict::kUndetermined:
-      // A claim that is proven is an answer; but what is not strict needs no room.
-      return outcome.certificate.empty() || (outcome.reason == kNoRoomLeft && !all_strict(problem));
+      // That there is no room, or nothing in the box, is an answer where it is proven. What
+      // is not strict may hold without room, and a contradiction may need no box: whoever
+      // can be asked quickly is asked.
+      return outcome.certificate.empty() || problem.unknowns <= kQuicklyAsked;
     case Verdict::kFeasible:
       return outcome.objective && !(relative_gap(outcome) <= kGoodGap);
   }
@@ -226,12 +225,16 @@ bool leaves_something_open(const Problem& problem, const Outcome& outcome) {
 
 /// Whether `first` stays the answer to a problem of which `second` says so much.
 bool is_kept(const Outcome& first, const Outcome& second) {
-  if (first.verdict == Verdict::kUndetermined) {
-    return !first.certificate.empty() && second.verdict == Verdict::kUndetermined &&
-           second.certificate.empty();
+  switch (second.verdict) {
+    case Verdict::kUndetermined:
+      return first.verdict != Verdict::kUndetermined || !first.certificate.empty();
+    case Verdict::kInfeasible:
+      return false;
+    case Verdict::kFeasible:
+      return first.verdict == Verdict::kFeasible &&
+             !(relative_gap(second) <= relative_gap(first) / 2);
   }
-  if (second.verdict != Verdict::kFeasible) return true;
-  return !(relative_gap(second) <= relative_gap(first) / 2);
+  return true;
 }
 
 }  // namespace

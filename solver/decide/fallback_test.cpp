@@ -119,19 +119,23 @@ TEST(Fallback, DecidesWhatTheFirstCouldNot) {
   }
 }
 
-TEST(Fallback, IsNotAskedWhereItIsProvenThatNothingCanBeDecided) {
+TEST(Fallback, IsNotAskedAboutMuchWhereItIsProvenThatNothingCanBeDecided) {
   // 0.999999 < x < 1: borderline; and x > 20000: not in the box
-  const Problem borderline =
-      ProblemBuilder(1).row(kStrict, {1, {{0, -1}}}).row(kStrict, {-0.999999, {{0, 1}}}).build();
-  const Problem empty_box = ProblemBuilder(1).row(kStrict, {-20000, {{0, 1}}}).build();
-  for (const Problem& problem : {borderline, empty_box}) {
-    TestEngine first("first", Skill::kSound);
-    TestEngine fallback("fallback", Skill::kSound);
-    const Outcome outcome = decide_with_fallback(problem, first, fallback, {});
-    EXPECT_EQ(outcome.verdict, Verdict::kUndetermined);
-    EXPECT_FALSE(outcome.certificate.empty());
-    EXPECT_EQ(outcome.fallbacks, 0);
-    EXPECT_EQ(fallback.runs, 0);
+  for (const int others : {0, 100}) {
+    ProblemBuilder borderline(1 + others);
+    borderline.row(kStrict, {1, {{0, -1}}}).row(kStrict, {-0.999999, {{0, 1}}});
+    ProblemBuilder empty_box(1 + others);
+    empty_box.row(kStrict, {-20000, {{0, 1}}});
+    for (ProblemBuilder* builder : {&borderline, &empty_box}) {
+      for (int k = 1; k <= others; ++k) builder->row(kStrict, {1, {{k, 1}}});
+      TestEngine first("first", Skill::kSound);
+      TestEngine fallback("fallback", Skill::kUnable);
+      const Outcome outcome = decide_with_fallback(builder->build(), first, fallback, {});
+      EXPECT_EQ(outcome.verdict, Verdict::kUndetermined);
+      EXPECT_FALSE(outcome.certificate.empty());
+      EXPECT_EQ(outcome.engine, "first");
+      EXPECT_EQ(outcome.fallbacks, others == 0 ? 1 : 0);
+    }
   }
 }
 

@@ -8,6 +8,7 @@
 #include "solver/check/infeasible.h"
 #include "solver/decide/decide.h"
 #include "solver/decide/test_random_problems.h"
+#include "solver/engine/auto_engine.h"
 #include "solver/engine/cones_engine.h"
 #include "solver/engine/csdp_engine.h"
 #include "solver/problem/noise.h"
@@ -22,8 +23,10 @@ class RandomProblemsTest : public ::testing::TestWithParam<std::string> {
  protected:
   Outcome decided(const Problem& problem) { return decide(problem, *engine_, {}); }
 
+  std::unique_ptr<Engine> cones_ = make_cones_engine();
+  std::unique_ptr<Engine> csdp_ = make_csdp_engine();
   std::unique_ptr<Engine> engine_ =
-      GetParam() == "cones" ? make_cones_engine() : make_csdp_engine();
+      GetParam() == "auto" ? std::make_unique<AutoEngine>(*cones_, *csdp_) : make_csdp_engine();
 };
 
 TEST_P(RandomProblemsTest, PlantedPointsAreFound) {
@@ -85,7 +88,7 @@ TEST_P(RandomProblemsTest, OtherUnitsChangeNoVerdict) {
   EXPECT_GE(same, asked - 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(Engine, RandomProblemsTest, ::testing::Values("cones", "csdp"),
+INSTANTIATE_TEST_SUITE_P(Engine, RandomProblemsTest, ::testing::Values("auto", "csdp"),
                          [](const auto& tested) { return tested.param; });
 
 }  // namespace

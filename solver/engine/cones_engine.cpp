@@ -12,8 +12,6 @@ namespace {
 
 // With fewer unknowns dense normal equations are found faster than any structure.
 constexpr std::int32_t kManyUnknowns = 30;
-// Larger matrices are not even looked at for being second-order cones.
-constexpr std::int32_t kLargestMatrix = 64;
 
 /// Nothing where none is expected to be fast.
 std::unique_ptr<cones::NewtonSystem> system_for(const cones::Layout& layout,
@@ -29,8 +27,15 @@ std::unique_ptr<cones::NewtonSystem> system_for(const cones::Layout& layout,
   return std::make_unique<cones::VariableSystem>(layout, objective);
 }
 
-bool is_small(const cones::Part& part) {
-  return part.is_second_order() || part.order <= kLargestDenseBlock;
+/// Few and small dense blocks.
+bool has_suitable_blocks(const cones::Layout& layout) {
+  int dense = 0;
+  for (const cones::Part& part : layout.parts) {
+    if (part.is_second_order()) continue;
+    if (part.order > kLargestDenseBlock) return false;
+    ++dense;
+  }
+  return dense <= kMostDenseBlocks;
 }
 
 Candidate unsuited(const ConeProgram& program, const std::vector<std::size_t>& offsets) {
@@ -47,9 +52,7 @@ Candidate solve_cones(const ConeProgram& program, const Limits& limits, const Ob
                                     [](const auto& cone) { return cone.size > kLargestMatrix; });
   if (hopeless) return unsuited(program, offsets);
   const cones::Layout layout(program);
-  if (!std::all_of(layout.parts.begin(), layout.parts.end(), is_small)) {
-    return unsuited(program, offsets);
-  }
+  if (!has_suitable_blocks(layout)) return unsuited(program, offsets);
   const std::unique_ptr<cones::NewtonSystem> system = system_for(layout, program.objective);
   if (!system) return unsuited(program, offsets);
   return cones::solve_interior(layout, *system, offsets, limits, observer);

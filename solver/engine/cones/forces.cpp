@@ -17,7 +17,8 @@ constexpr int kMostLocal = 8;
 // Coefficients that differ by less from a multiple of another form's, against the
 // largest, differ by how they were scaled.
 constexpr double kSameForm = 1e-13;
-// Rounding in a sum of some thousand numbers below 1.
+// Rounding in the product of two vectors, one of norm 1 and one of some thousand numbers
+// near 1.
 constexpr double kSameSignature = 1e-11;
 
 template <typename Integer>
@@ -83,8 +84,11 @@ class ForceFinder {
     }
   }
 
-  Forces find() && {
+  std::optional<Forces> find(Index most_left_over) && {
     number_forces();
+    const auto left_over =
+        static_cast<Index>(representatives_.size()) - static_cast<Index>(forces_.wide.size());
+    if (left_over < 0 || left_over > most_left_over) return std::nullopt;
     fill_factor();
     fill_coordinates();
     return std::move(forces_);
@@ -228,8 +232,9 @@ class ForceFinder {
 
 }  // namespace
 
-Forces find_forces(const Layout& layout, const std::vector<double>& objective) {
-  return ForceFinder(layout, objective).find();
+std::optional<Forces> find_forces(const Layout& layout, const std::vector<double>& objective,
+                                  Index most_left_over) {
+  return ForceFinder(layout, objective).find(most_left_over);
 }
 
 }  // namespace sdpsol::cones

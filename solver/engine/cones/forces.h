@@ -31,7 +31,10 @@ struct Forces {
   Eigen::Index size() const { return factor.rows() + static_cast<Eigen::Index>(local.size()); }
 };
 
+/// Nothing if there are fewer forces than wide unknowns, or more beyond them than
+/// `most_left_over`.
 /// Cost: the coefficients, and sorting the coordinates.
-Forces find_forces(const Layout& layout, const std::vector<double>& objective);
+std::optional<Forces> find_forces(const Layout& layout, const std::vector<double>& objective,
+                                  Eigen::Index most_left_over);
 
 }  // namespace sdpsol::cones

@@ -23,7 +23,7 @@ using testing::Numbers;
 using testing::row;
 
 Forces forces_of(const ConeProgram& program) {
-  return find_forces(Layout(program), program.objective);
+  return find_forces(Layout(program), program.objective, 1000).value();
 }
 
 /// `count` rows in two unknowns with the same form, and one more: unknowns 0 and 1 are wide.

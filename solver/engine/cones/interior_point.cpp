@@ -64,7 +64,12 @@ class InteriorPoint {
       }
     }
     // Rounding ends the way of the multipliers before that of the point.
-    if (error() > least_error_) z_ = best_multipliers_;
+    const bool is_at_its_end =
+        candidate.reason == StopReason::kConverged || candidate.reason == StopReason::kTrouble;
+    if (is_at_its_end && error() > least_error_) {
+      z_ = best_multipliers_;
+      measure();
+    }
     candidate.last = iterate();
     return candidate;
   }
@@ -114,6 +119,12 @@ class InteriorPoint {
   double primal_error() const { return primal_residual_.norm() / size_of_constants_; }
   double dual_error() const { return dual_residual_.norm() / size_of_objective_; }
   double relative_gap() const { return gap_ / std::max(std::fabs(value_), kSmallValue); }
+  /// How far G'*z = 0 is from being so, while h'z < 0: together a proof that there is no point.
+  double contradiction_error() const { return bound_ < 0 ? size_of_forces_ / -bound_ : HUGE_VAL; }
+  /// How far G*u is from the cones, while c'u > 0: together there is no end of better points.
+  double ray_error() const {
+    return value_ > 0 ? (s_ - system_.multiply(u_)).norm() / value_ : HUGE_VAL;
+  }
   double error() const { return std::max({primal_error(), dual_error(), relative_gap()}); }
 
   bool is_over(StopReason& reason) {
@@ -121,13 +132,13 @@ class InteriorPoint {
       reason = StopReason::kConverged;
       return true;
     }
-    // c'u = 0 up to what is left, and h'z < 0: no point can be better than nothing.
-    if (bound_ < 0 && size_of_forces_ <= kCertificate * -bound_) {
+    const double without_point = contradiction_error();
+    const double without_end = ray_error();
+    if (without_point <= kCertificate) {
       reason = StopReason::kInfeasible;
       return true;
     }
-    // G*u is in the cones up to what is left, and c'u > 0: there is no end of better points.
-    if (value_ > 0 && (s_ - system_.multiply(u_)).norm() <= kCertificate * value_) {
+    if (without_end <= kCertificate) {
       reason = StopReason::kUnbounded;
       return true;
     }
@@ -135,7 +146,9 @@ class InteriorPoint {
       reason = StopReason::kIterationLimit;
       return true;
     }
-    idle_ = error() < kProgress * least_error_ ? 0 : idle_ + 1;
+    const double nearest = std::min({error(), without_point, without_end});
+    idle_ = nearest < kProgress * nearest_end_ ? 0 : idle_ + 1;
+    nearest_end_ = std::min(nearest_end_, nearest);
     const bool has_turned = least_error_ <= kAccepted && error() > kTurned * least_error_;
     if (error() < least_error_) {
       least_error_ = error();
@@ -218,6 +231,7 @@ class InteriorPoint {
   double size_of_forces_ = 0;  ///< |G'*z|
   int iterations_ = 0;
   int idle_ = 0;
+  double nearest_end_ = HUGE_VAL;  ///< the least of all that is to become 0
   double least_error_ = HUGE_VAL;
   VectorXd best_multipliers_;  ///< where the error was least
 };

@@ -53,6 +53,7 @@ void Form::sort_and_merge() {
     }
   }
   terms.erase(last + 1, terms.end());
+  std::erase_if(terms, [](const Term& t) { return t.value == 0; });
 }
 
 bool are_same(const Form& a, const Form& b) {

@@ -25,7 +25,7 @@ class NewtonSystem {
   virtual Eigen::VectorXd multiply(const Eigen::VectorXd& u) const = 0;
   /// G'*z, projected on the subspace.
   virtual Eigen::VectorXd multiply_transposed(const Eigen::VectorXd& z) const = 0;
-  /// Takes apart H = G'*W^-1*W^-T*G. False if it is singular.
+  /// Takes apart H = G'*W^-1*W^-T*G. False if no good can come of it.
   virtual bool factor(const NtScaling& scaling) = 0;
   /// The u of the subspace with H*u = right in it, as one pass through the factors has it.
   virtual Eigen::VectorXd solve_once(const Eigen::VectorXd& right) const = 0;

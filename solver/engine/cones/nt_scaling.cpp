@@ -56,6 +56,7 @@ void NtScaling::set_identity() {
 
 bool NtScaling::update(const VectorXd& s, const VectorXd& z) {
   const Index rows = layout_.rows;
+  if (!s.allFinite() || !z.allFinite()) return false;
   if (!((s.head(rows).array() > 0).all() && (z.head(rows).array() > 0).all())) return false;
   inverse_rows_ = (z.head(rows).array() / s.head(rows).array()).sqrt();
   lambda_.head(rows) = (s.head(rows).array() * z.head(rows).array()).sqrt();
@@ -81,7 +82,6 @@ bool NtScaling::update_second_order(std::size_t p, const VectorXd& s, const Vect
   scaling.eta = std::sqrt(s_root / z_root);
   const Index tail = part.dimension - 1;
   scaling.w = s_here / s_root;
-  scaling.w[0] += z_here[0] / z_root;
   scaling.w.tail(tail) -= z_here.tail(tail) / z_root;
   scaling.w /= 2 * gamma;
   // Only w1 is taken from the sum: w0 follows from it.

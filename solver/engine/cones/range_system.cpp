@@ -13,6 +13,8 @@ using Eigen::Index;
 using Eigen::MatrixXd;
 using Eigen::VectorXd;
 
+constexpr double kSmallestPivot = 1e-14;
+
 std::size_t at(Index i) {
   return static_cast<std::size_t>(i);
 }
@@ -37,17 +39,18 @@ class Sets {
 
 std::unique_ptr<RangeSystem> RangeSystem::make(const Layout& layout,
                                                const std::vector<double>& objective) {
-  Forces forces = find_forces(layout, objective);
-  const Index left_over = forces.factor.rows() - forces.factor.cols();
-  if (forces.size() == 0 || left_over < 0 || left_over > kMostNullVectors) return nullptr;
-  std::unique_ptr<RangeSystem> system(new RangeSystem(layout, std::move(forces), objective));
+  std::optional<Forces> forces = find_forces(layout, objective, kMostNullVectors);
+  if (!forces || forces->size() == 0) return nullptr;
+  std::unique_ptr<RangeSystem> system(new RangeSystem(layout, *std::move(forces), objective));
   if (!system->factor_.has_full_rank()) return nullptr;
   system->find_objective(objective);
   system->find_groups();
-  const bool small = std::all_of(system->groups_.begin(), system->groups_.end(), [](const auto& g) {
-    return static_cast<Index>(g.members.size()) <= kLargestBlock;
-  });
-  return small ? std::move(system) : nullptr;
+  const bool suitable =
+      std::all_of(system->groups_.begin(), system->groups_.end(), [&](const Group& group) {
+        const auto members = static_cast<Index>(group.members.size());
+        return members <= kLargestBlock && members <= system->height_of(group);
+      });
+  return suitable ? std::move(system) : nullptr;
 }
 
 RangeSystem::RangeSystem(const Layout& layout, Forces forces, const std::vector<double>& objective)
@@ -139,12 +142,17 @@ void RangeSystem::project(VectorXd& u) const {
   x -= null_ * (null_.transpose() * x);
 }
 
+/// Its coordinates.
+Index RangeSystem::height_of(const Group& group) const {
+  auto height = static_cast<Index>(group.rows.size());
+  for (const std::size_t p : group.parts) height += layout_.parts[p].dimension;
+  return height;
+}
+
 /// The coordinates of a group as they depend on its members and on t, scaled.
 void RangeSystem::scale_group(Group& group, const NtScaling& scaling) const {
   const auto count = static_cast<Index>(group.members.size());
-  Index height = static_cast<Index>(group.rows.size());
-  for (const std::size_t p : group.parts) height += layout_.parts[p].dimension;
-  group.scaled.setZero(std::max(height, count + 1), count + 1);
+  group.scaled.setZero(std::max(height_of(group), count + 1), count + 1);
   const auto fill = [&](Index to, Index coordinate, double weight) {
     for (const Term& t : terms_of(coordinate, 1)) {
       group.scaled(to, place_[at(t.unknown)]) = weight * t.value;
@@ -161,8 +169,8 @@ void RangeSystem::scale_group(Group& group, const NtScaling& scaling) const {
   }
 }
 
-// With H = R'*R in every group, Y = R^-T*W and q = R^-T*p, p the column of t, what is left
-// for nu (of W'*x = 0) and t is
+// With H = R'*R in every group, W the null vectors (no scaling here), Y = R^-T*W and
+// q = R^-T*p, p the column of t, what is left for nu (of W'*x = 0) and t is
 //   [ Y'Y   Y'q         ] [nu]
 //   [ q'Y  -(h_tt - q'q)] [t ]
 // R comes from a QR factorisation: its square would lose half of the digits, and h_tt - q'q
@@ -178,7 +186,14 @@ bool RangeSystem::factor(const NtScaling& scaling) {
     const Eigen::HouseholderQR<MatrixXd> qr(group.scaled);
     const MatrixXd& r = qr.matrixQR();
     group.root = r.topLeftCorner(count, count);
-    if (!(group.root.diagonal().cwiseAbs().array() > 0).all()) return false;
+    if (count > 0) {
+      // Members that the cones do not tell apart have pivots that are rounding.
+      const double least = kSmallestPivot * group.root.diagonal().cwiseAbs().maxCoeff();
+      if (!(least > 0)) return false;
+      for (double& pivot : group.root.diagonal()) {
+        if (std::fabs(pivot) < least) pivot = std::copysign(least, pivot);
+      }
+    }
     group.common = r.col(count).head(count);
     common_pivot_ += r(count, count) * r(count, count);
     group.null_part = group.null_rows;

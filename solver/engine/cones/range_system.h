@@ -24,8 +24,8 @@ namespace sdpsol::cones {
 class RangeSystem final : public NewtonSystem {
  public:
   /// Nothing if it does not pay: more than kMostNullVectors left null vectors, unknowns
-  /// that F does not tell apart (see TallFactor::kFullRank), or blocks of more than
-  /// kLargestBlock.
+  /// that F does not tell apart (see TallFactor::kFullRank), blocks of more than
+  /// kLargestBlock, or blocks that are singular by themselves.
   static constexpr Eigen::Index kMostNullVectors = 26;  ///< a wrench and 20 rows |z| <= BIGM
   static constexpr Eigen::Index kLargestBlock = 40;
   /// @param layout must outlive the result.
@@ -59,6 +59,7 @@ class RangeSystem final : public NewtonSystem {
   void find_groups();
   /// E's terms in some coordinates.
   std::span<const Term> terms_of(Eigen::Index first, Eigen::Index count) const;
+  Eigen::Index height_of(const Group& group) const;
   void scale_group(Group& group, const NtScaling& scaling) const;
   void project(Eigen::VectorXd& u) const;
 

@@ -25,7 +25,7 @@ struct Both {
   explicit Both(ConeProgram its_program)
       : program(std::move(its_program)),
         layout(program),
-        forces(find_forces(layout, program.objective)),
+        forces(find_forces(layout, program.objective, 1000).value()),
         variables(layout, program.objective),
         range(RangeSystem::make(layout, program.objective)) {}
 

@@ -5,13 +5,10 @@
 #include "solver/engine/cones/fixed_numbers.h"
 
 namespace sdpsol::cones {
-namespace {
 
 using Eigen::Index;
 using Eigen::MatrixXd;
 using Eigen::VectorXd;
-
-}  // namespace
 
 TallFactor::TallFactor(MatrixXd f) : more_rows_(f.rows() - f.cols()) {
   const Index n = f.cols();
