@@ -197,7 +197,9 @@ bool RangeSystem::factor(const NtScaling& scaling) {
     group.common = r.col(count).head(count);
     common_pivot_ += r(count, count) * r(count, count);
     group.null_part = group.null_rows;
-    group.root.triangularView<Eigen::Upper>().transpose().solveInPlace(group.null_part);
+    if (group.null_part.size() > 0) {
+      group.root.triangularView<Eigen::Upper>().transpose().solveInPlace(group.null_part);
+    }
     square.noalias() += group.null_part.transpose() * group.null_part;
     null_common_.noalias() += group.null_part.transpose() * group.common;
   }
