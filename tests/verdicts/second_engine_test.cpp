@@ -2,6 +2,8 @@
 // that the general engine alone is good for.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <string>
 
@@ -54,6 +56,34 @@ TEST(SecondEngine, IsAskedForABoundThatIsNotAttained) {
       "minimize o = x;");
   ASSERT_EQ(outcome.verdict, Verdict::kFeasible) << outcome.reason;
   EXPECT_LE(gap_of(outcome), 4.4e-6);
+}
+
+// Limited by BIGM alone, in units far apart: the first engine is content with an objective
+// that is some millionths behind.
+TEST(SecondEngine, IsAskedWhereTheFirstIsContentWithLess) {
+  const Outcome outcome = decide_text(
+      "variable x0,x1,x2,x5,x6,x7,x8,x9,x10,x11,x13,x14,x15,x16,x17,x18,x19,x20,x21,x22,"
+      "x23,x24,x25,x26,x27,x29;"
+      "1*(-0.266059*x16-1*x22+0.7)>0;"
+      "[1*(0.723056*x23-2.2*x18+4),1*(-0.9*x14-959.4*x13+1.1*x0-6),1*(-0.3*x16+"
+      "0.272*x22-5),1*(-0.292655*x25-4);1*(-0.9*x14-959.4*x13+1.1*x0-6),1*(-276*x13+2),"
+      "1*(0.6*x8-0.784672*x25+0*x21+0),1*(-0.1*x15+2.07*x1+3);1*(-0.3*x16+0.272*x22-5),"
+      "1*(0.6*x8-0.784672*x25+0*x21+0),1*(-2.7*x1+0.448*x11+10),1*(0.722004*x5-5);"
+      "1*(-0.292655*x25-4),1*(-0.1*x15+2.07*x1+3),1*(0.722004*x5-5),1*(0.95*x2+"
+      "0.745197*x11+11)]>0;"
+      "0.2*(1*x19-1.3*x26+1)>0;"
+      "[778*x17+4,-22564*x9-1,1*x20-0;-22564*x9-1,778*x17+4,0;1*x20-0,0,778*x17+4]>0;"
+      "433*x13+0.12*x18+2>=0;"
+      "[-5*x6+0.294*x7-0.29*x2-2,1*x20+2;1*x20+2,0.5*x21-2]>0;"
+      "[0.96*x29+5,-0.455*x18+2;-0.455*x18+2,-1.3*x29+2.5]>0;"
+      "[1*(-0.766*x24+3*x27+8),1*(0*x21-4),1*(-0*x2+14891*x9-2);1*(0*x21-4),1*(-0.2*x11+5),"
+      "1*(0.942499*x21+1);1*(-0*x2+14891*x9-2),1*(0.942499*x21+1),1*(1*x14+2)]>0;"
+      "-0.0589146*x14+0.0488652>=0;"
+      "1*(0.6*x25+2.6*x24+243*x13+2)>=0;"
+      "minimize o = 1*x1-1.5*x5-1623*x9+1*x10-34*x13-1*x16-1885*x17+1*x20+1*x21+1*x22+"
+      "1*x23-0.2*x26+1*x29;");
+  ASSERT_EQ(outcome.verdict, Verdict::kFeasible) << outcome.reason;
+  EXPECT_LE(gap_of(outcome), 1e-6 * std::fabs(*outcome.objective));
 }
 
 }  // namespace
