@@ -86,5 +86,27 @@ TEST(SecondEngine, IsAskedWhereTheFirstIsContentWithLess) {
   EXPECT_LE(gap_of(outcome), 1e-6 * std::fabs(*outcome.objective));
 }
 
+/// As many unknowns as one likes in two rows.
+Problem many_unknowns_in_two_rows(int count) {
+  std::string names;
+  std::string sum;
+  for (int i = 0; i < count; ++i) {
+    const std::string name = "x" + std::to_string(i);
+    names += (i > 0 ? "," : "") + name;
+    sum += (i > 0 ? "+" : "") + name;
+  }
+  const Source source("test.def", "variable " + names + "; " + sum + ">1; " + sum + "<2;");
+  Diagnostics diagnostics;
+  return build_problem(*read_definition(source, diagnostics));
+}
+
+TEST(ConesEngine, FindsAPointHoweverManyUnknownsShareTheRows) {
+  const auto cones = make_cones_engine();
+  EXPECT_EQ(decide(many_unknowns_in_two_rows(20), *cones, {}).verdict, Verdict::kFeasible);
+  const Outcome outcome = decide(many_unknowns_in_two_rows(29), *cones, {});
+  EXPECT_EQ(outcome.verdict, Verdict::kFeasible) << outcome.reason;
+  EXPECT_GT(outcome.iterations, 0);
+}
+
 }  // namespace
 }  // namespace sdpsol::testing
