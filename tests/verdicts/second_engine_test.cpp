@@ -151,5 +151,18 @@ TEST(ChoiceOfEngines, DoesNotMakeAChainMuchSlower) {
   EXPECT_LT(fastest_of_three(problem, true), 2 * fastest_of_three(problem, false) + 0.02);
 }
 
+// Rows that ask for more than BIGM, and matrices that contradict them in any box.
+TEST(SecondEngine, IsAskedWhereAnEmptyBoxIsNotAllThatCanBeProven) {
+  const Outcome outcome = decide_text(
+      "variable z0,z1,z2,z3,z4,z5;"
+      "+0.00086*z1+0.00086*z2+0.00086*z3+0.00086*z4+0.00086*z5>1;"
+      "+-0*z0+-0.000298*z1+-0.000298322*z3+-0.0003*z4+-0.0003*z5>1;"
+      "+0.000257*z1+0*z2+0.00026*z3+0*z4>1;"
+      "[-0.2*z0+-0+3,1*z5+1;1*z5+1,0*z3+2+3]>0;"
+      "[-1*z2+0+3,1*z2+0,-0.3*z4+2;1*z2+0,0.2*z3+1+3,-1*z0+1;-0.3*z4+2,-1*z0+1,1*z0+-1+"
+      "3]>0;");
+  EXPECT_EQ(outcome.verdict, Verdict::kInfeasible) << outcome.reason;
+}
+
 }  // namespace
 }  // namespace sdpsol::testing
