@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <sstream>
 #include <string>
 
 #include "solver/decide/decide.h"
@@ -110,18 +111,18 @@ TEST(ConesEngine, FindsAPointHoweverManyUnknownsShareTheRows) {
 
 /// A chain of small matrices, each of which shares an unknown with the next.
 std::string chain_of(int count) {
-  std::string names;
-  std::string matrices;
-  std::string sum;
+  const auto name = [](int i) { return "x" + std::to_string(i); };
+  std::ostringstream names;
+  std::ostringstream matrices;
+  std::ostringstream sum;
   for (int i = 0; i < count; ++i) {
-    const std::string name = "x" + std::to_string(i);
-    names += (i > 0 ? "," : "") + name;
-    sum += (i % 3 == 0 ? "+" : "-") + name;
+    names << (i > 0 ? "," : "") << name(i);
+    sum << (i % 3 == 0 ? "+" : "-") << name(i);
     if (i + 1 == count) break;
-    const std::string next = "x" + std::to_string(i + 1);
-    matrices += "[2+" + name + "," + next + ";" + next + ",3-" + name + "]>0;";
+    matrices << "[2+" << name(i) << "," << name(i + 1) << ";" << name(i + 1) << ",3-" << name(i)
+             << "]>0;";
   }
-  return "variable " + names + ";" + matrices + "maximize o=" + sum + ";";
+  return "variable " + names.str() + ";" + matrices.str() + "maximize o=" + sum.str() + ";";
 }
 
 double fastest_of_three(const Problem& problem, bool as_the_command) {
