@@ -88,7 +88,7 @@ class ForceFinder {
     number_forces();
     const auto left_over =
         static_cast<Index>(representatives_.size()) - static_cast<Index>(forces_.wide.size());
-    if (left_over < 0 || left_over > most_left_over) return std::nullopt;
+    if (left_over > most_left_over) return std::nullopt;
     fill_factor();
     fill_coordinates();
     return std::move(forces_);

@@ -31,8 +31,7 @@ struct Forces {
   Eigen::Index size() const { return factor.rows() + static_cast<Eigen::Index>(local.size()); }
 };
 
-/// Nothing if there are fewer forces than wide unknowns, or more beyond them than
-/// `most_left_over`.
+/// Nothing if there are more than `most_left_over` forces beyond the wide unknowns.
 /// Cost: the coefficients, and sorting the coordinates.
 std::optional<Forces> find_forces(const Layout& layout, const std::vector<double>& objective,
                                   Eigen::Index most_left_over);

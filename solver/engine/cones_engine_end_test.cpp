@@ -1,8 +1,7 @@
-// What the engine does not do yet as it says.
+// How the engine ends: what a candidate holds, and programs that it cannot solve.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
-#include <chrono>
 #include <cmath>
 
 #include "solver/engine/cones/range_system.h"
@@ -25,7 +24,7 @@ Candidate solved(const ConeProgram& program, const Observer& observer = {}) {
   return make_cones_engine()->solve(program, {}, observer);
 }
 
-TEST(ConesEngineDefect, TheMultipliersOfAnInfeasibleCandidateAreACertificate) {
+TEST(ConesEngineEnd, TheMultipliersOfAnInfeasibleCandidateAreACertificate) {
   // 1 >= |(x, 2)|, in the observer's iterate and in the candidate
   const ConeProgram program =
       testing::program({1}, {arrow(2, {{kOne, 1}}, {{{0, 1}}, {{kOne, 2}}})});
@@ -43,7 +42,7 @@ TEST(ConesEngineDefect, TheMultipliersOfAnInfeasibleCandidateAreACertificate) {
   EXPECT_LE(ratio(candidate.last), 1e-7);
 }
 
-TEST(ConesEngineDefect, TheBoundOfACandidateIsThatOfItsMultipliers) {
+TEST(ConesEngineEnd, TheBoundOfACandidateIsThatOfItsMultipliers) {
   const ConeProgram program =
       testing::program({1}, {matrix(2, {{{kOne, 2}, {0, -1}}, {{kOne, 1}}, {{kOne, 3}, {0, -1}}})});
   const Candidate candidate = solved(program);
@@ -53,7 +52,7 @@ TEST(ConesEngineDefect, TheBoundOfACandidateIsThatOfItsMultipliers) {
   EXPECT_NEAR(infeasible.last.bound, testing::weighed(rows, infeasible.last)[1], 1e-12);
 }
 
-TEST(ConesEngineDefect, TheCandidateIsTheIterateThatTheObserverAccepted) {
+TEST(ConesEngineEnd, TheCandidateIsTheIterateThatTheObserverAccepted) {
   const ConeProgram rows = testing::program({1}, {row({{kOne, -1}, {0, 1}}), row({{0, -1}})});
   int last = 0;
   solved(rows, [&](const Iterate& iterate) {
@@ -71,7 +70,7 @@ TEST(ConesEngineDefect, TheCandidateIsTheIterateThatTheObserverAccepted) {
   }
 }
 
-TEST(ConesEngineDefect, WhatHasNoPointIsTold) {
+TEST(ConesEngineEnd, WhatHasNoPointIsTold) {
   // The reference tells all of them.
   Numbers numbers(9);
   int told = 0;
@@ -85,7 +84,7 @@ TEST(ConesEngineDefect, WhatHasNoPointIsTold) {
 
 /// minimise the sum of l with f_i(z) + l_i >= 0 and |z| <= 1: least where every l_i is -f_i,
 /// the sum of the f_i largest in the box.
-TEST(ConesEngineDefect, AnUnknownOfOneCoordinateIsNoTrouble) {
+TEST(ConesEngineEnd, AnUnknownOfOneCoordinateIsNoTrouble) {
   Numbers numbers(10);
   constexpr std::int32_t kWide = 15;
   constexpr std::int32_t kRows = 20;
@@ -113,7 +112,7 @@ TEST(ConesEngineDefect, AnUnknownOfOneCoordinateIsNoTrouble) {
   EXPECT_NEAR(candidate.last.value, optimum, 1e-6 * optimum);
 }
 
-TEST(ConesEngineDefect, ASizeWithoutHopeIsRefusedAtOnce) {
+TEST(ConesEngineEnd, ASizeWithoutHopeTakesLittleMemory) {
   // 20,000 rows of ten among 4,000 unknowns: 9 MB of coefficients
   constexpr std::int32_t kUnknowns = 4000;
   ConeProgram program = testing::program(std::vector<double>(kUnknowns, 1.0), {});
@@ -130,13 +129,11 @@ TEST(ConesEngineDefect, ASizeWithoutHopeIsRefusedAtOnce) {
     return usage.ru_maxrss / 1024;
   };
   const auto before = peak();
-  const auto start = std::chrono::steady_clock::now();
   EXPECT_EQ(solved(program).reason, StopReason::kUnsuited);
-  const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
-  EXPECT_LE(peak() - before, 100) << "MB, and " << took.count() << " s";
+  EXPECT_LE(peak() - before, 100) << "MB";
 }
 
-TEST(LayoutDefect, TermsThatCancelAreGone) {
+TEST(ConesEngineLayout, TermsThatCancelAreGone) {
   // [t + x, y; y, t - x]: (a - c)/2 is x alone, (a + c)/2 is t alone
   const cones::Layout layout(
       testing::program({0, 0, 0}, {matrix(2, {{{0, 1}, {1, 1}}, {{2, 1}}, {{0, 1}, {1, -1}}})}));

@@ -1,4 +1,4 @@
-// What the fallback takes away.
+// What the fallback must not take away.
 #include <gtest/gtest.h>
 
 #include "solver/decide/decide.h"
@@ -47,7 +47,7 @@ class WithoutPoints final : public Engine {
   std::unique_ptr<Engine> engine_ = make_csdp_engine();
 };
 
-TEST(FallbackDefect, AVerdictIsNotTakenBackBecauseAnotherEngineHasNone) {
+TEST(Fallback, AVerdictIsNotTakenBackBecauseAnotherEngineHasNone) {
   // x >= 0, y >= 0, -x - y >= 0, 1/4 < z < 1: x = y = 0; maximise z
   constexpr Sense kNonStrict = Sense::kNonStrict;
   const Problem problem = ProblemBuilder(3)
