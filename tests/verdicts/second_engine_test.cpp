@@ -7,9 +7,7 @@
 #include <string>
 
 #include "solver/decide/decide.h"
-#include "solver/engine/auto_engine.h"
 #include "solver/engine/cones_engine.h"
-#include "solver/engine/csdp_engine.h"
 #include "solver/language/reader.h"
 #include "solver/problem/structure.h"
 #include "tests/verdicts/decide_text.h"
