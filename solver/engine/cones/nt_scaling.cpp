@@ -1,8 +1,9 @@
 #include "solver/engine/cones/nt_scaling.h"
 
 #include <Eigen/Cholesky>
-#include <Eigen/SVD>
 #include <cmath>
+
+#include "solver/dense/symmetric_eigen.h"
 
 namespace sdpsol::cones {
 namespace {
@@ -94,18 +95,17 @@ bool NtScaling::update_second_order(std::size_t p, const VectorXd& s, const Vect
 
 bool NtScaling::update_dense(std::size_t p, const VectorXd& s, const VectorXd& z) {
   const Part& part = layout_.parts[p];
+  const MatrixXd z_matrix = unpack(z.segment(part.first, part.dimension), part.order);
   const Eigen::LLT<MatrixXd> s_factor(unpack(s.segment(part.first, part.dimension), part.order));
-  const Eigen::LLT<MatrixXd> z_factor(unpack(z.segment(part.first, part.dimension), part.order));
-  if (s_factor.info() != Eigen::Success || z_factor.info() != Eigen::Success) return false;
-  const MatrixXd s_lower = s_factor.matrixL();
-  const MatrixXd z_lower = z_factor.matrixL();
-  const Eigen::JacobiSVD<MatrixXd> svd(z_lower.transpose() * s_lower,
-                                       Eigen::ComputeFullU | Eigen::ComputeFullV);
-  const VectorXd& values = svd.singularValues();
-  if (!(values.minCoeff() > 0)) return false;
-  const VectorXd root = values.cwiseSqrt().cwiseInverse();
-  dense_[p].r = s_lower * svd.matrixV() * root.asDiagonal();
-  dense_[p].inverse = root.asDiagonal() * svd.matrixU().transpose() * z_lower.transpose();
+  if (s_factor.info() != Eigen::Success) return false;
+  const MatrixXd lower = s_factor.matrixL();
+  const SymmetricEigen eigen = symmetric_eigen(lower.transpose() * z_matrix * lower);
+  if (!(eigen.values.minCoeff() > 0)) return false;
+  const VectorXd values = eigen.values.cwiseSqrt();
+  const VectorXd root = values.cwiseSqrt();
+  dense_[p].r = lower * eigen.vectors * root.cwiseInverse().asDiagonal();
+  dense_[p].inverse = root.asDiagonal() * eigen.vectors.transpose();
+  s_factor.matrixL().solveInPlace<Eigen::OnTheRight>(dense_[p].inverse);
   pack(values.asDiagonal(), lambda_.segment(part.first, part.dimension));
   return true;
 }

@@ -3,7 +3,7 @@
 //
 //   row            W = sqrt(s/z)
 //   second-order   W = eta * [w0, w1'; w1, I + w1*w1'/(1 + w0)], symmetric
-//   dense          W*Z = R'*Z*R, from the Cholesky factors of S and Z and one SVD
+//   dense          W*Z = R'*Z*R, from S = L*L' and the eigenvectors of L'*Z*L
 //
 // Sources: Nesterov and Todd, Self-scaled barriers and interior-point methods for convex
 // programming, 1997; in this form Vandenberghe, The CVXOPT linear and quadratic cone

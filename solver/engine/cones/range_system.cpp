@@ -1,10 +1,11 @@
 #include "solver/engine/cones/range_system.h"
 
-#include <Eigen/QR>
 #include <algorithm>
 #include <cmath>
 #include <numeric>
 #include <utility>
+
+#include "solver/dense/triangular_factor.h"
 
 namespace sdpsol::cones {
 namespace {
@@ -184,8 +185,7 @@ bool RangeSystem::factor(const NtScaling& scaling) {
   for (Group& group : groups_) {
     scale_group(group, scaling);
     const auto count = static_cast<Index>(group.members.size());
-    const Eigen::HouseholderQR<MatrixXd> qr(group.scaled);
-    const MatrixXd& r = qr.matrixQR();
+    const MatrixXd r = triangular_factor(group.scaled);
     group.root = r.topLeftCorner(count, count);
     if (count > 0) {
       // Members that the cones do not tell apart have pivots that are rounding.

@@ -1,6 +1,6 @@
 #include "solver/engine/cones/tall_factor.h"
 
-#include <Eigen/QR>
+#include <utility>
 
 #include "solver/engine/cones/fixed_numbers.h"
 
@@ -9,6 +9,24 @@ namespace sdpsol::cones {
 using Eigen::Index;
 using Eigen::MatrixXd;
 using Eigen::VectorXd;
+
+namespace {
+
+/// Independent columns, few of them, made orthonormal.
+/// Method: modified Gram-Schmidt, twice, which is enough (Giraud, Langou, Rozloznik 2005).
+MatrixXd orthonormal(MatrixXd columns) {
+  for (int pass = 0; pass < 2; ++pass) {
+    for (Index j = 0; j < columns.cols(); ++j) {
+      for (Index i = 0; i < j; ++i) {
+        columns.col(j) -= columns.col(i).dot(columns.col(j)) * columns.col(i);
+      }
+      columns.col(j).normalize();
+    }
+  }
+  return columns;
+}
+
+}  // namespace
 
 TallFactor::TallFactor(MatrixXd f) : more_rows_(f.rows() - f.cols()) {
   const Index n = f.cols();
@@ -31,8 +49,7 @@ TallFactor::TallFactor(MatrixXd f) : more_rows_(f.rows() - f.cols()) {
   null.topRows(n) = -m;
   null.bottomRows(more_rows_) =
       MatrixXd::Identity(more_rows_, more_rows_) - shares_.transpose() * m;
-  const Eigen::HouseholderQR<MatrixXd> qr(null);
-  null_base_ = qr.householderQ() * MatrixXd::Identity(f.rows(), more_rows_);
+  null_base_ = orthonormal(std::move(null));
 }
 
 /// (I S)*x

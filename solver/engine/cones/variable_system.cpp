@@ -1,8 +1,9 @@
 #include "solver/engine/cones/variable_system.h"
 
-#include <Eigen/QR>
 #include <algorithm>
 #include <cmath>
+
+#include "solver/dense/triangular_factor.h"
 
 namespace sdpsol::cones {
 namespace {
@@ -42,8 +43,7 @@ bool VariableSystem::factor(const NtScaling& scaling) {
   if (!size_.allFinite()) return false;
   scaled_ *= size_.asDiagonal();
   // The square of R, which the normal equations are, would lose half of the digits.
-  const Eigen::HouseholderQR<MatrixXd> qr(scaled_);
-  root_ = qr.matrixQR().topRows(size());
+  root_ = triangular_factor(scaled_);
   for (double& pivot : root_.diagonal()) {
     if (std::fabs(pivot) < kSmallestPivot) pivot = std::copysign(kSmallestPivot, pivot);
   }
