@@ -12,8 +12,9 @@ namespace sdpsol {
 /// Errors: none; every way in which an engine can give up is kUndetermined.
 Outcome decide(const Problem& problem, Engine& engine, const Limits& limits);
 
-/// Decides with `first`, and again with `fallback` where the first leaves open what the
-/// second may decide, or an optimum that its bound is far from. The better answer counts.
+/// Decides with `first`, and again with `fallback` where nothing could be proven, where the
+/// proven bound is far from the objective, and where all that is proven is a lack of room or
+/// an empty box, if the problem is small. The better answer counts.
 Outcome decide_with_fallback(const Problem& problem, Engine& first, Engine& fallback,
                              const Limits& limits);
 

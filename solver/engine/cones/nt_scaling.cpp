@@ -110,50 +110,23 @@ bool NtScaling::update_dense(std::size_t p, const VectorXd& s, const VectorXd& z
   return true;
 }
 
-void NtScaling::scale(VectorXd& v) const {
-  v.head(layout_.rows).array() /= inverse_rows_.array();
+void NtScaling::map(VectorXd& v, bool inverse, bool transposed) const {
+  auto rows = v.head(layout_.rows).array();
+  if (inverse) {
+    rows *= inverse_rows_.array();
+  } else {
+    rows /= inverse_rows_.array();
+  }
   for (std::size_t p = 0; p < layout_.parts.size(); ++p) {
     const Part& part = layout_.parts[p];
     auto piece = v.segment(part.first, part.dimension);
     if (part.is_second_order()) {
-      apply(second_order_[p].eta, 1, second_order_[p].w, piece);
+      const auto& [eta, w] = second_order_[p];
+      apply(inverse ? 1 / eta : eta, inverse ? -1 : 1, w, piece);
     } else {
-      piece = conjugated(dense_[p].r.transpose(), piece);
+      const MatrixXd& factor = inverse ? dense_[p].inverse : dense_[p].r;
+      piece = transposed ? conjugated(factor, piece) : conjugated(factor.transpose(), piece);
     }
-  }
-}
-
-void NtScaling::scale_transposed(VectorXd& v) const {
-  v.head(layout_.rows).array() /= inverse_rows_.array();
-  for (std::size_t p = 0; p < layout_.parts.size(); ++p) {
-    const Part& part = layout_.parts[p];
-    auto piece = v.segment(part.first, part.dimension);
-    if (part.is_second_order()) {
-      apply(second_order_[p].eta, 1, second_order_[p].w, piece);
-    } else {
-      piece = conjugated(dense_[p].r, piece);
-    }
-  }
-}
-
-void NtScaling::unscale(VectorXd& v) const {
-  v.head(layout_.rows).array() *= inverse_rows_.array();
-  for (std::size_t p = 0; p < layout_.parts.size(); ++p) {
-    const Part& part = layout_.parts[p];
-    auto piece = v.segment(part.first, part.dimension);
-    if (part.is_second_order()) {
-      apply(1 / second_order_[p].eta, -1, second_order_[p].w, piece);
-    } else {
-      piece = conjugated(dense_[p].inverse.transpose(), piece);
-    }
-  }
-}
-
-void NtScaling::unscale_transposed(VectorXd& v) const {
-  v.head(layout_.rows).array() *= inverse_rows_.array();
-  for (std::size_t p = 0; p < layout_.parts.size(); ++p) {
-    const Part& part = layout_.parts[p];
-    unscale_transposed(p, v.segment(part.first, part.dimension));
   }
 }
 

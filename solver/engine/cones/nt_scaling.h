@@ -28,10 +28,10 @@ class NtScaling {
   const Eigen::VectorXd& lambda() const { return lambda_; }
 
   // v := the map applied to v.
-  void scale(Eigen::VectorXd& v) const;               ///< W
-  void scale_transposed(Eigen::VectorXd& v) const;    ///< W'
-  void unscale(Eigen::VectorXd& v) const;             ///< W^-1
-  void unscale_transposed(Eigen::VectorXd& v) const;  ///< W^-T
+  void scale(Eigen::VectorXd& v) const { map(v, false, false); }             ///< W
+  void scale_transposed(Eigen::VectorXd& v) const { map(v, false, true); }   ///< W'
+  void unscale(Eigen::VectorXd& v) const { map(v, true, false); }            ///< W^-1
+  void unscale_transposed(Eigen::VectorXd& v) const { map(v, true, true); }  ///< W^-T
 
   /// W^-T on the columns of the coordinates of one part. @param columns dimension x any.
   void unscale_transposed(std::size_t part, Eigen::Ref<Eigen::MatrixXd> columns) const;
@@ -48,6 +48,7 @@ class NtScaling {
     Eigen::MatrixXd r;
     Eigen::MatrixXd inverse;
   };
+  void map(Eigen::VectorXd& v, bool inverse, bool transposed) const;
   bool update_second_order(std::size_t p, const Eigen::VectorXd& s, const Eigen::VectorXd& z);
   bool update_dense(std::size_t p, const Eigen::VectorXd& s, const Eigen::VectorXd& z);
 
