@@ -10,8 +10,8 @@
 namespace sdpsol {
 namespace {
 
-/// CSDP ends the process over numbers that are not finite, and takes for ever over some
-/// that are merely absurd. Scaled programs hold neither.
+/// No engine gets anywhere with numbers that are not finite or absurd: CSDP even ends the
+/// process over some. Scaled programs hold neither.
 bool has_usable_numbers(const ConeProgram& program) {
   constexpr double kLargest = 1e30;
   auto usable = [](double x) { return std::fabs(x) < kLargest; };
@@ -39,7 +39,8 @@ Candidate solve_compact(const ConeProgram& program, const Limits& limits, const 
     candidate = solve(reduced, limits, lifting);
   }
   candidate.last = compaction.lift(std::move(candidate.last));
-  if (compaction.unbounded()) candidate.reason = StopReason::kUnbounded;
+  const bool tried = candidate.reason != StopReason::kUnsuited;
+  if (tried && compaction.unbounded()) candidate.reason = StopReason::kUnbounded;
   return candidate;
 }
 

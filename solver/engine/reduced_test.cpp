@@ -162,5 +162,16 @@ TEST(SolveReduced, AnUnknownWithoutBoundIsSaidWhateverTheRestComesTo) {
   EXPECT_EQ(candidate.last.point, (std::vector<double>{0, 0, 4}));
 }
 
+TEST(Reduced, WhatWasNotTriedIsNotCalledUnbounded) {
+  ConeProgram program = with_idle_unknowns();
+  program.objective = {1, 0, 1};
+  Recorder recorder;
+  recorder.answer.last.point = {0};
+  recorder.answer.reason = StopReason::kConverged;
+  EXPECT_EQ(recorder.solved(program).reason, StopReason::kUnbounded);
+  recorder.answer.reason = StopReason::kUnsuited;
+  EXPECT_EQ(recorder.solved(program).reason, StopReason::kUnsuited);
+}
+
 }  // namespace
 }  // namespace sdpsol
