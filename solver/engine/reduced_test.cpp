@@ -162,7 +162,7 @@ TEST(SolveReduced, AnUnknownWithoutBoundIsSaidWhateverTheRestComesTo) {
   EXPECT_EQ(candidate.last.point, (std::vector<double>{0, 0, 4}));
 }
 
-TEST(Reduced, WhatWasNotTriedIsNotCalledUnbounded) {
+TEST(SolveReduced, WhatWasNotTriedIsNotCalledUnbounded) {
   ConeProgram program = with_idle_unknowns();
   program.objective = {1, 0, 1};
   Recorder recorder;
