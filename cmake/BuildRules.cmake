@@ -17,7 +17,8 @@ if(SDPSOL_SANITIZE)
   # the sanitizers are to look at.
   target_compile_options(project_rules INTERFACE -fno-omit-frame-pointer
     $<$<NOT:$<BOOL:$<TARGET_PROPERTY:PROJECT_IS_TEST>>>:-fsanitize=address,undefined>
-    $<$<NOT:$<BOOL:$<TARGET_PROPERTY:PROJECT_IS_TEST>>>:-fno-sanitize-recover=all>)
+    $<$<NOT:$<BOOL:$<TARGET_PROPERTY:PROJECT_IS_TEST>>>:-fno-sanitize-recover=all>
+    $<$<CXX_COMPILER_ID:Clang>:-fsanitize-ignorelist=${CMAKE_CURRENT_LIST_DIR}/not_sanitized.txt>)
   target_link_options(project_rules INTERFACE -fsanitize=address,undefined)
 endif()
 
@@ -82,7 +83,7 @@ function(add_project_test name)
     $<$<BOOL:${SDPSOL_SANITIZE}>:SDPSOL_SANITIZE>
     SDPSOL_BIN_DIR="${CMAKE_BINARY_DIR}/bin" SDPSOL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   set_target_properties(${name} PROPERTIES
-    RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests" PROJECT_IS_TEST ON)
+    RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests" PROJECT_IS_TEST ON UNITY_BUILD OFF)
   add_test(NAME ${name} COMMAND ${name})
   # Under the sanitizers the leaks are also those of the commands that it starts.
   set_tests_properties(${name} PROPERTIES TIMEOUT 900 ENVIRONMENT

@@ -12,7 +12,7 @@ namespace {
 
 // How much longer than another projection one must be to count as longer: in a
 // symmetric grasp many are of one length but for rounding.
-constexpr double kTie = 1e-9;
+constexpr double kSameLength = 1e-9;
 
 // The component whose unit vector has the longest projection, the first of several.
 // @param rows what is left of the projector's columns, as rows in some orthonormal base.
@@ -20,7 +20,7 @@ Eigen::Index longest(const Eigen::MatrixXd& rows) {
   const Eigen::VectorXd lengths = rows.rowwise().norm();
   const double most = lengths.maxCoeff();
   Eigen::Index i = 0;
-  while (lengths[i] < most * (1 - kTie)) ++i;
+  while (lengths[i] < most * (1 - kSameLength)) ++i;
   return i;
 }
 

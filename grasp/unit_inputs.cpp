@@ -9,7 +9,7 @@ namespace {
 
 constexpr int kDigits = 6;
 
-double rounded(double value) {
+double to_written_digits(double value) {
   std::array<char, 32> digits;
   const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), value,
                                      std::chars_format::general, kDigits);
@@ -24,8 +24,8 @@ double last_place(double value) {
 }
 
 float rounded_down(double value) {
-  const double nearest = rounded(value);
-  return static_cast<float>(nearest > value ? rounded(nearest - last_place(nearest)) : nearest);
+  const double nearest = to_written_digits(value);
+  return static_cast<float>(nearest > value ? to_written_digits(nearest - last_place(nearest)) : nearest);
 }
 
 float rounded_up(double value) {

@@ -19,7 +19,7 @@ namespace {
 constexpr double kIndependent = 1e-7;
 
 // Cutting matrices of so few rows into pieces costs more than their product.
-constexpr Eigen::Index kSmall = 24;
+constexpr Eigen::Index kSmallGram = 24;
 
 /// Largest s of a few powers of ten with a proven "smallest singular value >= s",
 /// from gram = A*A' known within `error` entry by entry; 0 if there is none.
@@ -35,7 +35,7 @@ double proven_smallest_singular_value(const Eigen::MatrixXd& gram, double error)
 
 /// A*A'.
 Eigen::MatrixXd gram_of(const Eigen::MatrixXd& a) {
-  if (a.rows() <= kSmall) return a.lazyProduct(a.transpose());
+  if (a.rows() <= kSmallGram) return a.lazyProduct(a.transpose());
   Eigen::MatrixXd gram = Eigen::MatrixXd::Zero(a.rows(), a.rows());
   gram.selfadjointView<Eigen::Lower>().rankUpdate(a);
   gram.triangularView<Eigen::StrictlyUpper>() = gram.transpose();

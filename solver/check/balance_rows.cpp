@@ -41,7 +41,7 @@ void for_each_packed(Eigen::Index size, Visitor visit) {
 using Terms = std::span<const AffineTerm>;
 
 // Factors of so few rows are not worth matrices of their own.
-constexpr std::size_t kSmall = 4;
+constexpr std::size_t kFewRows = 4;
 
 /// Adds L' * F * L, term by term: best where F has few.
 void add_term_by_term(const Eigen::MatrixXd& factor, Terms terms, double* to) {
@@ -93,7 +93,7 @@ double add_terms(const Eigen::MatrixXd& factor, const Eigen::VectorXd& norms, Te
     size += (t.row == t.column ? 1 : 2) * std::fabs(t.value) * norms[t.row] * norms[t.column];
   }
   const auto rows = static_cast<std::size_t>(factor.rows());
-  if (terms.size() <= rows || rows <= kSmall) {
+  if (terms.size() <= rows || rows <= kFewRows) {
     add_term_by_term(factor, terms, to);
     return sum_rounding(terms.size()) * size;
   }

@@ -14,7 +14,7 @@
 namespace sdpsol {
 namespace {
 
-constexpr double kIndependent = 1e-9;
+constexpr double kIndependentEquation = 1e-9;
 
 /// The equations in unknowns scaled to unit columns, so that metres and
 /// millimetres give one answer: row e reads sum over k of matrix(e,k) * w_k = -residual,
@@ -115,7 +115,7 @@ std::optional<std::vector<double>> distance_to_solution(const Problem& problem,
                                                         const std::vector<std::size_t>& equations,
                                                         const std::vector<double>& point) {
   const ScaledEquations scaled = scale_equations(problem, equations);
-  const auto [rank, order] = order_columns(scaled.matrix.transpose(), kIndependent);
+  const auto [rank, order] = order_columns(scaled.matrix.transpose(), kIndependentEquation);
 
   bool all_exact = true;
   Eigen::VectorXd residual(scaled.matrix.rows());

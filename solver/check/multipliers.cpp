@@ -9,7 +9,7 @@ namespace sdpsol {
 namespace {
 
 // Cutting matrices of so few rows into pieces costs more than their product.
-constexpr Eigen::Index kSmall = 8;
+constexpr Eigen::Index kSmallFactor = 8;
 
 /// Index of an unknown in lists that begin with the constants.
 std::size_t place(std::int32_t unknown) {
@@ -71,7 +71,7 @@ Weights::Extended Weights::weight(std::size_t b) const {
   const Extended m = middle(b).cast<long double>();
   if (is_equation(b)) return factor * m(0, 0);
   const Extended half = factor * m;
-  if (factor.rows() <= kSmall) return half.lazyProduct(factor.transpose());
+  if (factor.rows() <= kSmallFactor) return half.lazyProduct(factor.transpose());
   Extended y = Extended::Zero(factor.rows(), factor.rows());
   const Eigen::Index entries = factor.rows() * (factor.rows() + 1) / 2;
   if (static_cast<Eigen::Index>(block(b).terms.size()) >= entries) {

@@ -11,7 +11,7 @@
 namespace sdpsol {
 namespace {
 
-constexpr int kMostRounds = 5;
+constexpr int kMostBoxRounds = 5;
 // The relative gap aimed at: people compare the fifth digit.
 constexpr double kGap = 1e-7;
 // An engine that would leave the box stays as far inside of it.
@@ -70,7 +70,7 @@ class Maximisation {
   }
 
   Optimum run() {
-    for (int round = 0; round < kMostRounds; ++round) {
+    for (int round = 0; round < kMostBoxRounds; ++round) {
       const Program program(problem_, selection_, scaling_, Goal::kObjective);
       if (!program.has_unknowns()) {
         optimum_.point = point_of(program, {});

@@ -14,7 +14,7 @@ using Cone = ConeProgram::Cone;
 
 // Coefficients that differ by less, against the largest of their form, differ by how
 // they were scaled.
-constexpr double kSameForm = 1e-13;
+constexpr double kSameDiagonal = 1e-13;
 
 /// An affine function of the unknowns.
 struct Form {
@@ -60,7 +60,7 @@ bool are_same(const Form& a, const Form& b) {
   if (a.terms.size() != b.terms.size()) return false;
   double largest = std::fabs(a.constant);
   for (const Term& t : a.terms) largest = std::max(largest, std::fabs(t.value));
-  const double tolerance = kSameForm * largest;
+  const double tolerance = kSameDiagonal * largest;
   if (!(std::fabs(a.constant - b.constant) <= tolerance)) return false;
   for (std::size_t i = 0; i < a.terms.size(); ++i) {
     if (a.terms[i].unknown != b.terms[i].unknown) return false;

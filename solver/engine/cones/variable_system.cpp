@@ -13,7 +13,7 @@ using Eigen::MatrixXd;
 using Eigen::VectorXd;
 
 // Unknowns that make no difference beside the others have pivots that are rounding.
-constexpr double kSmallestPivot = 1e-14;
+constexpr double kSmallestOwnPivot = 1e-14;
 
 }  // namespace
 
@@ -45,7 +45,7 @@ bool VariableSystem::factor(const NtScaling& scaling) {
   // The square of R, which the normal equations are, would lose half of the digits.
   root_ = triangular_factor(scaled_);
   for (double& pivot : root_.diagonal()) {
-    if (std::fabs(pivot) < kSmallestPivot) pivot = std::copysign(kSmallestPivot, pivot);
+    if (std::fabs(pivot) < kSmallestOwnPivot) pivot = std::copysign(kSmallestOwnPivot, pivot);
   }
   return true;
 }
