@@ -16,7 +16,6 @@
 #include <system_error>
 #include <utility>
 
-#include "grasp/batch/process_end.h"
 #include "host/descriptor.h"
 #include "host/process_end.h"
 
@@ -99,7 +98,7 @@ void serve(const MakeAnswerer& make, int socket, const ScratchFolder& folder) {
 
 }  // namespace
 
-Worker::Worker(const MakeAnswerer& make, const HeldSignals& signals) {
+Worker::Worker(const MakeAnswerer& make, const zelhost::HeldSignals& signals) {
   std::array<int, 2> ends = {};
   if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) fail("socketpair");
   socket_ = zelhost::Descriptor(ends[0]);
@@ -124,7 +123,7 @@ Worker::Worker(const MakeAnswerer& make, const HeldSignals& signals) {
 }
 
 Worker::~Worker() {
-  if (!has_died_) end_group(child_);
+  if (!has_died_) zelhost::end_group(child_);
 }
 
 void Worker::ask(std::string request) {
@@ -172,7 +171,7 @@ std::optional<WorkerReport> Worker::advance() {
 }
 
 WorkerReport Worker::bury() {
-  const int status = end_group(child_);
+  const int status = zelhost::end_group(child_);
   has_died_ = true;
   const zelhost::Descriptor printed(
       open((folder_.path() / kPrintedFile).c_str(), O_RDONLY | O_CLOEXEC));
