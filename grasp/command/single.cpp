@@ -14,6 +14,7 @@
 #include "grasp/picture_svg.h"
 #include "grasp/report_json.h"
 #include "grasp/report_table.h"
+#include "host/progress.h"
 #include "host/standard_output.h"
 
 namespace grasp::command {
@@ -79,6 +80,13 @@ void write_pictures(const SingleOptions& single, const Files& files, const Grasp
   if (files.html) write_whole(*files.html, single.html->string(), draw_html(grasp, answer));
 }
 
+Answer ask(const Road& road, const Grasp& grasp, const Inquiry& inquiry) {
+  const std::size_t count = grasp.contacts.size();
+  const zelhost::Progress progress("\"" + std::string(to_string(inquiry.question)) + "\" of " +
+                                   std::to_string(count) + (count == 1 ? " contact" : " contacts"));
+  return Asker(road).ask(grasp, inquiry);
+}
+
 int answer_it(const SingleOptions& single, const Options& options, const Road& road,
               const fs::path& home) {
   const Files files = files_of(single, home);
@@ -88,7 +96,7 @@ int answer_it(const SingleOptions& single, const Options& options, const Road& r
   const Inquiry inquiry = make_inquiry(grasp, options.asked.question, options.asked.contacts);
   // What the unit prints is no part of the answer.
   const zelhost::ReservedOutput output;
-  const Answer answer = Asker(road).ask(grasp, inquiry);
+  const Answer answer = ask(road, grasp, inquiry);
   write_pictures(single, files, grasp, answer);
   output.write(single.json ? to_text(to_json(grasp, answer, options.times))
                            : to_table(grasp, answer));

@@ -11,11 +11,11 @@
 #include <string_view>
 
 #include "host/command/interrupts.h"
-#include "host/command/progress.h"
 #include "host/command/reports.h"
 #include "host/host.h"
 #include "host/literal.h"
 #include "host/network.h"
+#include "host/progress.h"
 #include "host/standard_output.h"
 #include "host/text.h"
 
@@ -157,8 +157,8 @@ std::optional<std::string> fire(zelhost::Network& network, std::size_t index) {
   const auto& steps = network.steps();
   const Step& step = steps[index];
   try {
-    const Progress progress("[" + std::to_string(index + 1) + "/" + std::to_string(steps.size()) +
-                            "] " + heading(step));
+    const zelhost::Progress progress("[" + std::to_string(index + 1) + "/" +
+                                     std::to_string(steps.size()) + "] " + heading(step));
     network.fire(step);
     return {};
   } catch (const zelhost::MethodError& error) {

@@ -8,6 +8,7 @@
 
 #include "grasp/command/options.h"
 #include "tests/command/manual_page.h"
+#include "tests/support/terminal.h"
 
 namespace {
 
@@ -85,6 +86,15 @@ TEST(GraspCommand, AnswersWhereThereIsNoForce) {
   EXPECT_NE(ended.output.find("INFEASIBLE\n"), std::string::npos);
   EXPECT_NE(ended.output.find("normal force of strong above 5 N"), std::string::npos);
   EXPECT_NE(ended.output.find("normal force of weak below 3 N"), std::string::npos);
+}
+
+TEST(GraspCommand, CountsTheSecondsOfALongSolveOnATerminal) {
+  const std::string solver = "'sleep 1.4; " SDPSOL_BIN_DIR "/sdpsol'";
+  const std::string text = test_support::OnATerminal(SDPSOL_BIN_DIR "/grasp --solver " + solver +
+                                                     " " + kExamples + "pinch.json >/dev/null")
+                               .until_the_end();
+  EXPECT_NE(text.find("\r\"exists\" of 2 contacts  1.1 s "), std::string::npos) << text;
+  EXPECT_EQ(text.substr(text.size() - 4), "\r\033[K");
 }
 
 TEST(GraspCommand, LeavesNothingBehind) {
