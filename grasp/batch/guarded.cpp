@@ -15,14 +15,12 @@
 #include "host/descriptor.h"
 #include "host/held_signals.h"
 #include "host/process_end.h"
+#include "host/program.h"
 
 namespace grasp {
 namespace {
 
 namespace fs = std::filesystem;
-
-// What a file that cannot be written is to the command.
-constexpr int kNoFolder = 3;
 
 void flush_all() {
   std::cout.flush();
@@ -40,17 +38,6 @@ bool wait_for(const zelhost::Descriptor& child, const zelhost::HeldSignals& sign
   }
 }
 
-int be_guarded(const std::function<int(const fs::path& home)>& work, const fs::path& home,
-               const ScratchFolder& folder) {
-  try {
-    folder.enter();
-  } catch (const std::system_error& error) {
-    std::cerr << "grasp: error: " << error.what() << "\n";
-    return kNoFolder;
-  }
-  return work(home);
-}
-
 }  // namespace
 
 int run_guarded(const std::function<int(const fs::path& home)>& work) {
@@ -65,7 +52,10 @@ int run_guarded(const std::function<int(const fs::path& home)>& work) {
     setpgid(0, 0);
     // It is in the background of its terminal, and prints there nevertheless.
     std::signal(SIGTTOU, SIG_IGN);
-    const int status = be_guarded(work, home, folder);
+    const int status = zelhost::report_failures("grasp", [&] {
+      folder.enter();
+      return work(home);
+    });
     flush_all();
     folder.remove();
     _exit(status);

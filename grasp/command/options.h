@@ -10,6 +10,7 @@
 
 #include "grasp/batch/batch.h"
 #include "grasp/question.h"
+#include "host/program.h"
 
 namespace grasp::command {
 
@@ -47,23 +48,7 @@ struct Options {
   std::optional<std::string> solver;
 };
 
-/// How the program ends.
-enum ExitStatus : int {
-  kExitDone = 0,
-  kExitFailed = 1,    ///< a grasp or a question has an error, or the solver gave no answer
-  kExitUsage = 2,     ///< the command line is wrong
-  kExitFile = 3,      ///< a file could not be read or written
-  kExitInternal = 4,  ///< out of memory or an internal error
-};
-
-struct ParsedCommandLine {
-  std::optional<Options> options;  ///< nothing if the program is to end at once
-  ExitStatus status = kExitDone;
-  std::string output;  ///< for standard output: help or version
-  std::string error;   ///< for standard error
-};
-
 /// Reads the command line. Prints nothing, exits never.
-ParsedCommandLine parse_command_line(int argc, const char* const* argv);
+zelhost::ParsedCommandLine<Options> parse_command_line(int argc, const char* const* argv);
 
 }  // namespace grasp::command

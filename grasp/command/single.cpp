@@ -6,7 +6,6 @@
 #include <nlohmann/json.hpp>
 #include <system_error>
 
-#include "grasp/command/failure.h"
 #include "grasp/command/whole_file.h"
 #include "grasp/grasp_file.h"
 #include "grasp/inquiry.h"
@@ -14,6 +13,7 @@
 #include "grasp/picture_svg.h"
 #include "grasp/report_json.h"
 #include "grasp/report_table.h"
+#include "host/program.h"
 #include "host/progress.h"
 #include "host/standard_output.h"
 
@@ -43,14 +43,14 @@ void expect_file(const std::optional<fs::path>& output, const std::string& optio
   const std::string name = output->lexically_normal().string();
   for (const char* const stream : {"/dev/std", "/dev/fd/", "/proc/"})
     if (name.rfind(stream, 0) == 0)
-      throw UsageError(output->string() + ": " + option + " takes the name of a file");
+      throw zelhost::UsageError(output->string() + ": " + option + " takes the name of a file");
 }
 
 void expect_apart(const std::optional<fs::path>& output, const std::string& option,
                   const std::optional<fs::path>& other, const std::string& what,
                   const fs::path& name) {
   if (output && other && same_file(*output, *other))
-    throw UsageError(name.string() + ": " + option + " would be written over " + what);
+    throw zelhost::UsageError(name.string() + ": " + option + " would be written over " + what);
 }
 
 Files files_of(const SingleOptions& single, const fs::path& home) {
@@ -87,8 +87,10 @@ Answer ask(const Road& road, const Grasp& grasp, const Inquiry& inquiry) {
   return Asker(road).ask(grasp, inquiry);
 }
 
-int answer_it(const SingleOptions& single, const Options& options, const Road& road,
-              const fs::path& home) {
+}  // namespace
+
+int answer_single(const SingleOptions& single, const Options& options, const Road& road,
+                  const fs::path& home) {
   const Files files = files_of(single, home);
   const Json document = read_document(single, files);
   const std::string name = files.grasp ? single.grasp : "standard input";
@@ -100,14 +102,7 @@ int answer_it(const SingleOptions& single, const Options& options, const Road& r
   write_pictures(single, files, grasp, answer);
   output.write(single.json ? to_text(to_json(grasp, answer, options.times))
                            : to_table(grasp, answer));
-  return kExitDone;
-}
-
-}  // namespace
-
-int answer_single(const SingleOptions& single, const Options& options, const Road& road,
-                  const fs::path& home) {
-  return report_failures([&] { return answer_it(single, options, road, home); });
+  return zelhost::kExitDone;
 }
 
 }  // namespace grasp::command

@@ -168,8 +168,8 @@ std::optional<std::string> fire(zelhost::Network& network, std::size_t index) {
 
 // @throws Interrupted, with the document or the table ended.
 template <class Printer>
-ExitStatus run_with(Printer& printer, const RunOptions& options, const Folders& plugin_folders,
-                    std::ostream& err) {
+zelhost::ExitStatus run_with(Printer& printer, const RunOptions& options,
+                             const Folders& plugin_folders, std::ostream& err) {
   const zelhost::NetworkFile file = zelhost::read_network(options.network);
   const InterruptWatch interrupts;
   zelhost::Host host;
@@ -194,13 +194,13 @@ ExitStatus run_with(Printer& printer, const RunOptions& options, const Folders& 
   }
   printer.end();
   if (signal != 0) throw Interrupted{signal};
-  return error ? kExitFailed : kExitDone;
+  return error ? zelhost::kExitFailed : zelhost::kExitDone;
 }
 
 }  // namespace
 
-ExitStatus run_network(const RunOptions& options, const Folders& plugin_folders, std::ostream& out,
-                       std::ostream& err) {
+zelhost::ExitStatus run_network(const RunOptions& options, const Folders& plugin_folders,
+                                std::ostream& out, std::ostream& err) {
   if (options.json) {
     Document document;
     return run_with(document, options, plugin_folders, err);

@@ -205,6 +205,15 @@ TEST_F(Zelrun, FindsPluginsBesideTheNetworkAndWhereItIsTold) {
             "zelrun: error: " + folder_.path() + "/p/empty.so: file too short\n");
 }
 
+TEST_F(Zelrun, CallsAMissingPluginAFileThatCannotBeReadUnlessItIsTheNetworkThatNamesIt) {
+  EXPECT_EQ(run_line("$Z list ./nowhere.so").status, 3);
+  network(R"(["General:Run_Sdpsol"])");
+  Json json = Json::parse(content_of(folder_.path("network.json")));
+  json["instances"]["a"]["plugin"] = "./nowhere.so";
+  folder_.file("network.json", json.dump());
+  EXPECT_EQ(run_line("$Z run network.json").status, 1);
+}
+
 TEST_F(Zelrun, ListsThePlugin) {
   const Ended ended = run_line("$Z list sdpsol");
   EXPECT_EQ(ended.status, 0);
