@@ -16,10 +16,6 @@ using grasp::command::Options;
 using grasp::command::RandomOptions;
 using grasp::command::SingleOptions;
 
-grasp::LineQuestion line_question(const Options& options) {
-  return {options.asked.question, options.asked.contacts, options.times};
-}
-
 void print_random(const RandomOptions& options, std::ostream& out) {
   grasp::RandomGrasps grasps(options.seed, options.contacts);
   for (std::uint64_t i = 0; i < options.count; ++i)
@@ -34,7 +30,7 @@ int carry_out(const Options& options) {
     });
   }
   if (const auto* const batch = std::get_if<BatchOptions>(&options.what))
-    return run_batch(*batch, answer_grasps(find_road(options), line_question(options)), std::cerr);
+    return run_batch(*batch, answer_grasps(find_road(options), options.asked), std::cerr);
   print_random(std::get<RandomOptions>(options.what), std::cout);
   return zelhost::kExitDone;
 }

@@ -108,7 +108,7 @@ void add_random(CLI::App& app, Written& written) {
 
 void add_common(CLI::App& app, Written& written) {
   app.add_flag(
-         "--times", written.common.times,
+         "--times", written.common.asked.times,
          "Put times into the results of --json and --batch, which then differ from run to run")
       ->disable_flag_override();
   app.add_option("--plugin", written.common.plugin,
@@ -144,7 +144,7 @@ Options sorted_out(const CLI::App& app, Written& written) {
                    {"--ask", "--contact", "--times", "--plugin", "--solver"});
   if (written.batch.resume && !written.batch.output)
     throw CLI::ValidationError("--resume goes on with the file of -o, which is missing");
-  written.batch.times = written.common.times;
+  written.batch.times = written.common.asked.times;
   written.common.asked.question = questions().at(written.question);
   if (is_batch)
     written.common.what = written.batch;

@@ -9,19 +9,10 @@
 #include <vector>
 
 #include "grasp/batch/batch.h"
-#include "grasp/question.h"
+#include "grasp/batch/grasp_line.h"
 #include "host/program.h"
 
 namespace grasp::command {
-
-/// What is asked, in the words of the user.
-struct Asked {
-  Question question = Question::kExists;
-  /// Names or numbers.
-  std::vector<std::string> contacts;
-
-  friend bool operator==(const Asked&, const Asked&) = default;
-};
 
 /// One grasp.
 struct SingleOptions {
@@ -41,8 +32,7 @@ struct RandomOptions {
 
 struct Options {
   std::variant<SingleOptions, BatchOptions, RandomOptions> what;
-  Asked asked;
-  bool times = false;
+  LineQuestion asked;
   /// Where the user wants the plug-in and the solver taken from.
   std::string plugin = "sdpsol";
   std::optional<std::string> solver;

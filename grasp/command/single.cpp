@@ -100,7 +100,7 @@ int answer_single(const SingleOptions& single, const Options& options, const Roa
   const zelhost::ReservedOutput output;
   const Answer answer = ask(road, grasp, inquiry);
   write_pictures(single, files, grasp, answer);
-  output.write(single.json ? to_text(to_json(grasp, answer, options.times))
+  output.write(single.json ? to_text(to_json(grasp, answer, options.asked.times))
                            : to_table(grasp, answer));
   return zelhost::kExitDone;
 }
