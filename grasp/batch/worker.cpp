@@ -20,6 +20,9 @@
 #include "host/process_end.h"
 
 namespace grasp {
+
+using zelhost::Packet;
+
 namespace {
 
 // Packets from the worker, by what they report.
@@ -75,7 +78,7 @@ void serve(const MakeAnswerer& make, int socket, const ScratchFolder& folder) {
   try {
     set_up_worker(socket, folder);
   } catch (const std::exception& error) {
-    send_whole(socket, {kNotReady, error.what()});
+    zelhost::send_whole(socket, {kNotReady, error.what()});
     return;
   }
   Answerer answer;
@@ -83,16 +86,16 @@ void serve(const MakeAnswerer& make, int socket, const ScratchFolder& folder) {
   try {
     answer = make(printed);
   } catch (const std::exception& error) {
-    send_whole(socket, {kNotReady, with_printed(error.what(), printed.text())});
+    zelhost::send_whole(socket, {kNotReady, with_printed(error.what(), printed.text())});
     return;
   }
   printed.clear();
-  if (!send_whole(socket, {kReady, {}})) return;
-  PacketAssembler received;
+  if (!zelhost::send_whole(socket, {kReady, {}})) return;
+  zelhost::PacketAssembler received;
   while (const std::optional<Packet> request = receive(socket, received)) {
     const Packet said = reply(answer, request->text, printed);
     printed.clear();
-    if (!send_whole(socket, said) || said.kind == kNotReady) return;
+    if (!zelhost::send_whole(socket, said) || said.kind == kNotReady) return;
   }
 }
 
@@ -127,7 +130,7 @@ Worker::~Worker() {
 }
 
 void Worker::ask(std::string request) {
-  sending_ = to_bytes({kRequest, std::move(request)});
+  sending_ = zelhost::to_bytes({kRequest, std::move(request)});
   sent_ = 0;
   send_rest();
 }

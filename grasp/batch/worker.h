@@ -17,11 +17,11 @@
 #include <string>
 #include <string_view>
 
-#include "grasp/batch/packets.h"
 #include "grasp/batch/printed_text.h"
 #include "grasp/batch/scratch_folder.h"
 #include "host/descriptor.h"
 #include "host/held_signals.h"
+#include "host/packets.h"
 
 namespace grasp {
 
@@ -90,7 +90,7 @@ class Worker {
   pid_t child_ = -1;
   std::string sending_;
   std::size_t sent_ = 0;
-  PacketAssembler received_;
+  zelhost::PacketAssembler received_;
   bool has_died_ = false;
 };
 
