@@ -151,11 +151,7 @@ std::string no_nullspace(const Balance& balance) {
 
 }  // namespace
 
-struct Asker::Parts {
-  UnitRoad road;
-};
-
-Asker::Asker(const Road& road) : parts_(new Parts{UnitRoad(road)}) {}
+Asker::Asker(const Road& road) : road_(std::make_unique<UnitRoad>(road)) {}
 Asker::~Asker() = default;
 
 Answer Asker::ask(const Grasp& grasp, const Inquiry& inquiry) {
@@ -169,7 +165,7 @@ Answer Asker::ask(const Grasp& grasp, const Inquiry& inquiry) {
     answer.verdict = Verdict::kInfeasible;
     answer.reason = no_nullspace(space.balance);
   } else {
-    const Solved solved = solve(parts_->road, grasp, inquiry, space);
+    const Solved solved = solve(*road_, grasp, inquiry, space);
     answer.verdict = solved.heading.verdict;
     answer.solving_time = solved.found.seconds;
     for (const std::string& warning : solved.heading.warnings)

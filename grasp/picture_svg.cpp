@@ -44,11 +44,11 @@ std::string question_in_words(const Grasp& grasp, const Inquiry& inquiry) {
   return words;
 }
 
-/// The views of many contacts have numbers: whose they are.
-std::string numbers_in_words(const Grasp& grasp) {
+/// Where the views have numbers: whose they are.
+std::string numbers_in_words(const picture::Scene& scene) {
+  const Grasp& grasp = scene.grasp;
   const auto named = [](const Contact& contact) { return !contact.name.empty(); };
-  if (grasp.contacts.size() <= picture::kMostNames ||
-      std::none_of(grasp.contacts.begin(), grasp.contacts.end(), named)) {
+  if (!scene.has_numbers || std::none_of(grasp.contacts.begin(), grasp.contacts.end(), named)) {
     return "";
   }
   std::string words = "contacts:";
@@ -60,7 +60,8 @@ std::string numbers_in_words(const Grasp& grasp) {
   return words;
 }
 
-std::vector<Line> heading(const Grasp& grasp, const Answer& answer, double width) {
+std::vector<Line> heading(const picture::Scene& scene, const Answer& answer, double width) {
+  const Grasp& grasp = scene.grasp;
   constexpr Font kTitle{.size = 16, .bold = true};
   constexpr Font kVerdict{.size = 12, .bold = true};
   constexpr Font kText{.size = 11};
@@ -77,7 +78,7 @@ std::vector<Line> heading(const Grasp& grasp, const Answer& answer, double width
   lines.push_back({.text = picture::drawable(to_string(answer.verdict)), .font = kVerdict});
   add(answer.reason, kText, 6);
   add(question_in_words(grasp, answer.inquiry), kText, 2);
-  add(numbers_in_words(grasp), kNote, 6);
+  add(numbers_in_words(scene), kNote, 6);
   for (std::size_t k = 0; k < std::min(answer.notes.size(), kMostNotes); ++k) {
     add(answer.notes[k], kNote, 3);
   }
@@ -90,7 +91,7 @@ std::string draw_svg(const Grasp& grasp, const Answer& answer) {
   const picture::Scene scene = picture::make_scene(grasp, answer);
   const Vector panel = scene.fit.size + Vector::Constant(2 * picture::kMargin);
   const double width = 2 * kBorder + panel.x() + kGap + panel.y();
-  const std::vector<Line> lines = heading(grasp, answer, width - 2 * kBorder);
+  const std::vector<Line> lines = heading(scene, answer, width - 2 * kBorder);
   double top = kBorder + 4;
   for (const Line& line : lines) top += line.font.size + kLeading;
   const double right = kBorder + panel.x() + kGap;

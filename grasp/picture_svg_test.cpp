@@ -220,6 +220,16 @@ TEST(DrawSvg, NamesEachOfUpToEightContactsInEachView) {
   }
 }
 
+TEST(DrawSvg, NumbersContactsWhoseNamesWouldBeCutToTheSame) {
+  Grasp grasp = pinch();
+  grasp.contacts[0].name = "index fingertip, left";
+  grasp.contacts[1].name = "index fingertip, right";
+  const std::vector<Text> all = texts(draw_svg(grasp, answer({{1, 0, 0}, {-1, 0, 0}})));
+  EXPECT_EQ(count(all, "0"), 3U);
+  EXPECT_EQ(count(all, "1"), 3U);
+  EXPECT_EQ(count(all, "contacts: 0 index fingertip, left, 1 index fingertip, right"), 1U);
+}
+
 TEST(DrawSvg, StaysAPictureOfManyContacts) {
   RandomGrasps grasps;
   for (const std::size_t contacts : {9U, 20U, 60U}) {

@@ -1,8 +1,8 @@
 #include "grasp/report_json.h"
 
-#include <array>
-#include <charconv>
 #include <nlohmann/json.hpp>
+
+#include "host/literal.h"
 
 namespace grasp {
 namespace {
@@ -13,15 +13,9 @@ Json list_of(const Vector& vector) {
   return {vector.x(), vector.y(), vector.z()};
 }
 
-// A number that came through the host in single precision, without the digits that
-// double precision would add.
+// What came through the host in single precision.
 double single(double value) {
-  std::array<char, 32> digits;
-  const auto written =
-      std::to_chars(digits.data(), digits.data() + digits.size(), static_cast<float>(value));
-  double shortest = value;
-  std::from_chars(digits.data(), written.ptr, shortest);
-  return shortest;
+  return zelhost::shortest(static_cast<float>(value));
 }
 
 Json contact_json(const Grasp& grasp, std::size_t i, const ContactForce& force) {

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "grasp/asker.h"
 #include "grasp/question.h"
+#include "grasp/road.h"
 #include "grasp/unit_inputs.h"
 #include "host/host.h"
 

@@ -146,7 +146,7 @@ bool Host::admits(const char* operation) {
   return false;
 }
 
-// ---- Operations on units
+// Operations on units.
 
 def_unittype* Host::make_unit(const UnitDescription& description) {
   Unit* const parent = expect_unit("primitive_unit", description.parent);
@@ -216,7 +216,7 @@ void Host::report_error(int code, const char* text) {
               std::to_string(code) + ": " + error_text(code)});
 }
 
-// ---- Operations while an instance is created
+// Operations while an instance is created.
 
 void Host::describe_method(const char* method, const char* help) {
   tell_observer("kem_iconform_for_method", nullptr);
@@ -256,7 +256,7 @@ char* Host::dialog_text(int field) {
   return dialog[static_cast<std::size_t>(field)].data();
 }
 
-// ---- Operations on arrays
+// Operations on arrays.
 
 int Host::array_length(const def_unittype* unit, int input, int reserved) {
   const Port* const port = expect_array("zel_dim_of_dyn_inp", unit, Direction::kInput, input);
@@ -289,7 +289,7 @@ bool Host::replace_array(const def_unittype* unit, int output, int reserved, int
   return true;
 }
 
-// ---- Checks
+// Checks.
 
 Unit* Host::find(const def_unittype* unit) const {
   const auto found = units_.find(unit);

@@ -138,15 +138,18 @@ PortValue read_text(const JsonNode& node) {
 Json float_to_json(float number) {
   if (std::isnan(number)) return "nan";
   if (std::isinf(number)) return number > 0 ? "inf" : "-inf";
-  std::array<char, 32> digits;
-  const char* const end = std::to_chars(digits.data(), digits.data() + 32, number).ptr;
-  // The double nearest to those digits is written with the same digits again.
-  double shortest = 0;
-  std::from_chars(digits.data(), end, shortest);
-  return shortest;
+  return shortest(number);
 }
 
 }  // namespace
+
+double shortest(float number) {
+  std::array<char, 32> digits;
+  const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), number);
+  double same_digits = number;
+  std::from_chars(digits.data(), written.ptr, same_digits);
+  return same_digits;
+}
 
 PortValue read_value(const JsonNode& node, PortType type) {
   if (type.kind == PortKind::kText) return read_text(node);

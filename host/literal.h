@@ -15,6 +15,10 @@ namespace zelhost {
 /// Cost: one pass over the numbers.
 PortValue read_value(const JsonNode& node, PortType type);
 
+/// The double nearest to the shortest digits that read back as the float: JSON writes it
+/// with the same digits again.
+double shortest(float number);
+
 /// The value as JSON: a number for a port of one float, a list for more, a text,
 /// null for none. Numbers are the shortest that read back as the same float;
 /// "nan", "inf" and "-inf" stand for those that JSON has not.

@@ -143,7 +143,7 @@ std::filesystem::path find_plugin(const std::string& name, const std::filesystem
   if (name.find('/') != std::string::npos) {
     file = base / file;
     if (std::filesystem::exists(file, error)) return file;
-    throw PluginError(cut(file) + ": " + (error ? error.message() : "no such file"));
+    throw MissingPlugin(cut(file) + ": " + (error ? error.message() : "no such file"));
   }
   std::string places;
   for (const auto& folder : folders) {
@@ -151,7 +151,7 @@ std::filesystem::path find_plugin(const std::string& name, const std::filesystem
     places += (places.empty() ? "" : ", ") + folder.string();
     if (error) places += " (" + error.message() + ")";
   }
-  throw PluginError("no plug-in " + cut(file) + " in " + places);
+  throw MissingPlugin("no plug-in " + cut(file) + " in " + places);
 }
 
 std::vector<std::filesystem::path> folders_beside_program() {

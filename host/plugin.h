@@ -19,6 +19,12 @@ class PluginError : public HostError {
   using HostError::HostError;
 };
 
+/// There is no such file; what() names the places.
+class MissingPlugin : public PluginError {
+ public:
+  using PluginError::PluginError;
+};
+
 /// Something that instances are created from.
 struct Icon {
   std::string name;
@@ -50,7 +56,7 @@ Plugin load_plugin(const std::filesystem::path& file);
 /// The file that a plug-in's name stands for: a name with a "/" is a path; a bare
 /// one is looked for in the folders, in their order, with ".so" added if it has none.
 /// @param base what relative paths start from.
-/// @throws PluginError if there is no such file; what() names the places.
+/// @throws MissingPlugin.
 std::filesystem::path find_plugin(const std::string& name, const std::filesystem::path& base,
                                   const std::vector<std::filesystem::path>& folders);
 

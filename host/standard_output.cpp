@@ -44,18 +44,14 @@ void open_missing_descriptors() {
 ReservedOutput::ReservedOutput() {
   std::cout.flush();
   // Programs that plug-ins start must not inherit it.
-  reserved_ = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, kFirstFree);
-  if (reserved_ < 0) fail();
+  reserved_ = Descriptor(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, kFirstFree));
+  if (!reserved_.is_open()) fail();
   if (dup2(STDERR_FILENO, STDOUT_FILENO) < 0) fail();
-}
-
-ReservedOutput::~ReservedOutput() {
-  close(reserved_);
 }
 
 void ReservedOutput::write(std::string_view text) const {
   while (!text.empty()) {
-    const ssize_t written = ::write(reserved_, text.data(), text.size());
+    const ssize_t written = ::write(reserved_.get(), text.data(), text.size());
     if (written < 0 && errno == EINTR) continue;
     if (written <= 0) fail();
     text.remove_prefix(static_cast<std::size_t>(written));

@@ -6,6 +6,8 @@
 #include <ostream>
 #include <string_view>
 
+#include "host/descriptor.h"
+
 namespace zelhost {
 
 /// Lets `write` put something on the stream, and flushes it: a user sees what is done
@@ -25,17 +27,12 @@ class ReservedOutput {
  public:
   /// @throws std::system_error if descriptors cannot be duplicated.
   ReservedOutput();
-  ~ReservedOutput();
-  ReservedOutput(const ReservedOutput&) = delete;
-  ReservedOutput& operator=(const ReservedOutput&) = delete;
-  ReservedOutput(ReservedOutput&&) = delete;
-  ReservedOutput& operator=(ReservedOutput&&) = delete;
 
   /// @throws std::system_error if it cannot be written.
   void write(std::string_view text) const;
 
  private:
-  int reserved_;
+  Descriptor reserved_;
 };
 
 }  // namespace zelhost

@@ -18,7 +18,7 @@
 
 namespace {
 
-// ---- From ports and to ports
+// From ports and to ports.
 
 sdpsol_wrapper& driver_of(const def_unittype* unit) {
   return *static_cast<sdpsol_wrapper*>(zel_user(unit));
@@ -83,7 +83,7 @@ void refuse(sdpsol_wrapper& driver, std::string_view warning) {
   sdpsol_internal::reset(driver.lastResult);
 }
 
-// ---- General
+// The methods of the group General.
 
 int exec_set_definition(def_unittype* unit) {
   const char* const text = zel_text_inp(unit, 0);
@@ -129,7 +129,7 @@ int exec_get_result(def_unittype* unit) {
   return 0;
 }
 
-// ---- Is_Feasible
+// The method Is_Feasible.
 
 using Matrices = std::vector<std::vector<std::vector<double>>>;
 
@@ -168,7 +168,7 @@ int exec_is_feasible(def_unittype* unit) {
   return exec_get_result(unit);
 }
 
-// ---- IntForce: each asks its question, or refuses it, and publishes what the
+// IntForce: each asks its question, or refuses it, and publishes what the
 // result record says then.
 
 struct Grasp {
@@ -286,7 +286,7 @@ int exec_maximize_all(def_unittype* unit) {
   return 0;
 }
 
-// ---- The tree
+// The tree of units.
 
 std::string text_or_empty(const char* text) {
   return text == nullptr ? std::string() : std::string(text);

@@ -40,7 +40,7 @@ extern "C" {
 /* Marks what a plug-in exports when everything else in it is hidden. */
 #define ZEL_EXPORT __attribute__((visibility("default")))
 
-/* ---- Records: units and their ports. The host makes and frees them. A plug-in
+/* Records: units and their ports. The host makes and frees them. A plug-in
  * reads and writes them through the functions that follow, so that the layout of
  * another host changes nothing but this file. */
 
@@ -130,7 +130,7 @@ static inline void zel_set_text_out(const def_unittype* unit, int output, const 
   unit->outputs[output].elements[0].value = (void*)text;
 }
 
-/* ---- Records: what a plug-in exports. The host only reads them. All texts are
+/* Records: what a plug-in exports. The host only reads them. All texts are
  * NUL-terminated and, as the records, live as long as the library is loaded. */
 
 typedef struct ZelIconDef_ ZelIconDef_;
@@ -174,7 +174,7 @@ typedef struct zel_version {
   const char* host;
 } zel_version;
 
-/* ---- Building the tree, only while an icon's `create` runs: units are made, named
+/* Building the tree, only while an icon's `create` runs: units are made, named
  * and exported then, and never afterwards. is_not_unit and error_msg may be called
  * at any time. */
 
@@ -227,7 +227,7 @@ int is_not_unit(const def_unittype* unit);
  * Returns 0. */
 int error_msg(int code, const char* text, int, int);
 
-/* ---- Describing methods, only while an icon's `create` runs. Every method has a help
+/* Describing methods, only while an icon's `create` runs. Every method has a help
  * text and each of its ports a text, and nothing else has one; they are the same for
  * all instances. A method's name is qualified: "Group:Method", or "Method" directly
  * below the root. Descriptions may be made before the unit they describe. Texts are
@@ -248,7 +248,7 @@ void INFO_FOR_OUT(int output, const char* text);
  * copied. Null on misuse, also if there is no such field. */
 char* TVAL(int field);
 
-/* ---- Arrays, while a method runs */
+/* Arrays, while a method runs */
 
 /* The length of a TAG_DYN input. The last argument is 0. Does not change while
  * the method runs, and costs next to nothing. Returns 0 on misuse. */

@@ -4,14 +4,14 @@
 #include <system_error>
 
 #include "grasp/batch/batch_run.h"
-#include "grasp/batch/held_signals.h"
+#include "host/held_signals.h"
 
 namespace grasp {
 
 BatchStatus run_batch(const BatchOptions& options, const MakeAnswerLine& make, std::ostream& err) {
   // When it goes, what arrived ends this process: after the run, whose workers are
   // gone then.
-  const HeldSignals signals;
+  const zelhost::HeldSignals signals;
   try {
     BatchRun run(options, make, signals);
     if (!run.run()) return kBatchHasErrors;

@@ -1,11 +1,9 @@
 #include "grasp/batch/batch_progress.h"
 
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
+
+#include "host/terminal_line.h"
 
 namespace grasp {
 namespace {
@@ -13,14 +11,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kPace = 200ms;
-
-// One less than the terminal's columns: a character in the last one may wrap.
-std::size_t columns() {
-  constexpr std::size_t kUsual = 79;
-  struct winsize size = {};
-  if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col < 2) return kUsual;
-  return size.ws_col - std::size_t{1};
-}
 
 std::string two_digits(std::int64_t number) {
   return (number < 10 ? "0" : "") + std::to_string(number);
@@ -33,11 +23,6 @@ std::string clock_time(double seconds) {
   const std::int64_t minutes = whole / 60;
   if (minutes < 60) return std::to_string(minutes) + minutes_behind;
   return std::to_string(minutes / 60) + ":" + two_digits(minutes % 60) + minutes_behind;
-}
-
-void put(const std::string& text) {
-  std::fputs(text.c_str(), stderr);
-  std::fflush(stderr);
 }
 
 }  // namespace
@@ -58,10 +43,10 @@ std::string batch_progress_line(const BatchState& state, double seconds, std::si
   return line;
 }
 
-BatchProgress::BatchProgress(bool quiet) : is_watched_(!quiet && isatty(STDERR_FILENO) == 1) {}
+BatchProgress::BatchProgress(bool quiet) : is_watched_(!quiet && zelhost::has_terminal()) {}
 
 BatchProgress::~BatchProgress() {
-  if (is_drawn_) put("\r\033[K");
+  if (is_drawn_) zelhost::clear_terminal_line();
 }
 
 void BatchProgress::tell(const BatchState& state) {
@@ -70,7 +55,8 @@ void BatchProgress::tell(const BatchState& state) {
   next_ = now + kPace;
   is_drawn_ = true;
   const std::chrono::duration<double> past = now - begun_;
-  put("\r" + batch_progress_line(state, past.count(), columns()) + "\033[K");
+  zelhost::draw_terminal_line(
+      batch_progress_line(state, past.count(), zelhost::terminal_columns()));
 }
 
 int BatchProgress::is_due_in() const {

@@ -73,7 +73,7 @@ Json without_times(const std::string& text) {
 }  // namespace
 
 BatchRun::BatchRun(const BatchOptions& options, const MakeAnswerLine& make,
-                   const HeldSignals& signals)
+                   const zelhost::HeldSignals& signals)
     : options_(options),
       signals_(signals),
       make_(as_texts(make)),

@@ -7,13 +7,13 @@
 
 #include "grasp/batch/batch.h"
 #include "grasp/batch/batch_progress.h"
-#include "grasp/batch/held_signals.h"
 #include "grasp/batch/line_reader.h"
 #include "grasp/batch/result_file.h"
 #include "grasp/batch/tally.h"
 #include "grasp/batch/window.h"
 #include "grasp/batch/worker.h"
 #include "host/descriptor.h"
+#include "host/held_signals.h"
 
 namespace grasp {
 
@@ -22,7 +22,8 @@ namespace grasp {
 class BatchRun {
  public:
   /// @throws ResultFileError, std::system_error.
-  BatchRun(const BatchOptions& options, const MakeAnswerLine& make, const HeldSignals& signals);
+  BatchRun(const BatchOptions& options, const MakeAnswerLine& make,
+           const zelhost::HeldSignals& signals);
 
   /// @return whether it came to the end: false after a signal.
   /// @throws ResultFileError, std::system_error, zelhost::HostError.
@@ -61,7 +62,7 @@ class BatchRun {
   [[nodiscard]] bool is_done() const;
 
   const BatchOptions& options_;
-  const HeldSignals& signals_;
+  const zelhost::HeldSignals& signals_;
   MakeAnswerer make_;
   zelhost::Descriptor input_;
   ResultFile result_;

@@ -10,6 +10,7 @@
 #include <system_error>
 #include <utility>
 
+#include "grasp/asker.h"
 #include "grasp/batch/worker.h"
 #include "grasp/grasp_file.h"
 #include "grasp/inquiry.h"

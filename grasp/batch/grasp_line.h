@@ -4,13 +4,13 @@
 #include <string>
 #include <vector>
 
-#include "grasp/asker.h"
 #include "grasp/batch/line_answer.h"
 #include "grasp/question.h"
+#include "grasp/road.h"
 
 namespace grasp {
 
-/// What is asked about every grasp of a batch.
+/// What is asked about a grasp, or about every grasp of a batch, in the words of a user.
 struct LineQuestion {
   Question question = Question::kExists;
   /// Names or numbers, which each grasp has for itself.

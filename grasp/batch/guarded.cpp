@@ -1,7 +1,6 @@
 #include "grasp/batch/guarded.h"
 
 #include <poll.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -12,19 +11,16 @@
 #include <iostream>
 #include <system_error>
 
-#include "grasp/batch/held_signals.h"
-#include "grasp/batch/process_end.h"
 #include "grasp/batch/scratch_folder.h"
 #include "host/descriptor.h"
+#include "host/held_signals.h"
 #include "host/process_end.h"
+#include "host/program.h"
 
 namespace grasp {
 namespace {
 
 namespace fs = std::filesystem;
-
-// What a file that cannot be written is to the command.
-constexpr int kNoFolder = 3;
 
 void flush_all() {
   std::cout.flush();
@@ -33,7 +29,7 @@ void flush_all() {
 }
 
 // Waits until the child has ended or is to be ended. @return whether it has.
-bool wait_for(const zelhost::Descriptor& child, const HeldSignals& signals) {
+bool wait_for(const zelhost::Descriptor& child, const zelhost::HeldSignals& signals) {
   for (;;) {
     std::array<pollfd, 2> events = {{{child.get(), POLLIN, 0}, {signals.descriptor(), POLLIN, 0}}};
     if (poll(events.data(), events.size(), -1) < 0) continue;
@@ -42,22 +38,11 @@ bool wait_for(const zelhost::Descriptor& child, const HeldSignals& signals) {
   }
 }
 
-int be_guarded(const std::function<int(const fs::path& home)>& work, const fs::path& home,
-               const ScratchFolder& folder) {
-  try {
-    folder.enter();
-  } catch (const std::system_error& error) {
-    std::cerr << "grasp: error: " << error.what() << "\n";
-    return kNoFolder;
-  }
-  return work(home);
-}
-
 }  // namespace
 
 int run_guarded(const std::function<int(const fs::path& home)>& work) {
   const fs::path home = fs::current_path();
-  const HeldSignals signals;
+  const zelhost::HeldSignals signals;
   const ScratchFolder folder;
   flush_all();
   const pid_t child = fork();
@@ -67,23 +52,20 @@ int run_guarded(const std::function<int(const fs::path& home)>& work) {
     setpgid(0, 0);
     // It is in the background of its terminal, and prints there nevertheless.
     std::signal(SIGTTOU, SIG_IGN);
-    const int status = be_guarded(work, home, folder);
+    const int status = zelhost::report_failures("grasp", [&] {
+      folder.enter();
+      return work(home);
+    });
     flush_all();
     folder.remove();
     _exit(status);
   }
   setpgid(child, child);
-  const zelhost::Descriptor handle(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
-  if (!handle.is_open()) {
-    const int why = errno;
-    end_group(child);
-    throw std::system_error(why, std::generic_category(), "pidfd_open");
-  }
-  if (!wait_for(handle, signals)) {
-    end_group(child);
+  if (!wait_for(zelhost::end_of(child), signals)) {
+    zelhost::end_group(child);
     return 128 + signals.arrived();
   }
-  const int status = reap_group(child);
+  const int status = zelhost::reap_group(child);
   if (WIFEXITED(status)) return WEXITSTATUS(status);
   throw GuardedWorkDied("the process that worked was " + zelhost::how_it_ended(status));
 }

@@ -20,10 +20,10 @@ class GuardedWorkDied : public std::runtime_error {
 /// has started, and then this process. The folder is gone in every case; where this
 /// process is killed, after the work.
 /// @param work is handed the folder that this process stands in, against which a user's
-/// relative paths are to be resolved. It lets no exception out.
-/// @return what the work returned, or 3 if there can be no folder, which is said on
-/// standard error; if none of those signals came, or only ones that
-/// this process survives.
+/// relative paths are to be resolved. What it throws is said on standard error.
+/// @return what the work returned, or the status of what it has thrown, or of there being
+/// no folder (zelhost::report_failures); 128 and its number if one of those signals came
+/// and this process survives it.
 /// @throws std::system_error if there can be no child; GuardedWorkDied.
 int run_guarded(const std::function<int(const std::filesystem::path& home)>& work);
 

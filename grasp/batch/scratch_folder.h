@@ -6,9 +6,9 @@
 namespace grasp {
 
 /// A folder "grasp-" with twelve random letters in $TMPDIR; without that in /dev/shm, or
-/// where that is not to be had in /tmp. One process chooses
-/// its name, and a child of it makes the folder: so whichever of them is killed, and
-/// whenever, the other one knows what to remove.
+/// where that is not to be had in /tmp. One process chooses its name, and a child of it
+/// makes the folder: so whichever of them is killed, and whenever, the other one knows
+/// what to remove.
 class ScratchFolder {
  public:
   /// Chooses the name. @throws std::system_error if there are no random numbers.

@@ -3,16 +3,20 @@
 #include <algorithm>
 #include <numeric>
 
+#include "grasp/answer.h"
+
 namespace grasp {
 namespace {
 
-constexpr std::array<std::string_view, 3> kVerdicts = {"FEASIBLE", "INFEASIBLE",
-                                                       "FEASIBILITY CANNOT BE DETERMINED"};
+// The last one is also that of whatever is none of them.
+constexpr std::array kVerdicts = {Verdict::kFeasible, Verdict::kInfeasible, Verdict::kUndetermined};
 
 }  // namespace
 
 void Tally::count(std::string_view verdict) {
-  const auto* const found = std::find(kVerdicts.begin(), kVerdicts.end() - 1, verdict);
+  const auto* const found =
+      std::find_if(kVerdicts.begin(), kVerdicts.end() - 1,
+                   [verdict](Verdict each) { return to_string(each) == verdict; });
   ++verdicts_[static_cast<std::size_t>(found - kVerdicts.begin())];
 }
 
@@ -27,7 +31,7 @@ std::string Tally::summary() const {
     text += what;
     between = ", ";
   };
-  for (std::size_t i = 0; i < kVerdicts.size(); ++i) add(verdicts_[i], kVerdicts[i]);
+  for (std::size_t i = 0; i < kVerdicts.size(); ++i) add(verdicts_[i], to_string(kVerdicts[i]));
   add(errors_, errors_ == 1 ? "line with an error" : "lines with errors");
   return text;
 }

@@ -16,11 +16,13 @@
 #include <system_error>
 #include <utility>
 
-#include "grasp/batch/process_end.h"
 #include "host/descriptor.h"
 #include "host/process_end.h"
 
 namespace grasp {
+
+using zelhost::Packet;
+
 namespace {
 
 // Packets from the worker, by what they report.
@@ -76,7 +78,7 @@ void serve(const MakeAnswerer& make, int socket, const ScratchFolder& folder) {
   try {
     set_up_worker(socket, folder);
   } catch (const std::exception& error) {
-    send_whole(socket, {kNotReady, error.what()});
+    zelhost::send_whole(socket, {kNotReady, error.what()});
     return;
   }
   Answerer answer;
@@ -84,22 +86,22 @@ void serve(const MakeAnswerer& make, int socket, const ScratchFolder& folder) {
   try {
     answer = make(printed);
   } catch (const std::exception& error) {
-    send_whole(socket, {kNotReady, with_printed(error.what(), printed.text())});
+    zelhost::send_whole(socket, {kNotReady, with_printed(error.what(), printed.text())});
     return;
   }
   printed.clear();
-  if (!send_whole(socket, {kReady, {}})) return;
-  PacketAssembler received;
+  if (!zelhost::send_whole(socket, {kReady, {}})) return;
+  zelhost::PacketAssembler received;
   while (const std::optional<Packet> request = receive(socket, received)) {
     const Packet said = reply(answer, request->text, printed);
     printed.clear();
-    if (!send_whole(socket, said) || said.kind == kNotReady) return;
+    if (!zelhost::send_whole(socket, said) || said.kind == kNotReady) return;
   }
 }
 
 }  // namespace
 
-Worker::Worker(const MakeAnswerer& make, const HeldSignals& signals) {
+Worker::Worker(const MakeAnswerer& make, const zelhost::HeldSignals& signals) {
   std::array<int, 2> ends = {};
   if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) fail("socketpair");
   socket_ = zelhost::Descriptor(ends[0]);
@@ -124,11 +126,11 @@ Worker::Worker(const MakeAnswerer& make, const HeldSignals& signals) {
 }
 
 Worker::~Worker() {
-  if (!has_died_) end_group(child_);
+  if (!has_died_) zelhost::end_group(child_);
 }
 
 void Worker::ask(std::string request) {
-  sending_ = to_bytes({kRequest, std::move(request)});
+  sending_ = zelhost::to_bytes({kRequest, std::move(request)});
   sent_ = 0;
   send_rest();
 }
@@ -172,7 +174,7 @@ std::optional<WorkerReport> Worker::advance() {
 }
 
 WorkerReport Worker::bury() {
-  const int status = end_group(child_);
+  const int status = zelhost::end_group(child_);
   has_died_ = true;
   const zelhost::Descriptor printed(
       open((folder_.path() / kPrintedFile).c_str(), O_RDONLY | O_CLOEXEC));

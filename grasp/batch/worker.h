@@ -17,11 +17,11 @@
 #include <string>
 #include <string_view>
 
-#include "grasp/batch/held_signals.h"
-#include "grasp/batch/packets.h"
 #include "grasp/batch/printed_text.h"
 #include "grasp/batch/scratch_folder.h"
 #include "host/descriptor.h"
+#include "host/held_signals.h"
+#include "host/packets.h"
 
 namespace grasp {
 
@@ -59,7 +59,7 @@ class Worker {
  public:
   /// @param signals held back in the parent: the worker releases them for itself.
   /// @throws std::system_error if there can be no process or no folder.
-  Worker(const MakeAnswerer& make, const HeldSignals& signals);
+  Worker(const MakeAnswerer& make, const zelhost::HeldSignals& signals);
   /// Ends the worker with all that it has started, at once; its folder is gone then.
   ~Worker();
   Worker(const Worker&) = delete;
@@ -90,7 +90,7 @@ class Worker {
   pid_t child_ = -1;
   std::string sending_;
   std::size_t sent_ = 0;
-  PacketAssembler received_;
+  zelhost::PacketAssembler received_;
   bool has_died_ = false;
 };
 

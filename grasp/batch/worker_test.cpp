@@ -65,7 +65,7 @@ class OfWorkers : public testing::Test {
 
   TestFolder folder_;
   fs::path scratch_ = folder_.path("a scratch");
-  HeldSignals signals_;
+  zelhost::HeldSignals signals_;
 };
 
 // Does what it is asked to.

@@ -1,13 +1,12 @@
-#include <csignal>
 #include <iostream>
 
 #include "grasp/batch/grasp_line.h"
 #include "grasp/batch/guarded.h"
 #include "grasp/batch/random_grasps.h"
-#include "grasp/command/failure.h"
 #include "grasp/command/options.h"
 #include "grasp/command/road.h"
 #include "grasp/command/single.h"
+#include "host/program.h"
 #include "host/standard_output.h"
 
 namespace {
@@ -16,10 +15,6 @@ using grasp::BatchOptions;
 using grasp::command::Options;
 using grasp::command::RandomOptions;
 using grasp::command::SingleOptions;
-
-grasp::LineQuestion line_question(const Options& options) {
-  return {options.asked.question, options.asked.contacts, options.times};
-}
 
 void print_random(const RandomOptions& options, std::ostream& out) {
   grasp::RandomGrasps grasps(options.seed, options.contacts);
@@ -35,21 +30,14 @@ int carry_out(const Options& options) {
     });
   }
   if (const auto* const batch = std::get_if<BatchOptions>(&options.what))
-    return run_batch(*batch, answer_grasps(find_road(options), line_question(options)), std::cerr);
+    return run_batch(*batch, answer_grasps(find_road(options), options.asked), std::cerr);
   print_random(std::get<RandomOptions>(options.what), std::cout);
-  return grasp::command::kExitDone;
+  return zelhost::kExitDone;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  // Beyond the largest size of files a write fails, and is no end of the program.
-  std::signal(SIGXFSZ, SIG_IGN);
-  zelhost::open_missing_descriptors();
-  return grasp::command::report_failures([&] {
-    const auto parsed = grasp::command::parse_command_line(argc, argv);
-    zelhost::print(std::cout, [&parsed](std::ostream& out) { out << parsed.output; });
-    std::cerr << parsed.error;
-    return parsed.options ? carry_out(*parsed.options) : parsed.status;
-  });
+  return zelhost::run_program(
+      "grasp", [&] { return grasp::command::parse_command_line(argc, argv); }, carry_out);
 }

@@ -1,11 +1,11 @@
 #include "grasp/command/options.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <map>
 #include <thread>
 
 #include "grasp/batch/random_grasps.h"
+#include "host/command_line.h"
 #include "version.h"
 
 namespace grasp::command {
@@ -108,7 +108,7 @@ void add_random(CLI::App& app, Written& written) {
 
 void add_common(CLI::App& app, Written& written) {
   app.add_flag(
-         "--times", written.common.times,
+         "--times", written.common.asked.times,
          "Put times into the results of --json and --batch, which then differ from run to run")
       ->disable_flag_override();
   app.add_option("--plugin", written.common.plugin,
@@ -144,7 +144,7 @@ Options sorted_out(const CLI::App& app, Written& written) {
                    {"--ask", "--contact", "--times", "--plugin", "--solver"});
   if (written.batch.resume && !written.batch.output)
     throw CLI::ValidationError("--resume goes on with the file of -o, which is missing");
-  written.batch.times = written.common.times;
+  written.batch.times = written.common.asked.times;
   written.common.asked.question = questions().at(written.question);
   if (is_batch)
     written.common.what = written.batch;
@@ -157,7 +157,7 @@ Options sorted_out(const CLI::App& app, Written& written) {
 
 }  // namespace
 
-ParsedCommandLine parse_command_line(int argc, const char* const* argv) {
+zelhost::ParsedCommandLine<Options> parse_command_line(int argc, const char* const* argv) {
   CLI::App app{
       "Says whether a grasp can squeeze its object: whether contact forces exist that balance\n"
       "and stay inside every friction cone and bound, how large they and their margins can be.",
@@ -175,19 +175,7 @@ ParsedCommandLine parse_command_line(int argc, const char* const* argv) {
   add_random(app, written);
   add_common(app, written);
 
-  ParsedCommandLine parsed;
-  try {
-    app.parse(argc, argv);
-    parsed.options = sorted_out(app, written);
-  } catch (const CLI::CallForHelp&) {
-    parsed.output = app.help();
-  } catch (const CLI::CallForVersion& version) {
-    parsed.output = std::string(version.what()) + "\n";
-  } catch (const CLI::ParseError& error) {
-    parsed.status = kExitUsage;
-    parsed.error = std::string("grasp: ") + error.what() + "\nTry 'grasp --help'.\n";
-  }
-  return parsed;
+  return zelhost::parse_with<Options>(app, argc, argv, [&] { return sorted_out(app, written); });
 }
 
 }  // namespace grasp::command

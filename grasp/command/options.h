@@ -9,18 +9,10 @@
 #include <vector>
 
 #include "grasp/batch/batch.h"
-#include "grasp/question.h"
+#include "grasp/batch/grasp_line.h"
+#include "host/program.h"
 
 namespace grasp::command {
-
-/// What is asked, in the words of the user.
-struct Asked {
-  Question question = Question::kExists;
-  /// Names or numbers.
-  std::vector<std::string> contacts;
-
-  friend bool operator==(const Asked&, const Asked&) = default;
-};
 
 /// One grasp.
 struct SingleOptions {
@@ -40,30 +32,13 @@ struct RandomOptions {
 
 struct Options {
   std::variant<SingleOptions, BatchOptions, RandomOptions> what;
-  Asked asked;
-  bool times = false;
+  LineQuestion asked;
   /// Where the user wants the plug-in and the solver taken from.
   std::string plugin = "sdpsol";
   std::optional<std::string> solver;
 };
 
-/// How the program ends.
-enum ExitStatus : int {
-  kExitDone = 0,
-  kExitFailed = 1,    ///< a grasp or a question has an error, or the solver gave no answer
-  kExitUsage = 2,     ///< the command line is wrong
-  kExitFile = 3,      ///< a file could not be read or written
-  kExitInternal = 4,  ///< out of memory or an internal error
-};
-
-struct ParsedCommandLine {
-  std::optional<Options> options;  ///< nothing if the program is to end at once
-  ExitStatus status = kExitDone;
-  std::string output;  ///< for standard output: help or version
-  std::string error;   ///< for standard error
-};
-
 /// Reads the command line. Prints nothing, exits never.
-ParsedCommandLine parse_command_line(int argc, const char* const* argv);
+zelhost::ParsedCommandLine<Options> parse_command_line(int argc, const char* const* argv);
 
 }  // namespace grasp::command

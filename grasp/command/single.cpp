@@ -6,7 +6,6 @@
 #include <nlohmann/json.hpp>
 #include <system_error>
 
-#include "grasp/command/failure.h"
 #include "grasp/command/whole_file.h"
 #include "grasp/grasp_file.h"
 #include "grasp/inquiry.h"
@@ -14,6 +13,8 @@
 #include "grasp/picture_svg.h"
 #include "grasp/report_json.h"
 #include "grasp/report_table.h"
+#include "host/program.h"
+#include "host/progress.h"
 #include "host/standard_output.h"
 
 namespace grasp::command {
@@ -42,14 +43,14 @@ void expect_file(const std::optional<fs::path>& output, const std::string& optio
   const std::string name = output->lexically_normal().string();
   for (const char* const stream : {"/dev/std", "/dev/fd/", "/proc/"})
     if (name.rfind(stream, 0) == 0)
-      throw UsageError(output->string() + ": " + option + " takes the name of a file");
+      throw zelhost::UsageError(output->string() + ": " + option + " takes the name of a file");
 }
 
 void expect_apart(const std::optional<fs::path>& output, const std::string& option,
                   const std::optional<fs::path>& other, const std::string& what,
                   const fs::path& name) {
   if (output && other && same_file(*output, *other))
-    throw UsageError(name.string() + ": " + option + " would be written over " + what);
+    throw zelhost::UsageError(name.string() + ": " + option + " would be written over " + what);
 }
 
 Files files_of(const SingleOptions& single, const fs::path& home) {
@@ -79,8 +80,17 @@ void write_pictures(const SingleOptions& single, const Files& files, const Grasp
   if (files.html) write_whole(*files.html, single.html->string(), draw_html(grasp, answer));
 }
 
-int answer_it(const SingleOptions& single, const Options& options, const Road& road,
-              const fs::path& home) {
+Answer ask(const Road& road, const Grasp& grasp, const Inquiry& inquiry) {
+  const std::size_t count = grasp.contacts.size();
+  const zelhost::Progress progress("\"" + std::string(to_string(inquiry.question)) + "\" of " +
+                                   std::to_string(count) + (count == 1 ? " contact" : " contacts"));
+  return Asker(road).ask(grasp, inquiry);
+}
+
+}  // namespace
+
+int answer_single(const SingleOptions& single, const Options& options, const Road& road,
+                  const fs::path& home) {
   const Files files = files_of(single, home);
   const Json document = read_document(single, files);
   const std::string name = files.grasp ? single.grasp : "standard input";
@@ -88,18 +98,11 @@ int answer_it(const SingleOptions& single, const Options& options, const Road& r
   const Inquiry inquiry = make_inquiry(grasp, options.asked.question, options.asked.contacts);
   // What the unit prints is no part of the answer.
   const zelhost::ReservedOutput output;
-  const Answer answer = Asker(road).ask(grasp, inquiry);
+  const Answer answer = ask(road, grasp, inquiry);
   write_pictures(single, files, grasp, answer);
-  output.write(single.json ? to_text(to_json(grasp, answer, options.times))
+  output.write(single.json ? to_text(to_json(grasp, answer, options.asked.times))
                            : to_table(grasp, answer));
-  return kExitDone;
-}
-
-}  // namespace
-
-int answer_single(const SingleOptions& single, const Options& options, const Road& road,
-                  const fs::path& home) {
-  return report_failures([&] { return answer_it(single, options, road, home); });
+  return zelhost::kExitDone;
 }
 
 }  // namespace grasp::command

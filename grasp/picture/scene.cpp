@@ -21,6 +21,25 @@ Vector reach_of_circle(const Vector& axis, double radius) {
   return radius * (Vector::Ones() - axis.cwiseAbs2()).cwiseMax(0).cwiseSqrt();
 }
 
+std::vector<std::u32string> names_of(const Grasp& grasp) {
+  std::vector<std::u32string> names;
+  for (std::size_t k = 0; k < grasp.contacts.size(); ++k)
+    names.push_back(cut(drawable(grasp.label(k)), kLongestName, true));
+  return names;
+}
+
+std::vector<std::u32string> numbers_of(const Grasp& grasp) {
+  std::vector<std::u32string> numbers;
+  for (std::size_t k = 0; k < grasp.contacts.size(); ++k)
+    numbers.push_back(drawable(std::to_string(k)));
+  return numbers;
+}
+
+bool are_apart(std::vector<std::u32string> names) {
+  std::sort(names.begin(), names.end());
+  return std::adjacent_find(names.begin(), names.end()) == names.end();
+}
+
 std::vector<Item> items(const Scene& scene) {
   std::vector<Item> items;
   const auto add = [&](const Vector& point, const Vector& offset) {
@@ -74,10 +93,10 @@ Scene make_scene(const Grasp& grasp, const Answer& answer) {
     }
   }
   if (scene.largest_force > 0) scene.pixels_per_newton = kLongestArrow / scene.largest_force;
-  for (std::size_t k = 0; k < count; ++k) {
-    const std::string name = count > kMostNames ? std::to_string(k) : grasp.label(k);
-    scene.labels.push_back(cut(drawable(name), kLongestName, true));
-  }
+  // Names that were cut may be left alike, and then they name nothing.
+  if (count <= kMostNames) scene.labels = names_of(grasp);
+  scene.has_numbers = count > kMostNames || !are_apart(scene.labels);
+  if (scene.has_numbers) scene.labels = numbers_of(grasp);
   if (grasp.hull) {
     if (const auto* hull = std::get_if<PointHull>(&*grasp.hull))
       scene.edges = hull_edges(hull->points);

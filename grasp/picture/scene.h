@@ -15,8 +15,9 @@ constexpr double kSlant = 46;
 constexpr double kNormalLength = 58;
 constexpr double kLongestArrow = 84;
 
-/// Up to so many contacts have their names in the views, and labels for all of them;
-/// more have their numbers, and labels as long as there is room.
+/// Up to so many contacts have their names in the views, unless those would look alike
+/// when they are cut, and labels for all of them; more have their numbers, and labels as
+/// long as there is room.
 constexpr std::size_t kMostNames = 8;
 /// More contacts than this have no labels: nothing would tell whose they are.
 constexpr std::size_t kMostLabels = 60;
@@ -27,8 +28,9 @@ struct Scene {
   std::vector<Vector> forces = {};
   double largest_force = 0;
   double pixels_per_newton = 0;
-  /// What contacts are called in the views.
+  /// What contacts are called in the views: their names or their numbers, all of them.
   std::vector<std::u32string> labels = {};
+  bool has_numbers = false;
   /// Of a hull of points.
   std::vector<Edge> edges = {};
   Fit fit = {};

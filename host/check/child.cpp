@@ -8,9 +8,6 @@
 #include <poll.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
-#include <sys/signalfd.h>
-#include <sys/syscall.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -31,6 +28,7 @@
 
 #include "host/check/captured_text.h"
 #include "host/descriptor.h"
+#include "host/held_signals.h"
 #include "host/process_end.h"
 
 namespace zelcheck {
@@ -38,6 +36,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using zelhost::Descriptor;
+using zelhost::HeldSignals;
 
 [[noreturn]] void fail(const char* what) {
   throw std::system_error(errno, std::generic_category(), what);
@@ -101,38 +100,6 @@ class TemporaryFolder {
   fs::path path_;
 };
 
-// Holds back the signals that would end this process and leave the child behind.
-// They are pending until the object goes, and do their work then.
-class HeldSignals {
- public:
-  HeldSignals() {
-    sigset_t held;
-    sigemptyset(&held);
-    for (const int each : {SIGINT, SIGTERM, SIGHUP}) {
-      struct sigaction action = {};
-      sigaction(each, nullptr, &action);
-      // What is ignored does not end this process.
-      if (action.sa_handler != SIG_IGN) sigaddset(&held, each);
-    }
-    if (sigprocmask(SIG_BLOCK, &held, &before_) != 0) fail("sigprocmask");
-    arrival_ = Descriptor(signalfd(-1, &held, SFD_CLOEXEC));
-  }
-  ~HeldSignals() { release(); }
-  HeldSignals(const HeldSignals&) = delete;
-  HeldSignals& operator=(const HeldSignals&) = delete;
-  HeldSignals(HeldSignals&&) = delete;
-  HeldSignals& operator=(HeldSignals&&) = delete;
-
-  // Readable when one has come.
-  [[nodiscard]] int arrival() const { return arrival_.get(); }
-
-  void release() const { sigprocmask(SIG_SETMASK, &before_, nullptr); }
-
- private:
-  sigset_t before_{};
-  Descriptor arrival_;
-};
-
 void set_up_child(const fs::path& folder, const Pipe& output) {
   setpgid(0, 0);
   prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -163,17 +130,6 @@ void set_up_child(const fs::path& folder, const Pipe& output) {
   _exit(0);
 }
 
-// A process that runs, as something that can be waited for together with others.
-Descriptor handle_of(pid_t child) {
-  const long handle = syscall(SYS_pidfd_open, child, 0);
-  if (handle >= 0) return Descriptor(static_cast<int>(handle));
-  const int why = errno;
-  kill(child, SIGKILL);
-  waitpid(child, nullptr, 0);
-  errno = why;
-  fail("pidfd_open");
-}
-
 // Waits for the child's end, or until it is to be ended, and reads meanwhile what
 // it has to say. @return whether it is over time.
 template <class Reader>
@@ -185,7 +141,7 @@ bool wait_for(const Descriptor& child, const HeldSignals& signals, const Pipe& n
     const double left = time_limit - spent.count();
     if (!(left > 0)) return true;
     std::array<pollfd, 4> events = {{{child.get(), POLLIN, 0},
-                                     {signals.arrival(), POLLIN, 0},
+                                     {signals.descriptor(), POLLIN, 0},
                                      notes.awaited(),
                                      output.awaited()}};
     constexpr double kLongest = 1000;
@@ -222,7 +178,7 @@ ChildEnd run_in_child(const std::function<void(const Notes&)>& work, double time
   setpgid(child, child);
   notes.close_writing_end();
   output.close_writing_end();
-  const Descriptor handle = handle_of(child);
+  const Descriptor handle = zelhost::end_of(child);
 
   NotesReader reader;
   CapturedText printed;
@@ -231,10 +187,7 @@ ChildEnd run_in_child(const std::function<void(const Notes&)>& work, double time
     output.drain([&printed](std::string_view bytes) { printed.append(bytes); });
   };
   const bool hung = wait_for(handle, signals, notes, output, time_limit, read_all);
-  // Before the child is reaped, while no other group can have its number.
-  kill(-child, SIGKILL);
-  int status = 0;
-  while (waitpid(child, &status, 0) < 0 && errno == EINTR) continue;
+  const int status = zelhost::end_group(child);
   read_all();
 
   ChildEnd end;

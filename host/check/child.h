@@ -25,8 +25,8 @@ struct ChildEnd {
 /// Runs the work in a forked child, in an empty folder that is gone afterwards and
 /// with an empty standard input, and without the destructors of static objects when it
 /// returns: work that wants those says notes.done() and calls exit(0). Whatever the work has
-/// started ends with it. A SIGINT, SIGTERM or SIGHUP to this process takes effect when the child is
-/// gone.
+/// started ends with it. A SIGINT, SIGQUIT, SIGTERM or SIGHUP to this process takes effect
+/// when the child is gone.
 /// @param time_limit [s]
 /// @throws std::system_error if there can be no child.
 ChildEnd run_in_child(const std::function<void(const Notes&)>& work, double time_limit);

@@ -3,8 +3,7 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdint>
-#include <cstring>
+#include <optional>
 
 namespace zelcheck {
 namespace {
@@ -13,10 +12,6 @@ constexpr char kStage = 's';
 constexpr char kComplaint = 'c';
 constexpr char kFact = 'f';
 constexpr char kDone = 'd';
-
-// A note is its kind, the length of its text, and the text.
-using Length = std::uint32_t;
-constexpr std::size_t kHead = 1 + sizeof(Length);
 
 }  // namespace
 
@@ -37,10 +32,7 @@ void Notes::done() const {
 }
 
 void Notes::put(char kind, std::string_view text) const {
-  const auto length = static_cast<Length>(text.size());
-  std::string note(kHead, kind);
-  std::memcpy(note.data() + 1, &length, sizeof length);
-  note += text;
+  const std::string note = zelhost::to_bytes({kind, std::string(text)});
   std::string_view rest = note;
   while (!rest.empty()) {
     const ssize_t written = ::write(descriptor_, rest.data(), rest.size());
@@ -51,16 +43,9 @@ void Notes::put(char kind, std::string_view text) const {
 }
 
 void NotesReader::take(std::string_view bytes) {
-  unread_ += bytes;
-  std::size_t begin = 0;
-  while (unread_.size() - begin >= kHead) {
-    Length length = 0;
-    std::memcpy(&length, unread_.data() + begin + 1, sizeof length);
-    if (unread_.size() - begin - kHead < length) break;
-    take_note(unread_[begin], std::string_view(unread_).substr(begin + kHead, length));
-    begin += kHead + length;
-  }
-  unread_.erase(0, begin);
+  unread_.take(bytes);
+  while (const std::optional<zelhost::Packet> note = unread_.next())
+    take_note(note->kind, note->text);
 }
 
 std::string NotesReader::staged(std::string_view text) const {

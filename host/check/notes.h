@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "host/packets.h"
+
 namespace zelcheck {
 
 /// The writing end, in the child.
@@ -50,7 +52,7 @@ class NotesReader {
  private:
   void take_note(char kind, std::string_view text);
 
-  std::string unread_;
+  zelhost::PacketAssembler unread_;
   std::string stage_;
   std::vector<std::string> complaints_;
   std::vector<std::string> facts_;

@@ -53,28 +53,22 @@ ForkWatch::ForkWatch() : process_(getpid()) {
   std::array<int, 2> ends = {};
   if (pipe2(ends.data(), O_CLOEXEC) != 0)
     throw std::system_error(errno, std::generic_category(), "pipe");
-  read_ = ends[0];
-  write_ = ends[1];
-}
-
-ForkWatch::~ForkWatch() {
-  close(read_);
-  if (write_ >= 0) close(write_);
+  read_ = zelhost::Descriptor(ends[0]);
+  write_ = zelhost::Descriptor(ends[1]);
 }
 
 bool ForkWatch::is_back_twice() {
   constexpr char kBack = 'b';
   if (getpid() != process_) {
     // What is still to be done is the other process's.
-    const ssize_t written = write(write_, &kBack, 1);
+    const ssize_t written = write(write_.get(), &kBack, 1);
     _exit(written == 1 ? 0 : 1);
   }
-  close(write_);
-  write_ = -1;
-  pollfd end = {read_, POLLIN, 0};
+  write_ = zelhost::Descriptor();
+  pollfd end = {read_.get(), POLLIN, 0};
   char back = 0;
-  return poll(&end, 1, 1000) == 1 && (end.revents & POLLIN) != 0 && read(read_, &back, 1) == 1 &&
-         back == kBack;
+  return poll(&end, 1, 1000) == 1 && (end.revents & POLLIN) != 0 &&
+         read(read_.get(), &back, 1) == 1 && back == kBack;
 }
 
 }  // namespace zelcheck

@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "host/descriptor.h"
+
 namespace zelcheck {
 
 /// The process at one moment: working folder, locale, standard input, output and error.
@@ -33,11 +35,6 @@ class Surroundings {
 class ForkWatch {
  public:
   ForkWatch();
-  ~ForkWatch();
-  ForkWatch(const ForkWatch&) = delete;
-  ForkWatch& operator=(const ForkWatch&) = delete;
-  ForkWatch(ForkWatch&&) = delete;
-  ForkWatch& operator=(ForkWatch&&) = delete;
 
   /// To be called when the call is back. Waits a second for a process that was forked
   /// and runs no other program yet. In that process it does not return.
@@ -45,9 +42,9 @@ class ForkWatch {
 
  private:
   pid_t process_;
-  int read_ = -1;
+  zelhost::Descriptor read_;
   // Held by whoever was forked, until it ends or runs another program.
-  int write_ = -1;
+  zelhost::Descriptor write_;
 };
 
 }  // namespace zelcheck

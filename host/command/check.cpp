@@ -47,7 +47,8 @@ void print_result(const Result& result, std::ostream& out) {
 
 }  // namespace
 
-ExitStatus check_plugin(const std::filesystem::path& plugin, double time_limit, std::ostream& out) {
+zelhost::ExitStatus check_plugin(const std::filesystem::path& plugin, double time_limit,
+                                 std::ostream& out) {
   int checks = 0;
   std::map<Verdict, int> counts;
   zelcheck::check_plugin(plugin, time_limit, [&](const Result& result) {
@@ -59,7 +60,7 @@ ExitStatus check_plugin(const std::filesystem::path& plugin, double time_limit, 
     text << checks << " checks, " << counts[Verdict::kPassed] << " passed, "
          << counts[Verdict::kFailed] << " failed, " << counts[Verdict::kSkipped] << " skipped\n";
   });
-  return counts[Verdict::kPassed] == checks ? kExitDone : kExitFailed;
+  return counts[Verdict::kPassed] == checks ? zelhost::kExitDone : zelhost::kExitFailed;
 }
 
 }  // namespace zelrun

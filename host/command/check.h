@@ -10,8 +10,9 @@ namespace zelrun {
 
 /// Prints each check as it ends, with what the plug-in printed where it failed, and
 /// how many there were.
-/// @return kExitFailed if one failed or was skipped, else kExitDone.
+/// @return zelhost::kExitFailed if one failed or was skipped, else zelhost::kExitDone.
 /// @throws std::system_error if the list cannot be written, or a check cannot be started.
-ExitStatus check_plugin(const std::filesystem::path& plugin, double time_limit, std::ostream& out);
+zelhost::ExitStatus check_plugin(const std::filesystem::path& plugin, double time_limit,
+                                 std::ostream& out);
 
 }  // namespace zelrun

@@ -66,20 +66,16 @@ InterruptWatch::InterruptWatch() {
   if (child == 0) notice(ends[1]);
   sigprocmask(SIG_SETMASK, &before, nullptr);
   // Not in the place of a standard output that is closed: plug-ins would print into it.
-  if (child > 0) socket_ = fcntl(ends[0], F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+  if (child > 0) socket_ = zelhost::Descriptor(fcntl(ends[0], F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
   close(ends[0]);
   close(ends[1]);
 }
 
-InterruptWatch::~InterruptWatch() {
-  if (socket_ >= 0) close(socket_);
-}
-
 int InterruptWatch::noticed() const {
   unsigned char byte = 0;
-  if (send(socket_, &byte, 1, MSG_NOSIGNAL) != 1) return 0;
+  if (send(socket_.get(), &byte, 1, MSG_NOSIGNAL) != 1) return 0;
   ssize_t got = 0;
-  do got = recv(socket_, &byte, 1, 0);
+  do got = recv(socket_.get(), &byte, 1, 0);
   while (got < 0 && errno == EINTR);
   return got == 1 ? byte : 0;
 }

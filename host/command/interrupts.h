@@ -1,6 +1,8 @@
 // Ctrl-C while a plug-in waits for a program.
 #pragma once
 
+#include "host/descriptor.h"
+
 namespace zelrun {
 
 /// The run is to end as one that this signal has killed.
@@ -27,17 +29,12 @@ struct Interrupted {
 class InterruptWatch {
  public:
   InterruptWatch();
-  ~InterruptWatch();
-  InterruptWatch(const InterruptWatch&) = delete;
-  InterruptWatch& operator=(const InterruptWatch&) = delete;
-  InterruptWatch(InterruptWatch&&) = delete;
-  InterruptWatch& operator=(InterruptWatch&&) = delete;
 
   /// @return the signal that came; 0 if none did. Cost: two switches of processes.
   [[nodiscard]] int noticed() const;
 
  private:
-  int socket_ = -1;
+  zelhost::Descriptor socket_;
 };
 
 }  // namespace zelrun

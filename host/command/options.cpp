@@ -1,8 +1,9 @@
 #include "host/command/options.h"
 
-#include <CLI/CLI.hpp>
 #include <charconv>
+#include <utility>
 
+#include "host/command_line.h"
 #include "version.h"
 
 namespace zelrun {
@@ -21,7 +22,7 @@ std::string is_time_limit(const std::string& text) {
 
 }  // namespace
 
-ParsedCommandLine parse_command_line(int argc, const char* const* argv) {
+zelhost::ParsedCommandLine<Options> parse_command_line(int argc, const char* const* argv) {
   CLI::App app{"Loads plug-ins of computing units and runs networks of them.", "zelrun"};
   app.require_subcommand(1);
   app.set_version_flag("--version", std::string("zelrun ") + project::kVersion);
@@ -71,22 +72,12 @@ ParsedCommandLine parse_command_line(int argc, const char* const* argv) {
       ->check(is_time_limit);
   add_folders(check_command, "the working folder");
 
-  ParsedCommandLine parsed;
-  try {
-    app.parse(argc, argv);
+  return zelhost::parse_with<Options>(app, argc, argv, [&] {
     if (list_command.parsed()) options.what = list;
     if (run_command.parsed()) options.what = run;
     if (check_command.parsed()) options.what = check;
-    parsed.options = std::move(options);
-  } catch (const CLI::CallForHelp&) {
-    parsed.output = app.help();
-  } catch (const CLI::CallForVersion& version) {
-    parsed.output = std::string(version.what()) + "\n";
-  } catch (const CLI::ParseError& error) {
-    parsed.status = kExitUsage;
-    parsed.error = std::string("zelrun: ") + error.what() + "\nTry 'zelrun --help'.\n";
-  }
-  return parsed;
+    return std::move(options);
+  });
 }
 
 }  // namespace zelrun

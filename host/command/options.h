@@ -2,10 +2,11 @@
 #pragma once
 
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
+
+#include "host/program.h"
 
 namespace zelrun {
 
@@ -32,23 +33,7 @@ struct Options {
   Folders plugin_folders;
 };
 
-/// How the program ends.
-enum ExitStatus : int {
-  kExitDone = 0,
-  kExitFailed = 1,    ///< a network or a plug-in has an error, a method or a check failed
-  kExitUsage = 2,     ///< the command line is wrong
-  kExitFile = 3,      ///< a file could not be read or written
-  kExitInternal = 4,  ///< out of memory or an internal error
-};
-
-struct ParsedCommandLine {
-  std::optional<Options> options;  ///< nothing if the program is to end at once
-  ExitStatus status = kExitDone;
-  std::string output;  ///< for standard output: help or version
-  std::string error;   ///< for standard error
-};
-
 /// Reads the command line. Prints nothing, exits never.
-ParsedCommandLine parse_command_line(int argc, const char* const* argv);
+zelhost::ParsedCommandLine<Options> parse_command_line(int argc, const char* const* argv);
 
 }  // namespace zelrun

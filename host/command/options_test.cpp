@@ -6,23 +6,23 @@
 namespace zelrun {
 namespace {
 
-ParsedCommandLine parse(std::vector<const char*> words) {
+zelhost::ParsedCommandLine<Options> parse(std::vector<const char*> words) {
   words.insert(words.begin(), "zelrun");
   return parse_command_line(static_cast<int>(words.size()), words.data());
 }
 
 Options accepted(const std::vector<const char*>& words) {
-  const ParsedCommandLine parsed = parse(words);
-  EXPECT_EQ(parsed.status, kExitDone);
+  const auto parsed = parse(words);
+  EXPECT_EQ(parsed.status, zelhost::kExitDone);
   EXPECT_EQ(parsed.output, "");
   EXPECT_EQ(parsed.error, "");
   return parsed.options.value_or(Options{});
 }
 
 std::string refused(const std::vector<const char*>& words) {
-  const ParsedCommandLine parsed = parse(words);
+  const auto parsed = parse(words);
   EXPECT_FALSE(parsed.options.has_value());
-  EXPECT_EQ(parsed.status, kExitUsage);
+  EXPECT_EQ(parsed.status, zelhost::kExitUsage);
   EXPECT_EQ(parsed.output, "");
   return parsed.error;
 }
@@ -79,9 +79,9 @@ TEST(CommandLine, SaysWhatIsWrong) {
 }
 
 TEST(CommandLine, Helps) {
-  const ParsedCommandLine parsed = parse({"--help"});
+  const auto parsed = parse({"--help"});
   EXPECT_FALSE(parsed.options.has_value());
-  EXPECT_EQ(parsed.status, kExitDone);
+  EXPECT_EQ(parsed.status, zelhost::kExitDone);
   EXPECT_EQ(parsed.error, "");
   EXPECT_EQ(parsed.output,
             "Loads plug-ins of computing units and runs networks of them.\n"

@@ -11,11 +11,11 @@
 #include <string_view>
 
 #include "host/command/interrupts.h"
-#include "host/command/progress.h"
 #include "host/command/reports.h"
 #include "host/host.h"
 #include "host/literal.h"
 #include "host/network.h"
+#include "host/progress.h"
 #include "host/standard_output.h"
 #include "host/text.h"
 
@@ -157,8 +157,8 @@ std::optional<std::string> fire(zelhost::Network& network, std::size_t index) {
   const auto& steps = network.steps();
   const Step& step = steps[index];
   try {
-    const Progress progress("[" + std::to_string(index + 1) + "/" + std::to_string(steps.size()) +
-                            "] " + heading(step));
+    const zelhost::Progress progress("[" + std::to_string(index + 1) + "/" +
+                                     std::to_string(steps.size()) + "] " + heading(step));
     network.fire(step);
     return {};
   } catch (const zelhost::MethodError& error) {
@@ -168,8 +168,8 @@ std::optional<std::string> fire(zelhost::Network& network, std::size_t index) {
 
 // @throws Interrupted, with the document or the table ended.
 template <class Printer>
-ExitStatus run_with(Printer& printer, const RunOptions& options, const Folders& plugin_folders,
-                    std::ostream& err) {
+zelhost::ExitStatus run_with(Printer& printer, const RunOptions& options,
+                             const Folders& plugin_folders, std::ostream& err) {
   const zelhost::NetworkFile file = zelhost::read_network(options.network);
   const InterruptWatch interrupts;
   zelhost::Host host;
@@ -194,13 +194,13 @@ ExitStatus run_with(Printer& printer, const RunOptions& options, const Folders& 
   }
   printer.end();
   if (signal != 0) throw Interrupted{signal};
-  return error ? kExitFailed : kExitDone;
+  return error ? zelhost::kExitFailed : zelhost::kExitDone;
 }
 
 }  // namespace
 
-ExitStatus run_network(const RunOptions& options, const Folders& plugin_folders, std::ostream& out,
-                       std::ostream& err) {
+zelhost::ExitStatus run_network(const RunOptions& options, const Folders& plugin_folders,
+                                std::ostream& out, std::ostream& err) {
   if (options.json) {
     Document document;
     return run_with(document, options, plugin_folders, err);

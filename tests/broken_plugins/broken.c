@@ -41,7 +41,7 @@ static void crash(void) {
   raise(SIGSEGV);
 }
 
-/* ---- Methods */
+/* Methods */
 
 static struct instance* instance_of(const def_unittype* unit) {
   static struct instance nobody;
@@ -199,7 +199,7 @@ static int length(def_unittype* unit) {
   return 0;
 }
 
-/* ---- Texts */
+/* Texts */
 
 static void describe_scale(void) {
   if (FAILURE == text_before_selection) INFO_FOR_INP(0, "factor");
@@ -232,7 +232,7 @@ static void describe_methods(void) {
   if (FAILURE == help_for_no_method) kem_iconform_for_method("Arrays:Sort", "sorts", 0, 0);
 }
 
-/* ---- The tree. A unit that the host did not make is left out. */
+/* The tree. A unit that the host did not make is left out. */
 
 static def_unittype* add_group(const char* name, def_unittype* root) {
   def_unittype* const group = primitive_unit(TAG_END, root);
@@ -371,7 +371,7 @@ static int second(int unused, int also_unused, const ZelIconDef_* icon, def_unit
   return FAILURE == second_returns_0 ? 0 : 1;
 }
 
-/* ---- Records. What is not exported here is not to be found. */
+/* Records. What is not exported here is not to be found. */
 
 #if !defined(BREAK_no_icon_definition)
 ZEL_EXPORT
@@ -459,7 +459,7 @@ const char* const PASTE(Kem_V_of_, NAME) = "7.9";
 const zel_version PASTE(Kem_V_of_, NAME) = {"7.9", "7.9"};
 #endif
 
-/* ---- Loading */
+/* Loading */
 
 #if defined(BREAK_undefined_symbol)
 void there_is_no_such_function(void);

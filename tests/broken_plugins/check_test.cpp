@@ -61,7 +61,7 @@ Ended zelrun_check(const std::string& arguments, const std::string& environment 
   return ended;
 }
 
-// ---- What is expected of each broken plug-in
+// What is expected of each broken plug-in
 
 struct Expectation {
   std::string plugin;
@@ -402,7 +402,7 @@ TEST(Check, FindsThePluginByItsNameInAFolder) {
 
 TEST(Check, SaysWhenThereIsNoSuchPlugin) {
   const Ended ended = zelrun_check("/nowhere/plugin.so");
-  EXPECT_EQ(ended.exit_code, 1);
+  EXPECT_EQ(ended.exit_code, 3);
   EXPECT_EQ(ended.output, "zelrun: error: /nowhere/plugin.so: no such file\n");
 }
 
@@ -470,7 +470,7 @@ TEST(Check, EndsOnASignalAndLeavesNothingBehind) {
   std::fclose(output);
 }
 
-// ---- The plug-in of this project
+// The plug-in of this project
 
 TEST(Check, PassesTheSdpsolPluginWithItsCommand) {
   const TestFolder folder;

@@ -1,22 +1,21 @@
 // zelrun as a user starts it: what it prints where, and how it ends.
 #include <gtest/gtest.h>
-#include <pty.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <csignal>
 #include <filesystem>
-#include <stdexcept>
 #include <string>
 #include <thread>
 
 #include "tests/host/run_zelrun.h"
+#include "tests/support/terminal.h"
 #include "tests/support/times.h"
 
 namespace {
 
 using test_support::content_of;
+using test_support::OnATerminal;
 using zelrun_test::Ended;
 using zelrun_test::Json;
 using zelrun_test::kResult;
@@ -206,6 +205,15 @@ TEST_F(Zelrun, FindsPluginsBesideTheNetworkAndWhereItIsTold) {
             "zelrun: error: " + folder_.path() + "/p/empty.so: file too short\n");
 }
 
+TEST_F(Zelrun, CallsAMissingPluginAFileThatCannotBeReadUnlessItIsTheNetworkThatNamesIt) {
+  EXPECT_EQ(run_line("$Z list ./nowhere.so").status, 3);
+  network(R"(["General:Run_Sdpsol"])");
+  Json json = Json::parse(content_of(folder_.path("network.json")));
+  json["instances"]["a"]["plugin"] = "./nowhere.so";
+  folder_.file("network.json", json.dump());
+  EXPECT_EQ(run_line("$Z run network.json").status, 1);
+}
+
 TEST_F(Zelrun, ListsThePlugin) {
   const Ended ended = run_line("$Z list sdpsol");
   EXPECT_EQ(ended.status, 0);
@@ -235,44 +243,6 @@ TEST_F(Zelrun, ListsThePlugin) {
             std::string::npos);
 }
 
-// A program with a terminal of its own, of whose job it is.
-class OnATerminal {
- public:
-  explicit OnATerminal(const std::string& line) {
-    child_ = forkpty(&master_, nullptr, nullptr, nullptr);
-    if (child_ < 0) throw std::runtime_error("no terminal");
-    if (child_ > 0) return;
-    execl("/bin/sh", "sh", "-c", line.c_str(), static_cast<char*>(nullptr));
-    _exit(127);
-  }
-  ~OnATerminal() { close(master_); }
-  OnATerminal(const OnATerminal&) = delete;
-  OnATerminal& operator=(const OnATerminal&) = delete;
-
-  void type(char key) const {
-    if (write(master_, &key, 1) != 1) throw std::runtime_error("nobody takes the key");
-  }
-
-  // What the program writes until it ends.
-  std::string until_the_end() {
-    std::string text;
-    char block[256];
-    // The master side fails with EIO once the child has closed its side.
-    for (ssize_t got = 0; (got = read(master_, block, sizeof block)) > 0;)
-      text.append(block, static_cast<std::size_t>(got));
-    waitpid(child_, &status_, 0);
-    return text;
-  }
-
-  // Of the program that has ended, as waitpid tells it.
-  int status() const { return status_; }
-
- private:
-  int master_ = -1;
-  pid_t child_ = -1;
-  int status_ = -1;
-};
-
 TEST_F(Zelrun, CountsTheSecondsOfALongRunOnATerminal) {
   answer(kResult);
   solver("sleep 1.5; cp answer \"$3\"\n");
@@ -282,6 +252,17 @@ TEST_F(Zelrun, CountsTheSecondsOfALongRunOnATerminal) {
   EXPECT_NE(text.find("\r[2/2] a  General:Run_Sdpsol  1.1 s "), std::string::npos) << text;
   EXPECT_NE(text.find("\r\033[K"), std::string::npos);
   EXPECT_EQ(text.find("[1/2]"), std::string::npos);
+}
+
+// A line that wraps leaves a part of itself behind each time it is drawn.
+TEST_F(Zelrun, CutsWhatRunsAndNotTheTimeWhereTheTerminalIsNarrow) {
+  answer(kResult);
+  solver("sleep 1.5; cp answer \"$3\"\n");
+  network(R"(["General:Run_Sdpsol"])");
+  const std::string text =
+      OnATerminal("cd " + folder_.path() + " && " + kZelrun + " run network.json", 25)
+          .until_the_end();
+  EXPECT_NE(text.find("\r[1/1] a  Gene...  1.1 s \033[K"), std::string::npos) << text;
 }
 
 class Interrupt : public Zelrun {

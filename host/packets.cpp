@@ -1,4 +1,4 @@
-#include "grasp/batch/packets.h"
+#include "host/packets.h"
 
 #include <sys/socket.h>
 
@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <cstring>
 
-namespace grasp {
+namespace zelhost {
 namespace {
 
 // Both sides are processes of one program on one machine.
@@ -67,4 +67,4 @@ bool send_whole(int socket, const Packet& packet) {
   return true;
 }
 
-}  // namespace grasp
+}  // namespace zelhost

@@ -1,4 +1,4 @@
-#include "grasp/batch/held_signals.h"
+#include "host/held_signals.h"
 
 #include <sys/signalfd.h>
 
@@ -6,9 +6,7 @@
 #include <cerrno>
 #include <system_error>
 
-#include "host/descriptor.h"
-
-namespace grasp {
+namespace zelhost {
 namespace {
 
 constexpr std::array kHeld = {SIGINT, SIGQUIT, SIGTERM, SIGHUP};
@@ -22,7 +20,7 @@ HeldSignals::HeldSignals() {
     sigaction(each, nullptr, &action);
     if (action.sa_handler != SIG_IGN) sigaddset(&held_, each);
   }
-  arrival_ = zelhost::Descriptor(signalfd(-1, &held_, SFD_CLOEXEC));
+  arrival_ = Descriptor(signalfd(-1, &held_, SFD_CLOEXEC));
   if (!arrival_.is_open()) throw std::system_error(errno, std::generic_category(), "signalfd");
   sigprocmask(SIG_BLOCK, &held_, &before_);
 }
@@ -44,4 +42,4 @@ void HeldSignals::release() const {
   sigprocmask(SIG_SETMASK, &before_, nullptr);
 }
 
-}  // namespace grasp
+}  // namespace zelhost

@@ -1,4 +1,4 @@
-// A line on the terminal that says which method is running, and for how long.
+// A line on the terminal that says what is running, and for how long.
 #pragma once
 
 #include <chrono>
@@ -7,12 +7,13 @@
 #include <string>
 #include <thread>
 
-namespace zelrun {
+namespace zelhost {
 
 /// While it lives, and after the first second, a line on the terminal counts the
 /// seconds; it is gone afterwards. Does nothing where standard error is no terminal.
 class Progress {
  public:
+  /// @param what on one line; as much of it is shown as the terminal has room for.
   explicit Progress(std::string what);
   ~Progress();
   Progress(const Progress&) = delete;
@@ -31,4 +32,4 @@ class Progress {
   std::thread thread_;
 };
 
-}  // namespace zelrun
+}  // namespace zelhost

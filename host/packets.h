@@ -1,4 +1,4 @@
-// Texts over a stream socket, each with its kind and length before it.
+// Texts between processes, each with its kind and length before it.
 #pragma once
 
 #include <cstddef>
@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace grasp {
+namespace zelhost {
 
 struct Packet {
   /// Whoever sends and receives agree on it.
@@ -16,7 +16,7 @@ struct Packet {
   friend bool operator==(const Packet&, const Packet&) = default;
 };
 
-/// As it goes over the socket.
+/// As it goes over a socket or through a pipe.
 std::string to_bytes(const Packet& packet);
 
 /// Puts packets together from bytes as they come.
@@ -32,10 +32,10 @@ class PacketAssembler {
   std::size_t begin_ = 0;
 };
 
-/// Waits for a packet. @return none if the other side has gone.
+/// Waits for a packet over a stream socket. @return none if the other side has gone.
 std::optional<Packet> receive(int socket, PacketAssembler& assembler);
 
 /// @return whether the other side is still there.
 bool send_whole(int socket, const Packet& packet);
 
-}  // namespace grasp
+}  // namespace zelhost

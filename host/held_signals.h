@@ -5,7 +5,7 @@
 
 #include "host/descriptor.h"
 
-namespace grasp {
+namespace zelhost {
 
 /// While it lives, SIGINT, SIGQUIT, SIGTERM and SIGHUP wait; those that came do their
 /// work when it goes. So whoever has processes and files to remove sees arrived(),
@@ -33,7 +33,7 @@ class HeldSignals {
  private:
   sigset_t held_{};
   sigset_t before_{};
-  zelhost::Descriptor arrival_;
+  Descriptor arrival_;
 };
 
-}  // namespace grasp
+}  // namespace zelhost
