@@ -90,12 +90,24 @@ class CommandsTest(unittest.TestCase):
                 with self.subTest(document=f"{name}:{block.line}"):
                     shown = self.run_block(name, block, folder, environment)
                     rewritten = rewritten.replace(block.text, shown, 1)
+            for picture in re.findall(r"!\[[^]]*\]\(([^)]+)\)", text):
+                with self.subTest(document=name, picture=picture):
+                    self.check_picture(path.parent / picture, folder)
         for code in blocks.inline_code(text):
             with self.subTest(document=name, code=code):
                 self.assertEqual(self.options.unknown(code), [])
         if rewritten != text and os.environ.get("UPDATE_GOLDEN"):
             path.write_text(rewritten, encoding="utf-8")
             self.fail(f"rewritten: {path}")
+
+    def check_picture(self, shown, folder):
+        """A picture of a document is one that its commands have drawn."""
+        drawn = (folder / shown.name).read_text(encoding="utf-8")
+        if console.same_picture(shown.read_text(encoding="utf-8"), drawn):
+            return
+        if os.environ.get("UPDATE_GOLDEN"):
+            shown.write_text(drawn, encoding="utf-8")
+        self.fail(f"{shown} is not what is drawn today")
 
     def run_block(self, name, block, folder, environment):
         """Returns the block as it should stand there."""
@@ -157,6 +169,11 @@ class ConsoleTest(unittest.TestCase):
         self.assertFalse(console.same("a\n...\nx\n...\n", "a\nb\nc\nd\n"))
         self.assertFalse(console.same("a\n...\nb\n", "b\n"))
         self.assertFalse(console.same("...\nb\n", "b\nc\n"))
+
+    def test_of_pictures_the_last_digits_differ(self):
+        self.assertTrue(console.same_picture('<a x="1.23"/>', '<a x="1.24"/>'))
+        self.assertFalse(console.same_picture('<a x="1.23"/>', '<a x="1.33"/>'))
+        self.assertFalse(console.same_picture('<a x="1.23"/>', '<b x="1.23"/>'))
 
     def test_commands_go_on_behind_a_backslash(self):
         self.assertEqual(

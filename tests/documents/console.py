@@ -102,3 +102,13 @@ def same(shown, printed):
                 return False
         at += len(chunk)
     return at + len(last) <= len(lines) and _same_lines(last, lines[len(lines) - len(last) :])
+
+
+def same_picture(shown, drawn):
+    """Whether two drawings show the same, to a twentieth of a point."""
+    a, b = _SPLIT.split(shown), _SPLIT.split(drawn)
+    return (
+        len(a) == len(b)
+        and a[::2] == b[::2]
+        and all(abs(float(x) - float(y)) <= 0.05 for x, y in zip(a[1::2], b[1::2]))
+    )
