@@ -53,10 +53,10 @@ class Options:
     def unknown(self, code):
         """The options and pieces in a piece of code that there are not."""
         wrong = []
-        for words in re.split(r"[|;&\n]|\$\(", re.sub(r"\\\n", " ", code)):
-            words = re.sub(r"'[^']*'|#.*", "", words)
+        for words in re.split(r"[|;&\n]", re.sub(r"\\\n", " ", code)):
+            words = re.sub(r"(^|\s)#.*", "", words)
             for program in PROGRAMS:
-                command = re.search(rf"(?:^|[ /']){program}( .*|$)", words)
+                command = re.search(rf"(?:^|[ /'(]){program}( .*|$)", words)
                 if command:
                     given = options_in(command.group(1))
                     wrong += [f"{program} {o}" for o in sorted(given - self._of(program))]
@@ -212,6 +212,7 @@ class OptionsTest(unittest.TestCase):
         self.assertEqual(unknown("grasp --ask all a.json | sort --no-such"), [])
         self.assertEqual(unknown("x=1 grasp --nsk all \\\n --batch a"), ["grasp --nsk"])
         self.assertEqual(unknown("zelrun run -x a.json"), ["zelrun run -x"])
+        self.assertEqual(unknown("parallel 'grasp $(({#}+1)) --nsk -' ::: a"), ["grasp --nsk"])
         self.assertEqual(unknown("scripts/test layout && scripts/test out"), ["scripts/test out"])
 
 
