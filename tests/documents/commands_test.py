@@ -39,7 +39,7 @@ def like_the_project(folder):
 def pieces_of_the_test():
     """The pieces that scripts/test knows: those whose usage it prints."""
     script = (blocks.ROOT / "scripts" / "test").read_text(encoding="utf-8")
-    return set(re.search(r"usage: scripts/test \[([\w|]+)\]", script).group(1).split("|"))
+    return set(re.search(r"usage: scripts/test \[([\w|-]+)\]", script).group(1).split("|"))
 
 
 def options_in(text):
@@ -61,7 +61,7 @@ class Options:
                     given = options_in(command.group(1))
                     wrong += [f"{program} {o}" for o in sorted(given - self._of(program))]
                     break
-            for piece in re.findall(r"scripts/test ([a-z]\w*)", words):
+            for piece in re.findall(r"scripts/test ([a-z][\w-]*)", words):
                 if piece not in pieces_of_the_test():
                     wrong.append(f"scripts/test {piece}")
         return wrong
