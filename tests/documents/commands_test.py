@@ -17,6 +17,7 @@ import sys
 import tempfile
 import unittest
 
+sys.dont_write_bytecode = True  # tests leave nothing in the tree
 import blocks
 import console
 
