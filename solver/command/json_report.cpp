@@ -168,18 +168,22 @@ class Places {
       while (first_block_ > 0 && blocks[first_block_ - 1].condition == blocks[block].condition) {
         --first_block_;
       }
-      split_ = condition.is_matrix && condition.sense != Condition::Sense::kEqual;
-      rows_ = split_ ? rows_of_blocks(condition) : std::vector<std::vector<std::int32_t>>{};
+      rows_.clear();
+      entries_.clear();
+      if (condition.is_matrix) {
+        rows_ = rows_of_blocks(condition);
+      } else {
+        entries_ = entries_of_blocks(condition);
+      }
     }
     const std::size_t within = block - first_block_;
     json["line"] = line_of(report_, condition.where);
     json["condition"] = number + 1;
     json["block"] = within + 1;
-    if (split_) {
+    if (condition.is_matrix) {
       for (const std::int32_t row : rows_[within]) json["rows"].push_back(row + 1);
     } else {
-      const auto columns = static_cast<std::size_t>(condition.difference.columns);
-      json["entry"] = {within / columns + 1, within % columns + 1};
+      json["entry"] = {entries_[within].first + 1, entries_[within].second + 1};
     }
   }
 
@@ -187,8 +191,9 @@ class Places {
   const Report& report_;
   std::size_t condition_ = static_cast<std::size_t>(-1);
   std::size_t first_block_ = 0;
-  bool split_ = false;
+  // Of the condition's blocks; which of the two depends on what it is a condition on.
   std::vector<std::vector<std::int32_t>> rows_;
+  std::vector<std::pair<std::int32_t, std::int32_t>> entries_;
 };
 
 Json certificate(const Report& report) {
