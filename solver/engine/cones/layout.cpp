@@ -12,10 +12,6 @@ namespace {
 
 using Cone = ConeProgram::Cone;
 
-// Coefficients that differ by less, against the largest of their form, differ by how
-// they were scaled.
-constexpr double kSameForm = 1e-13;
-
 /// An affine function of the unknowns.
 struct Form {
   double constant = 0;
