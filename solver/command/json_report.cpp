@@ -4,7 +4,11 @@
 #include <algorithm>
 #include <cmath>
 #include <nlohmann/json.hpp>
+#include <utility>
+#include <vector>
 
+#include "solver/command/words.h"
+#include "solver/language/relation.h"
 #include "solver/problem/structure.h"
 #include "version.h"
 
@@ -35,18 +39,6 @@ Json values(const Variable& variable, const std::vector<double>& point) {
                 values_of(variable, point));
 }
 
-const char* verdict_words(Verdict verdict) {
-  switch (verdict) {
-    case Verdict::kFeasible:
-      return "FEASIBLE";
-    case Verdict::kInfeasible:
-      return "INFEASIBLE";
-    case Verdict::kUndetermined:
-      return "FEASIBILITY CANNOT BE DETERMINED";
-  }
-  return "";
-}
-
 const char* shape_word(const Variable& variable) {
   switch (variable.shape) {
     case Variable::Shape::kGeneral:
@@ -55,18 +47,6 @@ const char* shape_word(const Variable& variable) {
       return "symmetric";
     case Variable::Shape::kDiagonal:
       return "diagonal";
-  }
-  return "";
-}
-
-const char* relation_of(const Condition& condition) {
-  switch (condition.sense) {
-    case Condition::Sense::kStrict:
-      return "> 0";
-    case Condition::Sense::kNonStrict:
-      return ">= 0";
-    case Condition::Sense::kEqual:
-      return "== 0";
   }
   return "";
 }
@@ -137,7 +117,7 @@ Json conditions(const Report& report) {
   Json result = Json::array();
   for (const Condition& condition : report.model->conditions) {
     result.push_back({{"line", line_of(report, condition.where)},
-                      {"relation", relation_of(condition)},
+                      {"relation", relation_text(condition.sense)},
                       {"of", condition.is_matrix ? "matrix" : "entries"},
                       {"rows", condition.difference.rows},
                       {"columns", condition.difference.columns}});
