@@ -3,16 +3,19 @@
 // loading the plug-in with its tree against loading an empty library.
 //
 // Goals: "ratio" of firing and of the command 1.1; "beyond" of loading 1 ms.
-#include <benchmark/benchmark.h>
 #include <dlfcn.h>
 
 #include <cstdlib>
+#include <exception>
 #include <filesystem>
+#include <iostream>
 #include <nlohmann/json.hpp>
+#include <stdexcept>
 #include <string>
 
 #include "bench/compare.h"
 #include "bench/four_contacts.h"
+#include "bench/suite.h"
 #include "host/host.h"
 #include "host/network.h"
 #include "host/plugin.h"
@@ -67,10 +70,10 @@ void fire(benchmark::State& state) {
       [&] { failed = direct.run() != 0 || failed; });
   const auto& found = network.steps().front().method.unit->outputs()[0];
   if (failed || found.value() != zelhost::PortValue(std::vector<float>{1}))
-    state.SkipWithError("a run failed or found no internal force");
+    throw std::runtime_error("a run failed or found no internal force");
   if (test_support::content_of(direct.definitionFile) !=
       test_support::content_of(folder.path("network.in")))
-    state.SkipWithError("the two ask different questions");
+    throw std::runtime_error("the two ask different questions");
 }
 
 // From starting zelrun to its end, with all that it prints.
@@ -89,7 +92,7 @@ void command(benchmark::State& state) {
       [&] {
         for (int i = 0; i < kFirings; ++i) failed = direct.run() != 0 || failed;
       });
-  if (failed) state.SkipWithError("a run failed");
+  if (failed) throw std::runtime_error("a run failed");
 }
 
 // A library is loaded once, so each round loads a copy of its own.
@@ -117,13 +120,18 @@ void load(benchmark::State& state) {
         failed = host.create(icon, icon.presets()).methods().size() != 11 || failed;
       },
       [&] { failed = dlopen(empty.c_str(), RTLD_NOW | RTLD_LOCAL) == nullptr || failed; }, copy);
-  if (failed) state.SkipWithError("a library was not loaded");
+  if (failed) throw std::runtime_error("a library was not loaded");
 }
-
-BENCHMARK(fire)->UseManualTime()->Iterations(kFirings)->Unit(benchmark::kMillisecond);
-BENCHMARK(command)->UseManualTime()->Iterations(5)->Unit(benchmark::kMillisecond);
-BENCHMARK(load)->UseManualTime()->Iterations(200)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) try {
+  bench::Suite suite;
+  suite.add("fire", fire)->UseManualTime()->Iterations(kFirings)->Unit(benchmark::kMillisecond);
+  suite.add("command", command)->UseManualTime()->Iterations(5)->Unit(benchmark::kMillisecond);
+  suite.add("load", load)->UseManualTime()->Iterations(200)->Unit(benchmark::kMillisecond);
+  return suite.run(argc, argv);
+} catch (const std::exception& error) {
+  std::cerr << "host_bench: " << error.what() << "\n";
+  return 1;
+}

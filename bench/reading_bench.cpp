@@ -6,18 +6,21 @@
 // A program that reads one definition and ends gets its memory from the system,
 // page by page, and that is a good part of what reading costs it. So memory goes
 // back to the system after each round, except "with memory at hand".
-#include <benchmark/benchmark.h>
 #include <malloc.h>
 
 #include <charconv>
+#include <exception>
+#include <iostream>
 #include <optional>
-#include <random>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "bench/compare.h"
 #include "bench/counted_heap.h"
+#include "bench/random_numbers.h"
+#include "bench/suite.h"
 #include "solver/language/reader.h"
 #include "solver/problem/structure.h"
 #include "unit/sdpsol_compose.h"
@@ -27,21 +30,13 @@ namespace {
 using sdpsol_internal::Composed;
 using sdpsol_internal::Grasp;
 
-std::vector<double> random_numbers(std::size_t count) {
-  std::mt19937 random(1);
-  std::uniform_real_distribution<double> uniform(-1.0, 1.0);
-  std::vector<double> numbers(count);
-  for (double& number : numbers) number = uniform(random);
-  return numbers;
-}
-
 // All contacts with friction, as many coordinates as their forces have freedoms.
 std::string definition(Composed (*compose)(const Grasp&), std::size_t contacts) {
   const std::size_t components = 3 * contacts;
-  const std::vector<double> base = random_numbers(components * (components - 6));
+  const std::vector<double> base = bench::random_numbers(components * (components - 6));
   const std::vector<int> types(contacts, 3);
   const std::vector<double> friction(contacts, 0.5);
-  const std::vector<double> bounds = random_numbers(2 * components);
+  const std::vector<double> bounds = bench::random_numbers(2 * components);
   return *compose({base, types, friction, bounds}).definition;
 }
 
@@ -106,7 +101,7 @@ void measure(benchmark::State& state, const std::string& text, Memory memory) {
         benchmark::ClobberMemory();
       },
       [&] {
-        if (!reading->problem) state.SkipWithError("the definition is refused");
+        if (!reading->problem) throw std::runtime_error("the definition is refused");
         reading.emplace();
         copy = text;
         if (fresh) malloc_trim(0);
@@ -121,37 +116,38 @@ void measure(benchmark::State& state, const std::string& text, Memory memory) {
   state.counters["numbers"] = static_cast<double>(numbers.size());
 }
 
-void all_contacts(benchmark::State& state, Memory memory) {
-  const auto contacts = static_cast<std::size_t>(state.range(0));
-  measure(state, definition(sdpsol_internal::compose_all, contacts), memory);
-}
+struct Text {
+  const char* name;
+  Composed (*compose)(const Grasp&);
+  std::vector<std::size_t> contacts;
+};
 
-void exists(benchmark::State& state, Memory memory) {
-  const auto contacts = static_cast<std::size_t>(state.range(0));
-  measure(state, definition(sdpsol_internal::compose_exists, contacts), memory);
+void add_all(bench::Suite& suite) {
+  const Text texts[] = {{"all_contacts", sdpsol_internal::compose_all, {4, 33, 100}},
+                        {"exists", sdpsol_internal::compose_exists, {100}}};
+  for (const Memory memory : {Memory::kFresh, Memory::kAtHand}) {
+    const std::string with = memory == Memory::kFresh ? "/fresh_memory/" : "/memory_at_hand/";
+    for (const Text& text : texts) {
+      for (const std::size_t contacts : text.contacts) {
+        suite
+            .add(text.name + with + std::to_string(contacts),
+                 [compose = text.compose, contacts, memory](benchmark::State& state) {
+                   measure(state, definition(compose, contacts), memory);
+                 })
+            ->UseManualTime()
+            ->Unit(benchmark::kMillisecond);
+      }
+    }
+  }
 }
-
-BENCHMARK_CAPTURE(all_contacts, fresh_memory, Memory::kFresh)
-    ->Arg(4)
-    ->Arg(33)
-    ->Arg(100)
-    ->UseManualTime()
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(exists, fresh_memory, Memory::kFresh)
-    ->Arg(100)
-    ->UseManualTime()
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(all_contacts, memory_at_hand, Memory::kAtHand)
-    ->Arg(4)
-    ->Arg(33)
-    ->Arg(100)
-    ->UseManualTime()
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(exists, memory_at_hand, Memory::kAtHand)
-    ->Arg(100)
-    ->UseManualTime()
-    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) try {
+  bench::Suite suite;
+  add_all(suite);
+  return suite.run(argc, argv);
+} catch (const std::exception& error) {
+  std::cerr << "reading_bench: " << error.what() << "\n";
+  return 1;
+}

@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <map>
 #include <stdexcept>
-#include <string_view>
 #include <utility>
 
 namespace bench {

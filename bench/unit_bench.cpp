@@ -4,37 +4,31 @@
 // The counter "ratio" is what counts; goals: 2 for composing, 4 for parsing, at
 // every size from 10^4 to 10^6 entries. Beyond a few megabytes the memory of the
 // lists, fetched page by page, adds to what an entry costs.
-#include <benchmark/benchmark.h>
-
 #include <array>
 #include <charconv>
 #include <cstring>
-#include <random>
+#include <exception>
+#include <iostream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "bench/compare.h"
+#include "bench/random_numbers.h"
+#include "bench/suite.h"
 #include "unit/sdpsol_compose.h"
 #include "unit/sdpsol_text.h"
 #include "unit/sdpsol_wrapper.h"
 
 namespace {
 
-std::vector<double> random_numbers(std::size_t count) {
-  std::mt19937 random(1);
-  std::uniform_real_distribution<double> uniform(-1.0, 1.0);
-  std::vector<double> numbers(count);
-  for (double& number : numbers) number = uniform(random);
-  return numbers;
-}
-
 void compose_contacts(benchmark::State& state) {
   const auto contacts = static_cast<std::size_t>(state.range(0));
   const std::size_t components = 3 * contacts;
-  const std::vector<double> base = random_numbers(components * (components - 6));
+  const std::vector<double> base = bench::random_numbers(components * (components - 6));
   const std::vector<int> types(contacts, 3);
-  const std::vector<double> friction = random_numbers(contacts);
-  const std::vector<double> bounds = random_numbers(2 * components);
+  const std::vector<double> friction = bench::random_numbers(contacts);
+  const std::vector<double> bounds = bench::random_numbers(2 * components);
   // Every number that the text holds; a friction coefficient stands there three times.
   std::vector<double> numbers = base;
   for (int copy = 0; copy < 3; ++copy) {
@@ -115,25 +109,39 @@ void parse(benchmark::State& state, const std::vector<double>& numbers, const st
         benchmark::DoNotOptimize(values.data());
         benchmark::ClobberMemory();
       });
-  if (driver.lastResult.variableValues != numbers) state.SkipWithError("the values differ");
+  if (driver.lastResult.variableValues != numbers) throw std::runtime_error("the values differ");
 }
 
 void parse_scalars(benchmark::State& state) {
-  const std::vector<double> numbers = random_numbers(static_cast<std::size_t>(state.range(0)));
+  const std::vector<double> numbers =
+      bench::random_numbers(static_cast<std::size_t>(state.range(0)));
   parse(state, numbers, scalar_result(numbers));
 }
 
 void parse_matrix(benchmark::State& state) {
   const auto order = static_cast<std::size_t>(state.range(0));
-  const std::vector<double> numbers = random_numbers(order * order);
+  const std::vector<double> numbers = bench::random_numbers(order * order);
   parse(state, numbers, matrix_result(numbers));
 }
 
-// 100 contacts have a base of 300 x 294, 33 and 315 a tenth and ten times its entries.
-BENCHMARK(compose_contacts)->Arg(4)->Arg(33)->Arg(100)->Arg(315)->UseManualTime();
-BENCHMARK(parse_scalars)->RangeMultiplier(10)->Range(10'000, 1'000'000)->UseManualTime();
-BENCHMARK(parse_matrix)->Arg(100)->Arg(400)->Arg(1000)->UseManualTime();
-
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) try {
+  bench::Suite suite;
+  // 100 contacts have a base of 300 x 294, 33 and 315 a tenth and ten times its entries.
+  suite.add("compose_contacts", compose_contacts)
+      ->Arg(4)
+      ->Arg(33)
+      ->Arg(100)
+      ->Arg(315)
+      ->UseManualTime();
+  suite.add("parse_scalars", parse_scalars)
+      ->RangeMultiplier(10)
+      ->Range(10'000, 1'000'000)
+      ->UseManualTime();
+  suite.add("parse_matrix", parse_matrix)->Arg(100)->Arg(400)->Arg(1000)->UseManualTime();
+  return suite.run(argc, argv);
+} catch (const std::exception& error) {
+  std::cerr << "unit_bench: " << error.what() << "\n";
+  return 1;
+}

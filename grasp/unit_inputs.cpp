@@ -25,7 +25,8 @@ double last_place(double value) {
 
 float rounded_down(double value) {
   const double nearest = to_written_digits(value);
-  return static_cast<float>(nearest > value ? to_written_digits(nearest - last_place(nearest)) : nearest);
+  return static_cast<float>(nearest > value ? to_written_digits(nearest - last_place(nearest))
+                                            : nearest);
 }
 
 float rounded_up(double value) {

@@ -7,10 +7,9 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
-#include <iostream>
 #include <system_error>
 
+#include "grasp/batch/printed_text.h"
 #include "grasp/batch/scratch_folder.h"
 #include "host/descriptor.h"
 #include "host/held_signals.h"
@@ -21,12 +20,6 @@ namespace grasp {
 namespace {
 
 namespace fs = std::filesystem;
-
-void flush_all() {
-  std::cout.flush();
-  std::cerr.flush();
-  std::fflush(nullptr);
-}
 
 // Waits until the child has ended or is to be ended. @return whether it has.
 bool wait_for(const zelhost::Descriptor& child, const zelhost::HeldSignals& signals) {

@@ -14,12 +14,12 @@ namespace {
 
 constexpr std::size_t kLongest = 10'000;
 
+}  // namespace
+
 void flush_all() {
   std::cout.flush();
   std::fflush(nullptr);
 }
-
-}  // namespace
 
 std::string PrintedText::text() const {
   flush_all();

@@ -5,6 +5,10 @@
 
 namespace grasp {
 
+/// Writes out what this process still holds back of its standard streams, before another
+/// process shares them or they are looked at.
+void flush_all();
+
 /// In a worker standard output and standard error are one file, which is emptied after
 /// each answer: so it never grows, and what stands in it belongs to one request.
 class PrintedText {

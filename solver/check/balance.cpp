@@ -21,18 +21,6 @@ constexpr double kIndependent = 1e-7;
 // Cutting matrices of so few rows into pieces costs more than their product.
 constexpr Eigen::Index kSmallGram = 24;
 
-/// Largest s of a few powers of ten with a proven "smallest singular value >= s",
-/// from gram = A*A' known within `error` entry by entry; 0 if there is none.
-double proven_smallest_singular_value(const Eigen::MatrixXd& gram, double error) {
-  const Eigen::MatrixXd errors = Eigen::MatrixXd::Constant(gram.rows(), gram.cols(), error);
-  for (const double s : {0.3, 1e-1, 1e-2, 1e-3, 1e-4, 1e-5, 1e-6, 3e-7}) {
-    Eigen::MatrixXd shifted = gram;
-    shifted.diagonal().array() -= s * s;
-    if (certainly_positive_definite(shifted, errors)) return s;
-  }
-  return 0;
-}
-
 /// A*A'.
 Eigen::MatrixXd gram_of(const Eigen::MatrixXd& a) {
   if (a.rows() <= kSmallGram) return a.lazyProduct(a.transpose());
@@ -159,7 +147,9 @@ bool Balance::settle(const std::vector<Eigen::Index>& rows) {
   // of the product and by the error of the two rows.
   const double gram_error =
       sum_rounding(static_cast<std::size_t>(weights_.packed().size())) + 3 * worst_error;
-  const double smallest = proven_smallest_singular_value(gram, gram_error);
+  const double smallest = proven_smallest_singular_value(
+      gram, Eigen::MatrixXd::Constant(gram.rows(), gram.cols(), gram_error),
+      {0.3, 1e-1, 1e-2, 1e-3, 1e-4, 1e-5, 1e-6, 3e-7});
   if (!(smallest > 0)) return false;
 
   move(chosen, gram, rows);

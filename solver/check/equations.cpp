@@ -89,6 +89,51 @@ bool follows_exactly(const Problem& problem, const Block& row,
   return true;
 }
 
+struct Residuals {
+  Eigen::VectorXd bounds;  ///< on their sizes, in the scale of the rows
+  bool all_zero = true;    ///< exactly
+};
+
+/// Nothing if one of them is beyond exact arithmetic.
+std::optional<Residuals> bound_residuals(const Problem& problem,
+                                         const std::vector<std::size_t>& equations,
+                                         const std::vector<double>& point,
+                                         const Eigen::VectorXd& row_scale) {
+  Residuals residuals{Eigen::VectorXd(row_scale.size())};
+  for (Eigen::Index e = 0; e < row_scale.size(); ++e) {
+    const ExactSum sum =
+        exact_residual(problem.blocks[equations[static_cast<std::size_t>(e)]], point);
+    if (!sum.exact()) return std::nullopt;
+    residuals.all_zero = residuals.all_zero && sum.certainly_zero();
+    residuals.bounds[e] = std::fabs(sum.estimate()) * (1 + 1e-12) * row_scale[e];
+  }
+  return residuals;
+}
+
+/// True if every equation that is not among the independent ones is exactly a combination
+/// of these.
+/// @param chosen the independent rows, scaled.
+bool others_follow(const Problem& problem, const std::vector<std::size_t>& equations,
+                   const ScaledEquations& scaled, const ColumnOrder& rows, Eigen::MatrixXd chosen) {
+  std::vector<std::size_t> basis;
+  for (Eigen::Index i = 0; i < rows.rank; ++i) {
+    const Eigen::Index e = rows.order[static_cast<std::size_t>(i)];
+    basis.push_back(equations[static_cast<std::size_t>(e)]);
+    chosen.row(i) /= scaled.row_scale[e];
+  }
+  const LeastSquares combine(chosen.transpose());
+  for (Eigen::Index i = rows.rank; i < scaled.matrix.rows(); ++i) {
+    const Eigen::Index e = rows.order[static_cast<std::size_t>(i)];
+    const Eigen::VectorXd row = scaled.matrix.row(e).transpose() / scaled.row_scale[e];
+    const Eigen::VectorXd combination = combine.solve(row);
+    const Block& equation = problem.blocks[equations[static_cast<std::size_t>(e)]];
+    if (!combination.allFinite() || !follows_exactly(problem, equation, basis, combination)) {
+      return false;
+    }
+  }
+  return true;
+}
+
 }  // namespace
 
 void move_onto(const Problem& problem, const std::vector<std::size_t>& equations,
@@ -115,65 +160,39 @@ std::optional<std::vector<double>> distance_to_solution(const Problem& problem,
                                                         const std::vector<std::size_t>& equations,
                                                         const std::vector<double>& point) {
   const ScaledEquations scaled = scale_equations(problem, equations);
-  const auto [rank, order] = order_columns(scaled.matrix.transpose(), kIndependentEquation);
+  const auto residual = bound_residuals(problem, equations, point, scaled.row_scale);
+  if (!residual) return std::nullopt;
+  if (residual->all_zero) return std::vector<double>{};
+  const ColumnOrder rows = order_columns(scaled.matrix.transpose(), kIndependentEquation);
+  if (rows.rank == 0) return std::nullopt;
 
-  bool all_exact = true;
-  Eigen::VectorXd residual(scaled.matrix.rows());
-  for (Eigen::Index e = 0; e < residual.size(); ++e) {
-    const ExactSum sum =
-        exact_residual(problem.blocks[equations[static_cast<std::size_t>(e)]], point);
-    all_exact = all_exact && sum.certainly_zero();
-    residual[e] = std::fabs(sum.estimate()) * (1 + 1e-12) * scaled.row_scale[e];
-    if (!sum.exact()) return std::nullopt;
-  }
-  if (all_exact) return std::vector<double>{};
-  if (rank == 0) return std::nullopt;
-
-  std::vector<std::size_t> basis;
-  Eigen::MatrixXd chosen(rank, scaled.matrix.cols());
+  Eigen::MatrixXd chosen(rows.rank, scaled.matrix.cols());
   double largest = 0;
-  for (Eigen::Index i = 0; i < rank; ++i) {
-    const Eigen::Index e = order[static_cast<std::size_t>(i)];
-    basis.push_back(equations[static_cast<std::size_t>(e)]);
+  for (Eigen::Index i = 0; i < rows.rank; ++i) {
+    const Eigen::Index e = rows.order[static_cast<std::size_t>(i)];
     chosen.row(i) = scaled.matrix.row(e);
-    largest = std::max(largest, residual[e]);
+    largest = std::max(largest, residual->bounds[e]);
   }
-  Eigen::MatrixXd unscaled = chosen;
-  for (Eigen::Index i = 0; i < rank; ++i) {
-    unscaled.row(i) /= scaled.row_scale[order[static_cast<std::size_t>(i)]];
-  }
-  const LeastSquares combine(unscaled.transpose());
-  for (Eigen::Index i = rank; i < scaled.matrix.rows(); ++i) {
-    const Eigen::Index e = order[static_cast<std::size_t>(i)];
-    const Eigen::VectorXd row = scaled.matrix.row(e).transpose() / scaled.row_scale[e];
-    const Eigen::VectorXd combination = combine.solve(row);
-    if (!combination.allFinite() ||
-        !follows_exactly(problem, problem.blocks[equations[static_cast<std::size_t>(e)]], basis,
-                         combination)) {
-      return std::nullopt;
-    }
-  }
+  if (!others_follow(problem, equations, scaled, rows, chosen)) return std::nullopt;
+
   // Scaling by powers of two is exact, so the rows are known without error; the
   // product rounds.
   const Eigen::MatrixXd gram = chosen * chosen.transpose();
   const Eigen::MatrixXd error = (chosen.cwiseAbs() * chosen.cwiseAbs().transpose()) *
                                 sum_rounding(static_cast<std::size_t>(scaled.matrix.cols()));
-  for (const double s : {1.0, 1e-1, 1e-2, 1e-3, 1e-4, 1e-5, 1e-6}) {
-    Eigen::MatrixXd shifted = gram;
-    shifted.diagonal().array() -= s * s;
-    if (!certainly_positive_definite(shifted, error)) continue;
-    // Residuals this small may have underflowed on the way.
-    const double norm =
-        largest * std::sqrt(static_cast<double>(rank)) + std::numeric_limits<double>::min();
-    const double distance = norm / s * (1 + 1e-10);
-    std::vector<double> distances;
-    for (Eigen::Index k = 0; k < scaled.column_scale.size(); ++k) {
-      const bool touched = !chosen.col(k).isZero(0);
-      distances.push_back(touched ? distance * scaled.column_scale[k] : 0.0);
-    }
-    return distances;
+  const double smallest =
+      proven_smallest_singular_value(gram, error, {1.0, 1e-1, 1e-2, 1e-3, 1e-4, 1e-5, 1e-6});
+  if (!(smallest > 0)) return std::nullopt;
+  // Residuals this small may have underflowed on the way.
+  const double norm =
+      largest * std::sqrt(static_cast<double>(rows.rank)) + std::numeric_limits<double>::min();
+  const double distance = norm / smallest * (1 + 1e-10);
+  std::vector<double> distances;
+  for (Eigen::Index k = 0; k < scaled.column_scale.size(); ++k) {
+    const bool touched = !chosen.col(k).isZero(0);
+    distances.push_back(touched ? distance * scaled.column_scale[k] : 0.0);
   }
-  return std::nullopt;
+  return distances;
 }
 
 }  // namespace sdpsol

@@ -1,7 +1,6 @@
 // What a point proves about a problem.
 #pragma once
 
-#include <string>
 #include <vector>
 
 #include "solver/problem/problem.h"

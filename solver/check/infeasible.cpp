@@ -65,10 +65,6 @@ bool have_usable_sizes(const Problem& problem, const std::vector<Multiplier>& mu
   });
 }
 
-}  // namespace
-
-namespace {
-
 /// Calls use(balance) with what the claim rests on, if there is one.
 template <typename Use>
 Disproof prove(const Problem& problem, const std::vector<Multiplier>& multipliers, Use use) {

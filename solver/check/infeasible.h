@@ -1,7 +1,6 @@
 // What multipliers prove about a problem.
 #pragma once
 
-#include <optional>
 #include <vector>
 
 #include "solver/check/balance.h"
@@ -37,8 +36,8 @@ Disproof disprove(const Problem& problem, const std::vector<Multiplier>& multipl
 std::vector<Multiplier> balanced_multipliers(const Problem& problem,
                                              const std::vector<Multiplier>& multipliers);
 
-/// An upper bound on the objective over all points with |v_k| <= big_m, proven
-/// by these multipliers; infinite if they prove none.
+/// An upper bound on the objective over all points, in a boxed problem those with
+/// |v_k| <= big_m, proven by these multipliers; infinite if they prove none.
 /// @param charged unknowns whose rest is meant to be charged to the box, which is
 ///        what holds them; the multipliers are moved onto the balance of the others.
 /// Requires problem.objective.

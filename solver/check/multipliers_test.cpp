@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "solver/check/balance.h"
 #include "solver/problem/test_problem.h"
 

@@ -37,4 +37,14 @@ bool certainly_positive_definite(const Eigen::MatrixXd& value, const Eigen::Matr
   return factor.info() == Eigen::Success && scaled.diagonal().allFinite();
 }
 
+double proven_smallest_singular_value(const Eigen::MatrixXd& gram, const Eigen::MatrixXd& error,
+                                      std::initializer_list<double> tried) {
+  for (const double s : tried) {
+    Eigen::MatrixXd shifted = gram;
+    shifted.diagonal().array() -= s * s;
+    if (certainly_positive_definite(shifted, error)) return s;
+  }
+  return 0;
+}
+
 }  // namespace sdpsol

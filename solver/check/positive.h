@@ -2,6 +2,7 @@
 #pragma once
 
 #include <Eigen/Core>
+#include <initializer_list>
 
 namespace sdpsol {
 
@@ -15,7 +16,13 @@ namespace sdpsol {
 /// @param value n x n, symmetric.  @param error n x n, symmetric, nonnegative.
 bool certainly_positive_definite(const Eigen::MatrixXd& value, const Eigen::MatrixXd& error);
 
-/// The same for one number.
+/// The first s of a few with a proven "no singular value of A is below s"; 0 if there is none.
+/// @param gram A*A', known within `error` entry by entry.
+/// @param tried from large to small.
+double proven_smallest_singular_value(const Eigen::MatrixXd& gram, const Eigen::MatrixXd& error,
+                                      std::initializer_list<double> tried);
+
+/// The same as certainly_positive_definite() for one number.
 inline bool certainly_positive(double value, double error) {
   return value > error;
 }

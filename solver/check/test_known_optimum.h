@@ -2,7 +2,6 @@
 #pragma once
 
 #include <random>
-#include <utility>
 #include <vector>
 
 #include "solver/problem/test_problem.h"

@@ -116,14 +116,6 @@ inline bool exactly_feasible(std::vector<ExactRow> rows) {
   });
 }
 
-/// True if some point satisfies every inequality strictly, equations aside.
-inline bool exactly_feasible_with_room(std::vector<ExactRow> rows) {
-  for (ExactRow& row : rows) {
-    if (row.sense == Sense::kNonStrict) row.sense = Sense::kStrict;
-  }
-  return exactly_feasible(std::move(rows));
-}
-
 /// The same rows as a problem; row i is condition i.
 inline Problem problem_of(const std::vector<ExactRow>& rows, std::int32_t unknowns) {
   Problem problem;

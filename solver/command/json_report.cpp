@@ -4,7 +4,11 @@
 #include <algorithm>
 #include <cmath>
 #include <nlohmann/json.hpp>
+#include <utility>
+#include <vector>
 
+#include "solver/command/words.h"
+#include "solver/language/relation.h"
 #include "solver/problem/structure.h"
 #include "version.h"
 
@@ -35,18 +39,6 @@ Json values(const Variable& variable, const std::vector<double>& point) {
                 values_of(variable, point));
 }
 
-const char* verdict_words(Verdict verdict) {
-  switch (verdict) {
-    case Verdict::kFeasible:
-      return "FEASIBLE";
-    case Verdict::kInfeasible:
-      return "INFEASIBLE";
-    case Verdict::kUndetermined:
-      return "FEASIBILITY CANNOT BE DETERMINED";
-  }
-  return "";
-}
-
 const char* shape_word(const Variable& variable) {
   switch (variable.shape) {
     case Variable::Shape::kGeneral:
@@ -55,18 +47,6 @@ const char* shape_word(const Variable& variable) {
       return "symmetric";
     case Variable::Shape::kDiagonal:
       return "diagonal";
-  }
-  return "";
-}
-
-const char* relation_of(const Condition& condition) {
-  switch (condition.sense) {
-    case Condition::Sense::kStrict:
-      return "> 0";
-    case Condition::Sense::kNonStrict:
-      return ">= 0";
-    case Condition::Sense::kEqual:
-      return "== 0";
   }
   return "";
 }
@@ -137,7 +117,7 @@ Json conditions(const Report& report) {
   Json result = Json::array();
   for (const Condition& condition : report.model->conditions) {
     result.push_back({{"line", line_of(report, condition.where)},
-                      {"relation", relation_of(condition)},
+                      {"relation", relation_text(condition.sense)},
                       {"of", condition.is_matrix ? "matrix" : "entries"},
                       {"rows", condition.difference.rows},
                       {"columns", condition.difference.columns}});
@@ -168,18 +148,22 @@ class Places {
       while (first_block_ > 0 && blocks[first_block_ - 1].condition == blocks[block].condition) {
         --first_block_;
       }
-      split_ = condition.is_matrix && condition.sense != Condition::Sense::kEqual;
-      rows_ = split_ ? rows_of_blocks(condition) : std::vector<std::vector<std::int32_t>>{};
+      rows_.clear();
+      entries_.clear();
+      if (condition.is_matrix) {
+        rows_ = rows_of_blocks(condition);
+      } else {
+        entries_ = entries_of_blocks(condition);
+      }
     }
     const std::size_t within = block - first_block_;
     json["line"] = line_of(report_, condition.where);
     json["condition"] = number + 1;
     json["block"] = within + 1;
-    if (split_) {
+    if (condition.is_matrix) {
       for (const std::int32_t row : rows_[within]) json["rows"].push_back(row + 1);
     } else {
-      const auto columns = static_cast<std::size_t>(condition.difference.columns);
-      json["entry"] = {within / columns + 1, within % columns + 1};
+      json["entry"] = {entries_[within].first + 1, entries_[within].second + 1};
     }
   }
 
@@ -187,8 +171,9 @@ class Places {
   const Report& report_;
   std::size_t condition_ = static_cast<std::size_t>(-1);
   std::size_t first_block_ = 0;
-  bool split_ = false;
+  // Of the condition's blocks; which of the two depends on what it is a condition on.
   std::vector<std::vector<std::int32_t>> rows_;
+  std::vector<std::pair<std::int32_t, std::int32_t>> entries_;
 };
 
 Json certificate(const Report& report) {

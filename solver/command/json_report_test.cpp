@@ -212,6 +212,19 @@ TEST(JsonReport, OfAContradictionHasItsWeights) {
             Json({{"line", 3}, {"condition", 3}, {"block", 1}, {"entry", {1, 1}}, {"weight", -7}}));
 }
 
+TEST(JsonReport, NamesTheEntriesOfAnEquationThatSayNothingElsewhere) {
+  // 0 == 0 is no block, and the ones behind it keep their places.
+  Solved solved("variable x, y;\n[0, x + y; x, 0; y, 2*x] == [0, 1; 2, 0; 3, 4];\n");
+  solved.outcome.verdict = Verdict::kInfeasible;
+  for (std::size_t block = 0; block < 4; ++block) {
+    solved.outcome.certificate.push_back({block, Eigen::MatrixXd::Constant(1, 1, 1)});
+  }
+  const Json json = solved.json();
+  std::vector<Json> entries;
+  for (const Json& one : json["certificate"]) entries.push_back(one["entry"]);
+  EXPECT_EQ(entries, (std::vector<Json>{{1, 2}, {2, 1}, {3, 1}, {3, 2}}));
+}
+
 TEST(JsonReport, OfAnUndecidedRunHasTheLastIterateIfItIsOne) {
   Solved solved("variable x, y(2,1);\nx > 0;\nmaximize o = x;\n");
   solved.outcome.reason = "numerical trouble: the engine gave up";

@@ -1,3 +1,4 @@
+// The process around a run: its streams, its signals, its ways to end.
 #include <fcntl.h>
 #include <unistd.h>
 

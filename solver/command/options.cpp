@@ -29,6 +29,13 @@ void add_file(CLI::App& app, const std::string& flags, std::optional<std::string
   app.add_option_function<std::string>(flags, take, help)->type_name("FILE");
 }
 
+ParsedCommandLine wrong_usage(const CLI::Error& error) {
+  ParsedCommandLine parsed;
+  parsed.status = kExitUsage;
+  parsed.error = std::string("sdpsol: ") + error.what() + "\nTry 'sdpsol --help'.\n";
+  return parsed;
+}
+
 }  // namespace
 
 bool prints_result(const Options& options) {
@@ -95,9 +102,12 @@ ParsedCommandLine parse_command_line(int argc, const char* const* argv) {
     parsed.output = app.help();
   } catch (const CLI::CallForVersion& version) {
     parsed.output = std::string(version.what()) + "\n";
+  } catch (const CLI::RequiredError& error) {
+    // The library looks for what is missing before it looks at what it does not know.
+    const std::vector<std::string> unknown = app.remaining();
+    parsed = unknown.empty() ? wrong_usage(error) : wrong_usage(CLI::ExtrasError(unknown));
   } catch (const CLI::ParseError& error) {
-    parsed.status = kExitUsage;
-    parsed.error = std::string("sdpsol: ") + error.what() + "\nTry 'sdpsol --help'.\n";
+    parsed = wrong_usage(error);
   }
   return parsed;
 }

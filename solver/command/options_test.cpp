@@ -115,6 +115,7 @@ TEST(CommandLine, TakesTheEnginesThatThereAre) {
 TEST(CommandLine, SaysWhatIsWrong) {
   EXPECT_EQ(refused({}), "sdpsol: DEFINITION is required");
   EXPECT_EQ(refused({"-q"}), "sdpsol: DEFINITION is required");
+  EXPECT_EQ(refused({"--bogus"}), "sdpsol: The following argument was not expected: --bogus");
   EXPECT_EQ(refused({"-x", "in"}), "sdpsol: The following argument was not expected: -x");
   EXPECT_EQ(refused({"in", "more"}), "sdpsol: The following argument was not expected: more");
   EXPECT_EQ(refused({"in", "-o"}), "sdpsol: --output: 1 required FILE missing");

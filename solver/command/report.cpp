@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "solver/check/evaluate.h"
 #include "solver/dense/symmetric_eigen.h"
+#include "solver/language/variables.h"
 
 namespace sdpsol {
 namespace {
@@ -63,24 +65,6 @@ std::vector<EqualityResidual> residuals_at(const Problem& problem, const std::ve
   return residuals;
 }
 
-/// Place of entry (row, column) among the unknowns of a variable; nothing for an entry
-/// that is 0 by its shape.
-std::optional<std::int32_t> offset_of(const Variable& variable, std::int32_t row,
-                                      std::int32_t column) {
-  switch (variable.shape) {
-    case Variable::Shape::kGeneral:
-      return row * variable.columns + column;
-    case Variable::Shape::kSymmetric: {
-      const std::int32_t low = std::max(row, column);
-      return low * (low + 1) / 2 + std::min(row, column);
-    }
-    case Variable::Shape::kDiagonal:
-      if (row == column) return row;
-      break;
-  }
-  return std::nullopt;
-}
-
 void add_objective(Report& report) {
   const Outcome& outcome = report.outcome;
   report.gap = std::max(0.0, *outcome.bound - *outcome.objective);
@@ -136,9 +120,9 @@ std::vector<double> values_of(const Variable& variable, const std::vector<double
                  static_cast<std::size_t>(variable.columns));
   for (std::int32_t row = 0; row < variable.rows; ++row) {
     for (std::int32_t column = 0; column < variable.columns; ++column) {
-      const auto offset = offset_of(variable, row, column);
+      const auto unknown = unknown_in_entry(variable, row, column);
       const auto first = static_cast<std::size_t>(variable.first_unknown);
-      values.push_back(offset ? point[first + static_cast<std::size_t>(*offset)] : 0.0);
+      values.push_back(unknown ? point[first + static_cast<std::size_t>(*unknown)] : 0.0);
     }
   }
   return values;

@@ -2,7 +2,6 @@
 // in which it is said.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 

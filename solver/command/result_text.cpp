@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "solver/command/words.h"
+#include "solver/language/diagnostics.h"
 #include "version.h"
 
 namespace sdpsol {
@@ -25,10 +26,9 @@ std::string lines_of(const std::vector<std::uint32_t>& lines) {
 }
 
 void append_sizes(const Report& report, std::string& text) {
-  text += count_text(static_cast<std::size_t>(report.model->unknown_count), "unknown", "unknowns") +
-          ", " + count_text(report.model->conditions.size(), "condition", "conditions") + ": " +
-          count_text(report.rows, "row", "rows") + ", " +
-          count_text(report.matrices, "matrix block", "matrix blocks");
+  text += count_text(static_cast<std::size_t>(report.model->unknown_count), "unknown") + ", " +
+          count_text(report.model->conditions.size(), "condition") + ": " +
+          count_text(report.rows, "row") + ", " + count_text(report.matrices, "matrix block");
   if (report.matrices > 0) {
     const std::string size = std::to_string(report.largest_matrix);
     text += " up to " + size + " x " + size;
@@ -72,26 +72,19 @@ void append_bound(const Report& report, std::string& text) {
 
 void append_evidence(const Report& report, std::string& text) {
   const Outcome& outcome = report.outcome;
-  switch (outcome.verdict) {
-    case Verdict::kFeasible:
-      text += "FEASIBLE\n";
-      append_point(report, text);
-      if (outcome.objective) append_bound(report, text);
-      break;
-    case Verdict::kInfeasible:
-      text += "INFEASIBLE\n" + outcome.reason + lines_of(report.reason_lines) + "\n";
-      break;
-    case Verdict::kUndetermined:
-      text += "FEASIBILITY CANNOT BE DETERMINED\n" + outcome.reason +
-              lines_of(report.reason_lines) + "\n";
-      break;
+  text += verdict_words(outcome.verdict);
+  text += '\n';
+  if (outcome.verdict == Verdict::kFeasible) {
+    append_point(report, text);
+    if (outcome.objective) append_bound(report, text);
+  } else {
+    text += outcome.reason + lines_of(report.reason_lines) + "\n";
   }
   if (outcome.iterations > 0) {
     text += "engine " + outcome.engine + ", " +
-            count_text(static_cast<std::size_t>(outcome.iterations), "iteration", "iterations");
+            count_text(static_cast<std::size_t>(outcome.iterations), "iteration");
     if (outcome.fallbacks > 0) {
-      text +=
-          ", " + count_text(static_cast<std::size_t>(outcome.fallbacks), "fallback", "fallbacks");
+      text += ", " + count_text(static_cast<std::size_t>(outcome.fallbacks), "fallback");
     }
     text += "\n";
   }

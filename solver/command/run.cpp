@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdio>
 #include <string>
+#include <utility>
 
 #include "solver/command/files.h"
 #include "solver/command/json_report.h"

@@ -1,8 +1,15 @@
 #include "solver/command/summary.h"
 
 #include <algorithm>
+#include <string_view>
+#include <vector>
 
 #include "solver/command/words.h"
+#include "solver/language/arithmetic.h"
+#include "solver/language/diagnostics.h"
+#include "solver/language/names.h"
+#include "solver/language/parameters.h"
+#include "solver/language/relation.h"
 #include "solver/language/variables.h"
 
 namespace sdpsol {
@@ -21,8 +28,8 @@ void for_each_run(const std::vector<T>& all, Alike alike, Visitor visit) {
 
 void append_variables(const Model& model, std::string& text) {
   const std::vector<Variable>& all = model.variables;
-  text += count_text(all.size(), "variable", "variables") + ", " +
-          count_text(static_cast<std::size_t>(model.unknown_count), "unknown", "unknowns") + "\n";
+  text += count_text(all.size(), "variable") + ", " +
+          count_text(static_cast<std::size_t>(model.unknown_count), "unknown") + "\n";
   const auto alike = [](const Variable& a, const Variable& b) {
     return shape_text(a) == shape_text(b);
   };
@@ -40,23 +47,11 @@ void append_variables(const Model& model, std::string& text) {
   });
 }
 
-std::string relation_text(const Condition& condition) {
-  switch (condition.sense) {
-    case Condition::Sense::kStrict:
-      return " > 0";
-    case Condition::Sense::kNonStrict:
-      return " >= 0";
-    case Condition::Sense::kEqual:
-      return " == 0";
-  }
-  return "";
-}
-
 std::string form_text(const Condition& condition) {
   const AffineMatrix& m = condition.difference;
-  if (m.rows == 1 && m.columns == 1) return "scalar" + relation_text(condition);
-  return std::to_string(m.rows) + "x" + std::to_string(m.columns) +
-         (condition.is_matrix ? " matrix" : " entries") + relation_text(condition);
+  const std::string relation = relation_text(condition.sense);
+  if (is_scalar(m)) return "scalar " + relation;
+  return shape_text(m) + (condition.is_matrix ? " matrix " : " entries ") + relation;
 }
 
 void append_blocks(const Problem& problem, std::string& text) {
@@ -68,18 +63,17 @@ void append_blocks(const Problem& problem, std::string& text) {
     ++(block.sense == Sense::kEqual ? equations : block.size == 1 ? rows : matrices);
     largest = std::max(largest, block.size);
   }
-  text += count_text(rows, "row", "rows");
-  if (equations > 0) text += ", " + count_text(equations, "equation", "equations");
+  text += count_text(rows, "row");
+  if (equations > 0) text += ", " + count_text(equations, "equation");
   if (matrices == 0) return;
   const std::string size = std::to_string(largest);
-  text +=
-      ", " + count_text(matrices, "matrix block", "matrix blocks") + " up to " + size + "x" + size;
+  text += ", " + count_text(matrices, "matrix block") + " up to " + size + "x" + size;
 }
 
 void append_conditions(const Source& source, const Model& model, const Problem& problem,
                        std::string& text) {
   const std::vector<Condition>& all = model.conditions;
-  text += count_text(all.size(), "condition", "conditions");
+  text += count_text(all.size(), "condition");
   if (!all.empty()) {
     text += ": ";
     append_blocks(problem, text);
@@ -100,18 +94,12 @@ void append_conditions(const Source& source, const Model& model, const Problem& 
 }
 
 void append_parameters(const Parameters& p, std::string& text) {
-  const Parameters usual;
-  const auto append = [&](const char* name, double value, double default_value) {
-    if (value == default_value) return;
-    text += std::string(name) + " = " + shortest(value) + " instead of " + shortest(default_value) +
-            "\n";
-  };
-  append("NU", p.nu, usual.nu);
-  append("GAMMA", p.gamma, usual.gamma);
-  append("MAXITER", p.max_iterations, usual.max_iterations);
-  append("ABSTOL", p.absolute_tolerance, usual.absolute_tolerance);
-  append("RELTOL", p.relative_tolerance, usual.relative_tolerance);
-  append("BIGM", p.big_m, usual.big_m);
+  for (const std::string_view name : kParameterNames) {
+    const double value = get_parameter(p, name);
+    const double usual = get_parameter({}, name);
+    if (value == usual) continue;
+    text += std::string(name) + " = " + shortest(value) + " instead of " + shortest(usual) + "\n";
+  }
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "solver/command/report.h"
+#include "solver/language/variables.h"
 
 namespace sdpsol {
 
@@ -16,17 +17,7 @@ inline Variable test_variable(Model& model, std::string name, std::int32_t rows 
   variable.columns = columns;
   variable.shape = shape;
   variable.first_unknown = model.unknown_count;
-  switch (shape) {
-    case Variable::Shape::kGeneral:
-      model.unknown_count += rows * columns;
-      break;
-    case Variable::Shape::kSymmetric:
-      model.unknown_count += rows * (rows + 1) / 2;
-      break;
-    case Variable::Shape::kDiagonal:
-      model.unknown_count += rows;
-      break;
-  }
+  model.unknown_count += static_cast<std::int32_t>(unknown_count(variable));
   return variable;
 }
 

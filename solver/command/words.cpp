@@ -5,6 +5,18 @@
 
 namespace sdpsol {
 
+const char* verdict_words(Verdict verdict) {
+  switch (verdict) {
+    case Verdict::kFeasible:
+      return "FEASIBLE";
+    case Verdict::kInfeasible:
+      return "INFEASIBLE";
+    case Verdict::kUndetermined:
+      return "FEASIBILITY CANNOT BE DETERMINED";
+  }
+  return "";
+}
+
 std::string shortest(double value) {
   if (value == 0) return "0";
   std::array<char, 32> buffer{};
@@ -17,10 +29,6 @@ std::string rounded(double value, int digits) {
   const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
                                           std::chars_format::general, digits);
   return {buffer.data(), end};
-}
-
-std::string count_text(std::size_t number, const char* one, const char* many) {
-  return std::to_string(number) + " " + (number == 1 ? one : many);
 }
 
 }  // namespace sdpsol

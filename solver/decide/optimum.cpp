@@ -28,14 +28,7 @@ bool is_boxed(const Selection& selection, std::int32_t unknown) {
 
 /// Unknowns of the objective that no condition knows: nothing but the box bounds them.
 std::vector<std::int32_t> free_unknowns(const Problem& problem, const Selection& selection) {
-  std::vector<bool> bounded(static_cast<std::size_t>(problem.unknowns), false);
-  auto mark = [&](std::size_t block) {
-    for (const AffineTerm& t : problem.blocks[block].terms) {
-      if (varies(t)) bounded[static_cast<std::size_t>(t.unknown)] = true;
-    }
-  };
-  for (const std::size_t b : selection.inequalities) mark(b);
-  for (const PinnedRow& row : selection.equations) mark(row.block);
+  const std::vector<bool> bounded = unknowns_in(problem, selection);
   std::vector<std::int32_t> free;
   for (std::int32_t k = 0; k < problem.unknowns; ++k) {
     const auto at = static_cast<std::size_t>(k);

@@ -2,14 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
-
-#include "solver/dense/symmetric_eigen.h"
+#include <utility>
 
 namespace sdpsol {
 namespace {
 
 // Eigenvalues below this share of the largest are rounding.
 constexpr double kNegligible = 1e-13;
+// Weights for each unknown that must balance.
 constexpr Eigen::Index kEnoughTimes = 8;
 
 /// What a coefficient is multiplied by at an iterate.
@@ -20,6 +20,18 @@ double factor_of(const ConeProgram::Coefficient& term, const Iterate& iterate) {
 }
 
 }  // namespace
+
+std::vector<bool> unknowns_in(const Problem& problem, const Selection& selection) {
+  std::vector<bool> occurs(static_cast<std::size_t>(problem.unknowns), false);
+  auto mark = [&](std::size_t block) {
+    for (const AffineTerm& t : problem.blocks[block].terms) {
+      if (varies(t)) occurs[static_cast<std::size_t>(t.unknown)] = true;
+    }
+  };
+  for (const std::size_t b : selection.inequalities) mark(b);
+  for (const PinnedRow& row : selection.equations) mark(row.block);
+  return occurs;
+}
 
 Program::Program(const Problem& problem, const Selection& selection, const Scaling& scaling,
                  Goal goal)
@@ -47,14 +59,7 @@ Program::Program(const Problem& problem, const Selection& selection, const Scali
 }
 
 void Program::number_unknowns() {
-  std::vector<bool> occurs(static_cast<std::size_t>(problem_.unknowns), false);
-  auto mark = [&](std::size_t block) {
-    for (const AffineTerm& t : problem_.blocks[block].terms) {
-      if (varies(t)) occurs[static_cast<std::size_t>(t.unknown)] = true;
-    }
-  };
-  for (const std::size_t b : selection_.inequalities) mark(b);
-  for (const PinnedRow& row : selection_.equations) mark(row.block);
+  const std::vector<bool> occurs = unknowns_in(problem_, selection_);
   place_.assign(occurs.size(), -1);
   for (std::size_t k = 0; k < occurs.size(); ++k) {
     if (!occurs[k]) continue;
@@ -153,12 +158,13 @@ std::vector<Program::Eigenvector> Program::heaviest(std::vector<Eigenvector> all
   return all;
 }
 
-std::vector<Multiplier> Program::multipliers(const Iterate& iterate, Keep keep) const {
+std::vector<Program::Eigenvector> Program::eigenvectors(
+    const Iterate& iterate, Keep keep, std::vector<SymmetricEigen>& matrices) const {
   double largest = 0;
   for (const double entry : iterate.multipliers) largest = std::max(largest, std::fabs(entry));
-  std::vector<SymmetricEigen> eigen(selection_.inequalities.size());
   std::vector<Eigenvector> kept;
-  for (std::size_t i = 0; i < eigen.size(); ++i) {
+  matrices.resize(selection_.inequalities.size());
+  for (std::size_t i = 0; i < matrices.size(); ++i) {
     const Eigen::Index n = program_.cones[i].size;
     const double* const entries = &iterate.multipliers[offsets_[i]];
     if (n == 1) {
@@ -167,8 +173,8 @@ std::vector<Multiplier> Program::multipliers(const Iterate& iterate, Keep keep) 
       kept.push_back({i, 0, *entries});
       continue;
     }
-    eigen[i] = symmetric_eigen(Eigen::Map<const Eigen::MatrixXd>(entries, n, n));
-    const auto& [values, vectors] = eigen[i];
+    matrices[i] = symmetric_eigen(Eigen::Map<const Eigen::MatrixXd>(entries, n, n));
+    const auto& [values, vectors] = matrices[i];
     const Eigen::MatrixXd slack_here =
         keep == Keep::kActive ? slack(i, iterate) : Eigen::MatrixXd();
     for (Eigen::Index e = 0; e < n; ++e) {
@@ -178,6 +184,12 @@ std::vector<Multiplier> Program::multipliers(const Iterate& iterate, Keep keep) 
       kept.push_back({i, e, values[e]});
     }
   }
+  return kept;
+}
+
+std::vector<Multiplier> Program::multipliers(const Iterate& iterate, Keep keep) const {
+  std::vector<SymmetricEigen> matrices;
+  std::vector<Eigenvector> kept = eigenvectors(iterate, keep, matrices);
   if (keep == Keep::kEnough) kept = heaviest(std::move(kept));
   std::stable_sort(kept.begin(), kept.end(),
                    [](const Eigenvector& x, const Eigenvector& y) { return x.cone < y.cone; });
@@ -195,7 +207,7 @@ std::vector<Multiplier> Program::multipliers(const Iterate& iterate, Keep keep) 
       if (factor.rows() == 1) {
         column = unscale * root;
       } else {
-        column = unscale.cwiseProduct(eigen[cone].vectors.col(first->index)) * root;
+        column = unscale.cwiseProduct(matrices[cone].vectors.col(first->index)) * root;
       }
       ++first;
     }

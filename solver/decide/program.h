@@ -1,12 +1,12 @@
 // Problems as engines get them, and iterates as the checker gets them.
 #pragma once
 
-#include <optional>
 #include <vector>
 
 #include "solver/check/multipliers.h"
 #include "solver/decide/equation_multipliers.h"
 #include "solver/decide/scaling.h"
+#include "solver/dense/symmetric_eigen.h"
 #include "solver/engine/engine.h"
 #include "solver/problem/problem.h"
 
@@ -20,6 +20,9 @@ struct Selection {
   std::vector<PinnedRow> equations;
   std::vector<std::int32_t> boxed;  ///< unknowns
 };
+
+/// Which unknowns occur in what is selected, the box aside: one flag per unknown.
+std::vector<bool> unknowns_in(const Problem& problem, const Selection& selection);
 
 enum class Goal {
   kMargin,     ///< maximise t with F_b(v) - t*diag(sizes_b) psd, t <= 1
@@ -65,6 +68,10 @@ class Program {
     Eigen::Index index = 0;
     double value = 0;
   };
+  /// Those of the iterate's multipliers that are not negligible, nor idle with kActive.
+  /// @param matrices receives what they are indices into, one per inequality; empty for rows.
+  std::vector<Eigenvector> eigenvectors(const Iterate& iterate, Keep keep,
+                                        std::vector<SymmetricEigen>& matrices) const;
   std::vector<Eigenvector> heaviest(std::vector<Eigenvector> all) const;
 
   const Problem& problem_;

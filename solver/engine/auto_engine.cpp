@@ -1,7 +1,5 @@
 #include "solver/engine/auto_engine.h"
 
-#include <utility>
-
 namespace sdpsol {
 
 Candidate AutoEngine::solve(const ConeProgram& program, const Limits& limits,

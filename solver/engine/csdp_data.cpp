@@ -4,6 +4,13 @@
 #include <cstdlib>
 
 namespace sdpsol {
+namespace {
+
+// Up to so many entries, and up to a quarter of its rows, a block is marked as sparse, as
+// the library's own reader of files does.
+constexpr std::size_t kFewEntries = 15;
+
+}  // namespace
 
 CsdpPlacement::CsdpPlacement(const std::vector<ConeProgram::Cone>& cones) {
   for (const auto& cone : cones) {
@@ -56,7 +63,7 @@ sparseblock CsdpConstraints::fill(std::size_t first, std::size_t last,
     columns_[at + 1 + i] = pieces_[first + i].column;
   }
   const int size = std::abs(sizes[static_cast<std::size_t>(pieces_[first].block) - 1]);
-  const bool dense = count > 15 && count > static_cast<std::size_t>(size) / 4;
+  const bool dense = count > kFewEntries && count > static_cast<std::size_t>(size) / 4;
   return {.next = nullptr,
           .nextbyblock = nullptr,
           .entries = &values_[at],

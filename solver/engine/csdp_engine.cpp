@@ -20,7 +20,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <utility>
 
 #include "solver/engine/csdp_data.h"
 #include "solver/engine/engine_memory.h"
@@ -31,26 +30,25 @@ namespace {
 
 /// The solve that is under way, for the hooks.
 struct Session {
-  const Observer* observer = nullptr;
-  const ConeProgram* program = nullptr;
-  Limits limits;
+  const ConeProgram& program;
+  const CsdpPlacement& placement;
+  const Limits& limits;
+  const Observer& observer;
+  std::vector<std::size_t> offsets = multiplier_offsets(program.cones);
   int iterations = 0;
   bool accepted = false;
   bool exploded = false;
   double first_size = 0;  ///< of the first iterate
-  std::vector<std::size_t> offsets;
 };
 Session* g_session = nullptr;  // CSDP's hooks carry no user pointer
 
 Iterate read_iterate(const Session& session, const blockmatrix& x, const double* y) {
-  const ConeProgram& program = *session.program;
-  const CsdpPlacement placement(program.cones);
   Iterate iterate;
   iterate.iteration = session.iterations;
-  iterate.point.assign(y + 1, y + 1 + program.unknowns);
+  iterate.point.assign(y + 1, y + 1 + session.program.unknowns);
   iterate.multipliers.resize(session.offsets.back());
-  for (std::size_t i = 0; i < program.cones.size(); ++i) {
-    const auto [block, index] = placement.slots[i];
+  for (std::size_t i = 0; i < session.placement.slots.size(); ++i) {
+    const auto [block, index] = session.placement.slots[i];
     double* to = &iterate.multipliers[session.offsets[i]];
     const blockrec& record = x.blocks[block];
     if (record.blockcategory == DIAG) {
@@ -122,11 +120,7 @@ class CsdpEngine final : public Engine {
     double dual = 0;
     initsoln(dimension, program.unknowns, constant.get(), a.data(), constraints.data(), &x, &y, &z);
 
-    Session session;
-    session.observer = &observer;
-    session.program = &program;
-    session.limits = limits;
-    session.offsets = multiplier_offsets(program.cones);
+    Session session{program, placement, limits, observer};
     g_session = &session;
     const int code = easy_sdp(dimension, program.unknowns, constant.get(), a.data(),
                               constraints.data(), 0.0, &x, &y, &z, &primal, &dual);
@@ -167,10 +161,12 @@ int user_exit(int /*n*/, int /*k*/, struct blockmatrix /*C*/, double* /*a*/, dou
   iterate.value = -dobj;
   iterate.bound = -pobj;
   session->exploded = sdpsol::has_exploded(*session, iterate);
-  session->accepted = *session->observer && (*session->observer)(iterate);
+  session->accepted = session->observer && session->observer(iterate);
   return session->accepted || session->exploded ? 1 : 0;
 }
 
+// The library's own values, but for accuracy and limit, and without its small change of
+// the objective (perturbobj).
 void initparams(struct paramstruc* params, int* pprintlevel) {
   const sdpsol::Limits limits =
       sdpsol::g_session != nullptr ? sdpsol::g_session->limits : sdpsol::Limits{};

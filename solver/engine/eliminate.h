@@ -8,9 +8,9 @@
 namespace sdpsol {
 
 /// Substitutes y = base + directions * w, where the columns of `directions` are
-/// an orthonormal basis of the null space of the equations' coefficients.
-/// Inconsistent equations leave `base` as their least
-/// squares solution; the checker finds out.
+/// an orthonormal base of the null space of the equations' coefficients.
+/// Inconsistent equations leave `base` as their least squares solution; the checker
+/// finds out.
 class Elimination {
  public:
   explicit Elimination(const ConeProgram& program);

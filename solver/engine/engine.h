@@ -85,7 +85,12 @@ class Engine {
   Engine(const Engine&) = delete;
   Engine& operator=(const Engine&) = delete;
   virtual ~Engine() = default;
+  /// A word for reports, such as "csdp".
   virtual std::string_view name() const = 0;
+  /// Solves a program, or finds out that it cannot: every way of giving up is a reason.
+  /// @param observer may be empty.
+  /// @return point and multipliers of the program's sizes, whatever the reason.
+  /// @throws std::bad_alloc.
   virtual Candidate solve(const ConeProgram& program, const Limits& limits,
                           const Observer& observer) = 0;
 };

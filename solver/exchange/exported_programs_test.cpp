@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <string>
-#include <utility>
 
 #include "solver/decide/presolve.h"
 #include "solver/decide/program.h"

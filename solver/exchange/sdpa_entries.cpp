@@ -5,17 +5,12 @@
 #include <string>
 #include <utility>
 
+#include "solver/language/explain.h"
 #include "solver/language/language_error.h"
 #include "solver/language/limits.h"
 
 namespace sdpsol {
 namespace {
-
-std::string place(std::int32_t row, std::int32_t column) {
-  std::string text = "(" + std::to_string(row + 1);
-  text += "," + std::to_string(column + 1);
-  return text += ")";
-}
 
 /// @param read the part of the entry that is there.
 LanguageError ends_early(Span read, const char* missing) {
@@ -103,8 +98,9 @@ class EntryReader {
     const SdpaBlock& block = header_.blocks[static_cast<std::size_t>(entry.block)];
     if (!block.diagonal || entry.row == entry.column) return;
     const std::string name = "block " + std::to_string(entry.block + 1);
-    throw LanguageError({entry.begin, scanner_.span().end},
-                        name + " is diagonal and has no entry " + place(entry.row, entry.column))
+    throw LanguageError(
+        {entry.begin, scanner_.span().end},
+        name + " is diagonal and has no entry " + entry_text(entry.row, entry.column))
         .with_note(block.declared, "the size of " + name + " is given here");
   }
 
@@ -192,11 +188,11 @@ void report_repeated_entries(const std::vector<SdpaEntry>& entries, std::string_
             [](const auto& a, const auto& b) { return a.first->begin < b.first->begin; });
   for (const auto& [entry, earlier] : repeated) {
     if (diagnostics.full()) return;
-    std::string message = "entry " + place(entry->row, entry->column) + " of block " +
+    std::string message = "entry " + entry_text(entry->row, entry->column) + " of block " +
                           std::to_string(entry->block + 1) + " in matrix " +
                           std::to_string(entry->unknown + 1) + " is given a second time";
     if (entry->row != entry->column) {
-      message += "; " + place(entry->column, entry->row) + " is the same entry";
+      message += "; " + entry_text(entry->column, entry->row) + " is the same entry";
     }
     diagnostics.add(LanguageError(sdpa_entry_span(text, entry->begin), std::move(message))
                         .with_note(sdpa_entry_span(text, earlier->begin), "it is given here first")

@@ -14,10 +14,6 @@ namespace {
 constexpr std::int64_t kMaxUnknowns = kMaxGeneratedEntries;
 constexpr std::int64_t kMaxRows = kMaxGeneratedEntries;
 
-std::string count(std::size_t number, const char* what) {
-  return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
-}
-
 class HeaderReader {
  public:
   HeaderReader(SdpaScanner& scanner, Diagnostics& diagnostics)
@@ -121,11 +117,11 @@ class HeaderReader {
     while (header_.costs.size() < wanted && !diagnostics_.full()) {
       if (!scanner_.next()) {
         throw ends_before("number " + std::to_string(header_.costs.size() + 1) +
-                          " of the objective, which has " + count(wanted, "number"));
+                          " of the objective, which has " + count_text(wanted, "number"));
       }
       header_.costs.push_back({read_cost(), scanner_.span()});
     }
-    finish_list_line("the objective has " + count(wanted, "number") +
+    finish_list_line("the objective has " + count_text(wanted, "number") +
                          ", one for each unknown; entries begin on a new line",
                      header_.unknowns_given, "the number of unknowns is given here");
   }

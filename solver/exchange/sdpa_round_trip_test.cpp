@@ -1,7 +1,6 @@
 // What is written and read again is what it was, to the last bit.
 #include <gtest/gtest.h>
 
-#include <random>
 #include <string>
 
 #include "solver/exchange/sdpa_writer.h"

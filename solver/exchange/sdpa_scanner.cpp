@@ -12,8 +12,6 @@
 namespace sdpsol {
 namespace {
 
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
 bool is_separator(char byte) {
   return byte == ',' || byte == '(' || byte == ')' || byte == '{' || byte == '}';
 }
@@ -44,13 +42,6 @@ std::size_t foreign_exponent(std::string_view number) {
   const bool letterless = mark != std::string_view::npos && is_sign(number[mark]) &&
                           number.substr(0, mark).find('.') != std::string_view::npos;
   return letterless ? mark : number.size();
-}
-
-bool equals(std::string_view word, std::string_view lower_case) {
-  return std::equal(
-      word.begin(), word.end(), lower_case.begin(), lower_case.end(), [](char a, char b) {
-        return a == b || (a >= 'A' && a <= 'Z' && static_cast<char>(a - 'A' + 'a') == b);
-      });
 }
 
 }  // namespace
@@ -146,8 +137,9 @@ ScannedNumber scan_real(std::string_view word) {
 
 bool is_nan_or_infinity(std::string_view word) {
   constexpr std::array<std::string_view, 3> kWords = {"nan", "inf", "infinity"};
-  return std::any_of(kWords.begin(), kWords.end(),
-                     [&](std::string_view known) { return equals(without_sign(word), known); });
+  return std::any_of(kWords.begin(), kWords.end(), [&](std::string_view known) {
+    return equal_but_for_case(without_sign(word), known);
+  });
 }
 
 bool resembles_number(std::string_view word) {

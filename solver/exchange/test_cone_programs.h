@@ -8,7 +8,6 @@
 #include <random>
 #include <tuple>
 #include <utility>
-#include <vector>
 
 #include "solver/engine/engine.h"
 #include "solver/problem/problem.h"

@@ -1,8 +1,8 @@
 #include "solver/language/advice.h"
 
-#include <algorithm>
 #include <array>
 
+#include "solver/language/characters.h"
 #include "solver/language/diagnostics.h"
 #include "solver/language/functions.h"
 
@@ -80,10 +80,6 @@ constexpr std::array<Misspelling, 13> kMisspellings = {{
     {"diag", "diagonal"},
 }};
 
-char lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 }  // namespace
 
 std::string_view advice_on_sign(std::string_view text, std::size_t offset) {
@@ -121,11 +117,6 @@ bool closes_what_is_not_open(std::string_view rest) {
     if (c == ')' && --open < 0) return true;
   }
   return false;
-}
-
-bool equal_but_for_case(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return lower(x) == lower(y); });
 }
 
 }  // namespace sdpsol

@@ -28,7 +28,4 @@ bool begins_foreign_comment(std::string_view text, std::size_t offset);
 /// is no statement.
 bool closes_what_is_not_open(std::string_view rest);
 
-/// Whether two names differ in nothing but upper and lower case.
-bool equal_but_for_case(std::string_view a, std::string_view b);
-
 }  // namespace sdpsol

@@ -1,5 +1,6 @@
 #include "solver/language/blocks.h"
 
+#include <cstddef>
 #include <string>
 #include <utility>
 
@@ -8,20 +9,14 @@
 #include "solver/language/limits.h"
 
 namespace sdpsol {
-namespace {
-
-std::string count(std::int32_t number, const char* what) {
-  return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
-}
-
-}  // namespace
 
 void BlockMatrix::add(AffineMatrix block, Span at) {
   if (height_ == 0) {
     height_ = block.rows;
     first_block_ = at;
   } else if (block.rows != height_) {
-    std::string message = "this block has " + count(block.rows, "row") +
+    std::string message = "this block has " +
+                          count_text(static_cast<std::size_t>(block.rows), "row") +
                           ", the blocks to its left have " + std::to_string(height_);
     if (is_number_zero(block)) message += "; zeros are written zeros(rows, columns)";
     throw LanguageError(at, std::move(message))
@@ -49,8 +44,9 @@ void BlockMatrix::end_row(Span row) {
     whole_.columns = width_;
     first_row_ = row;
   } else if (width_ != whole_.columns) {
-    throw LanguageError(row, "this row has " + count(width_, "column") + ", the rows above have " +
-                                 std::to_string(whole_.columns))
+    throw LanguageError(row, "this row has " +
+                                 count_text(static_cast<std::size_t>(width_), "column") +
+                                 ", the rows above have " + std::to_string(whole_.columns))
         .with_note(first_row_, "the first row");
   }
   whole_.rows += height_;

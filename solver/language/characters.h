@@ -1,11 +1,13 @@
-// Which bytes make names, numbers and blanks. ASCII only and the same under
-// every locale, which <cctype> is not; and a table, because every byte of a text
-// is asked.
+// Which bytes make names, numbers and blanks, and which letters are the same. ASCII
+// only and the same under every locale, which <cctype> is not; and a table, because
+// every byte of a text is asked.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 namespace sdpsol {
 
@@ -46,6 +48,19 @@ constexpr bool is_name_character(char byte) {
 }
 constexpr bool is_blank(char byte) {
   return characters::is(byte, characters::kBlank);
+}
+
+/// What some editors put in front of a text, to no effect.
+inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+constexpr char lower(char byte) {
+  return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+}
+
+/// Whether two words differ in nothing but upper and lower case.
+constexpr bool equal_but_for_case(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return lower(x) == lower(y); });
 }
 
 }  // namespace sdpsol

@@ -1,84 +1,55 @@
-// Definitions as data: every file of tests/definitions/good is read without an
-// error and comes out as its .expected says, notes first and the model after
-// them; every file of bad/ fails with exactly the report in its .expected.
-//
-// UPDATE_GOLDEN=1 rewrites the .expected files; such a run fails, so that it is
-// never taken for a passing one.
+// Definitions as data: every file of tests/definitions/good is read without an error and
+// comes out as its .expected says, notes first and the model after them; every
+// file of bad/ fails with exactly the report in its .expected.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "solver/language/model_dump.h"
 #include "solver/language/reader.h"
+#include "tests/support/golden_files.h"
 
 namespace sdpsol {
 namespace {
 
-namespace fs = std::filesystem;
+using test_support::name_of_file;
 
-fs::path folder(const std::string& kind) {
-  return fs::path(SDPSOL_SOURCE_DIR) / "tests" / "definitions" / kind;
+constexpr const char* kEnding = ".def";
+
+std::filesystem::path folder(const std::string& kind) {
+  return std::filesystem::path(SDPSOL_SOURCE_DIR) / "tests" / "definitions" / kind;
 }
 
-std::string contents(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-std::vector<std::string> definitions(const std::string& kind) {
-  std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(folder(kind))) {
-    if (entry.path().extension() == ".def") names.push_back(entry.path().stem().string());
-  }
-  std::sort(names.begin(), names.end());
-  return names;
-}
-
-std::string outcome(const fs::path& path, bool& accepted) {
-  const Source source(path.filename().string(), contents(path));
+void read(const std::string& kind, const std::string& name, bool expect_accepted) {
+  const std::string file = name + kEnding;
+  const Source source(file, test_support::content_of((folder(kind) / file).string()));
   Diagnostics diagnostics;
   const std::optional<Model> model = read_definition(source, diagnostics);
-  accepted = model.has_value();
-  EXPECT_EQ(accepted, diagnostics.error_count() == 0);
-  return diagnostics.render(source) + (model ? dump(*model, source) : "");
+  const std::string actual = diagnostics.render(source) + (model ? dump(*model, source) : "");
+  EXPECT_EQ(model.has_value(), expect_accepted) << actual;
+  EXPECT_EQ(model.has_value(), diagnostics.error_count() == 0);
+  test_support::expect_content(folder(kind) / (name + ".expected"), actual);
 }
 
-void compare(const std::string& kind, const std::string& name, bool expect_accepted) {
-  const fs::path path = folder(kind) / (name + ".def");
-  const fs::path expected = folder(kind) / (name + ".expected");
-  bool accepted = false;
-  const std::string actual = outcome(path, accepted);
-  EXPECT_EQ(accepted, expect_accepted) << actual;
-  if (std::getenv("UPDATE_GOLDEN") != nullptr) {
-    std::ofstream(expected, std::ios::binary) << actual;
-    FAIL() << "rewritten: " << expected;
-  }
-  EXPECT_TRUE(fs::exists(expected)) << expected;
-  EXPECT_EQ(actual, contents(expected));
-}
-
-class GoodDefinition : public testing::TestWithParam<std::string> {};
-class BadDefinition : public testing::TestWithParam<std::string> {};
+class GoodDefinition : public ::testing::TestWithParam<std::string> {};
+class BadDefinition : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(GoodDefinition, IsReadAsExpected) {
-  compare("good", GetParam(), true);
+  read("good", GetParam(), true);
 }
 TEST_P(BadDefinition, IsRejectedAsExpected) {
-  compare("bad", GetParam(), false);
+  read("bad", GetParam(), false);
 }
 
-std::string name_of(const testing::TestParamInfo<std::string>& info) {
-  return info.param;
+std::vector<std::string> files(const std::string& kind) {
+  return test_support::names_with_ending(folder(kind), kEnding);
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, GoodDefinition, testing::ValuesIn(definitions("good")), name_of);
-INSTANTIATE_TEST_SUITE_P(Files, BadDefinition, testing::ValuesIn(definitions("bad")), name_of);
+INSTANTIATE_TEST_SUITE_P(Files, GoodDefinition, ::testing::ValuesIn(files("good")), name_of_file);
+INSTANTIATE_TEST_SUITE_P(Files, BadDefinition, ::testing::ValuesIn(files("bad")), name_of_file);
 
 }  // namespace
 }  // namespace sdpsol

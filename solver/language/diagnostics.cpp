@@ -68,4 +68,8 @@ std::string in_quotes(std::string_view text) {
   return "'" + inside + (at < text.size() ? "...'" : "'");
 }
 
+std::string count_text(std::size_t number, const char* what) {
+  return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
+}
+
 }  // namespace sdpsol

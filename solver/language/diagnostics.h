@@ -63,4 +63,7 @@ class Diagnostics {
 /// 'text' in quotes for a message: cut after 40 bytes, unprintable bytes as "?".
 std::string in_quotes(std::string_view text);
 
+/// "1 row", "2 rows".
+std::string count_text(std::size_t number, const char* what);
+
 }  // namespace sdpsol

@@ -8,7 +8,6 @@
 //   row        := expression {"," expression}
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>

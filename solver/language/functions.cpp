@@ -130,9 +130,8 @@ AffineMatrix call_function(Function function, std::vector<Operand> arguments, Sp
   const Signature& signature = signature_of(function);
   if (arguments.size() < signature.min_arguments || arguments.size() > signature.max_arguments) {
     throw LanguageError(at, std::string(signature.name) + " does not take " +
-                                std::to_string(arguments.size()) +
-                                (arguments.size() == 1 ? " argument" : " arguments") +
-                                "; it is written " + signature.usage);
+                                count_text(arguments.size(), "argument") + "; it is written " +
+                                signature.usage);
   }
   switch (function) {
     case Function::kZeros:

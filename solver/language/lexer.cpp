@@ -12,8 +12,6 @@
 namespace sdpsol {
 namespace {
 
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
 bool begins_number(std::string_view text) {
   return !text.empty() &&
          (is_digit(text[0]) || (text[0] == '.' && text.size() > 1 && is_digit(text[1])));

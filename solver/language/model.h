@@ -33,7 +33,8 @@ struct Condition {
   /// symmetric, both triangles present.
   AffineMatrix difference;
   Sense sense = Sense::kStrict;
-  /// true: difference is positive (semi)definite; false: every entry on its own.
+  /// true: difference is positive (semi)definite; false, as in every equation: every
+  /// entry on its own.
   bool is_matrix = false;
   Span where;  ///< the relation in the source; its line is named as evidence
 };

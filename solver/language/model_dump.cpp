@@ -2,8 +2,10 @@
 
 #include <cmath>
 
+#include "solver/language/arithmetic.h"
 #include "solver/language/explain.h"
 #include "solver/language/operand.h"
+#include "solver/language/relation.h"
 #include "solver/language/variables.h"
 
 namespace sdpsol {
@@ -46,18 +48,6 @@ std::string words(Span where, const Source& source) {
   return text + "\n";
 }
 
-const char* sense_text(Condition::Sense sense) {
-  switch (sense) {
-    case Condition::Sense::kStrict:
-      return " > 0: ";
-    case Condition::Sense::kNonStrict:
-      return " >= 0: ";
-    case Condition::Sense::kEqual:
-      return " == 0: ";
-  }
-  return "";
-}
-
 }  // namespace
 
 std::string dump(const Model& model, const Source& source) {
@@ -77,10 +67,9 @@ std::string dump(const Model& model, const Source& source) {
   text += std::to_string(model.unknown_count) + " unknowns\n";
   for (const Condition& condition : model.conditions) {
     const AffineMatrix difference = written_out(condition.difference, model.forms);
-    text += heading(condition.where, source) + std::to_string(difference.rows) + "x" +
-            std::to_string(difference.columns) + (condition.is_matrix ? " matrix" : "") +
-            sense_text(condition.sense) + words(condition.where, source) +
-            entries(difference, model.variables);
+    text += heading(condition.where, source) + shape_text(difference) +
+            (condition.is_matrix ? " matrix " : " ") + relation_text(condition.sense) + ": " +
+            words(condition.where, source) + entries(difference, model.variables);
   }
   if (model.objective) {
     text += heading(model.objective->where, source) +

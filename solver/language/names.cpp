@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "solver/language/characters.h"
 #include "solver/language/diagnostics.h"
 #include "solver/language/functions.h"
 
@@ -31,11 +32,7 @@ bool is_keyword(std::string_view name) {
 }
 
 bool is_not_finite(std::string_view name) {
-  const auto equals = [&](std::string_view word) {
-    return std::equal(name.begin(), name.end(), word.begin(), word.end(),
-                      [](char a, char b) { return a == b || a == b - 'a' + 'A'; });
-  };
-  return equals("inf") || equals("nan");
+  return equal_but_for_case(name, "inf") || equal_but_for_case(name, "nan");
 }
 
 std::optional<std::string> why_reserved(std::string_view name) {

@@ -2,8 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
-#include <utility>
 
 #include "solver/language/advice.h"
 #include "solver/language/expression_reader.h"

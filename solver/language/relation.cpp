@@ -79,6 +79,18 @@ bool is_relation(TokenKind kind) {
          kind == TokenKind::kLess || kind == TokenKind::kLessEqual || kind == TokenKind::kEqual;
 }
 
+const char* relation_text(Condition::Sense sense) {
+  switch (sense) {
+    case Condition::Sense::kStrict:
+      return "> 0";
+    case Condition::Sense::kNonStrict:
+      return ">= 0";
+    case Condition::Sense::kEqual:
+      return "== 0";
+  }
+  return "";
+}
+
 RelationResult make_condition(Operand left, const Token& sign, Operand right,
                               const std::vector<Variable>& variables, const FormTable& forms) {
   RelationResult result;

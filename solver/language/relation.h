@@ -2,7 +2,6 @@
 #pragma once
 
 #include <optional>
-#include <string_view>
 #include <vector>
 
 #include "solver/language/forms.h"
@@ -13,6 +12,9 @@
 namespace sdpsol {
 
 bool is_relation(TokenKind kind);
+
+/// "> 0", ">= 0" or "== 0".
+const char* relation_text(Condition::Sense sense);
 
 struct RelationResult {
   Condition condition;

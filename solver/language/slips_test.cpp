@@ -4,7 +4,6 @@
 // matrix begins, may be two.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <functional>

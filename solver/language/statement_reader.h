@@ -50,18 +50,20 @@ class StatementReader {
   void require_statement(const Token& first);
   void require_assignment(Span equals_sign) const;
   void assignment();
-  void declarations();
-  void fail_further_declarations();
-  void declaration();
-  Variable declared_shape(const Token& name);
-  void require_declaration_end(const Variable& variable) const;
-  void declare(Variable variable);
   void objective(bool maximize);
   void relations();
   void end_statement();
   bool at_new_line() const;
   bool breaks_line(Span between) const;
   LanguageError wrong_end() const;
+
+  // In declarations.cpp.
+  void declarations();
+  void fail_further_declarations();
+  void declaration();
+  Variable declared_shape(const Token& name);
+  void require_declaration_end(const Variable& variable) const;
+  void declare(Variable variable);
 
   void require_free(const Token& name, const char* use) const;
   void require_not_variable(const Token& name, const char* rule) const;

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "solver/language/advice.h"
+#include "solver/language/characters.h"
 
 namespace sdpsol {
 

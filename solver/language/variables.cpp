@@ -18,24 +18,39 @@ std::int64_t unknown_count(const Variable& variable) {
   return 0;
 }
 
+std::optional<std::int32_t> unknown_in_entry(const Variable& variable, std::int32_t row,
+                                             std::int32_t column) {
+  switch (variable.shape) {
+    case Variable::Shape::kGeneral:
+      return row * variable.columns + column;
+    case Variable::Shape::kSymmetric: {
+      const std::int32_t low = std::max(row, column);
+      return low * (low + 1) / 2 + std::min(row, column);
+    }
+    case Variable::Shape::kDiagonal:
+      if (row == column) return row;
+      break;
+  }
+  return std::nullopt;
+}
+
 AffineMatrix variable_value(const Variable& variable) {
   AffineMatrix value{variable.rows, variable.columns, {}};
-  const auto push = [&](std::int32_t row, std::int32_t column, std::int32_t index) {
-    value.terms.push_back({row, column, variable.first_unknown + index, 1, 1});
+  const auto push = [&](std::int32_t row, std::int32_t column) {
+    const std::int32_t unknown =
+        variable.first_unknown + unknown_in_entry(variable, row, column).value_or(0);
+    value.terms.push_back({row, column, unknown, 1, 1});
   };
+  // Not entry by entry: its diagonal may be a thousandth of a percent of a matrix.
+  // Not entry by entry: beside it there may be a thousand times as many zeros.
   if (variable.shape == Variable::Shape::kDiagonal) {
-    for (std::int32_t i = 0; i < variable.rows; ++i) push(i, i, i);
+    for (std::int32_t i = 0; i < variable.rows; ++i) push(i, i);
     return value;
   }
-  const bool symmetric = variable.shape == Variable::Shape::kSymmetric;
   value.terms.reserve(static_cast<std::size_t>(variable.rows) *
                       static_cast<std::size_t>(variable.columns));
   for (std::int32_t row = 0; row < variable.rows; ++row) {
-    for (std::int32_t column = 0; column < variable.columns; ++column) {
-      const std::int32_t low = std::max(row, column);
-      const std::int32_t high = std::min(row, column);
-      push(row, column, symmetric ? low * (low + 1) / 2 + high : row * variable.columns + column);
-    }
+    for (std::int32_t column = 0; column < variable.columns; ++column) push(row, column);
   }
   return value;
 }

@@ -239,4 +239,18 @@ std::vector<std::vector<std::int32_t>> rows_of_blocks(const Condition& condition
   return blocks;
 }
 
+std::vector<std::pair<std::int32_t, std::int32_t>> entries_of_blocks(const Condition& condition) {
+  const AffineMatrix& m = condition.difference;
+  std::vector<std::pair<std::int32_t, std::int32_t>> entries;
+  if (condition.sense == Condition::Sense::kEqual) {
+    for (const AffineTerm& t : m.terms) entries.emplace_back(t.row, t.column);
+    entries.erase(std::unique(entries.begin(), entries.end()), entries.end());
+    return entries;
+  }
+  for (std::int32_t row = 0; row < m.rows; ++row) {
+    for (std::int32_t column = 0; column < m.columns; ++column) entries.emplace_back(row, column);
+  }
+  return entries;
+}
+
 }  // namespace sdpsol

@@ -4,8 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cinttypes>
-#include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <memory>

@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "solver/command/options.h"
+#include "tests/command/manual_page.h"
 #include "tests/command/run_command.h"
 
 namespace sdpsol {
@@ -38,22 +39,11 @@ Words completed(const TestFolder& folder, const std::vector<std::string>& words)
   return found;
 }
 
-/// Every word of --help that begins like an option.
-Words options_of_help() {
-  const char* const words[] = {"sdpsol", "--help"};
-  Words options;
-  std::istringstream lines(parse_command_line(2, words).output);
-  for (std::string line; std::getline(lines, line);) {
-    if (!line.starts_with("  -")) continue;
-    std::istringstream names(line.substr(2, line.find(' ', 2) - 2));
-    for (std::string name; std::getline(names, name, ',');) options.insert(name);
-  }
-  return options;
-}
-
 TEST(Completion, KnowsEveryOption) {
   const TestFolder folder;
-  const Words options = options_of_help();
+  const char* const words[] = {"sdpsol", "--help"};
+  const auto names = option_names(parse_command_line(2, words).output);
+  const Words options(names.begin(), names.end());
   EXPECT_GE(options.size(), 12U);
   EXPECT_EQ(completed(folder, {"-"}), options);
   EXPECT_EQ(completed(folder, {"-q", "--export"}),

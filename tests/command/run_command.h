@@ -13,6 +13,14 @@ namespace sdpsol {
 using test_support::content_of;
 using test_support::TestFolder;
 
+/// Whether a limit on its memory tells anything of the command: shared libraries and
+/// sanitizers take addresses of their own before main.
+#if defined(SDPSOL_STATIC)
+inline constexpr bool kLimitsMemory = true;
+#else
+inline constexpr bool kLimitsMemory = false;
+#endif
+
 struct Ended {
   int status = -1;  ///< exit status as the shell tells it: 128 + n after signal n
   std::string output;

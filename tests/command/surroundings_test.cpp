@@ -9,13 +9,6 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-// Shared libraries and sanitizers take addresses of their own before main.
-#if defined(SDPSOL_STATIC)
-constexpr bool kLimitsMemory = true;
-#else
-constexpr bool kLimitsMemory = false;
-#endif
-
 /// Runs under a limit on addresses in KiB; nothing but a whole result or an
 /// apology may come of it. Returns the apology.
 std::string run_in_little_memory(const TestFolder& folder, int kib) {

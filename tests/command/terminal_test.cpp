@@ -10,13 +10,6 @@
 namespace sdpsol {
 namespace {
 
-// Shared libraries and sanitizers take addresses of their own before main.
-#if defined(SDPSOL_STATIC)
-constexpr bool kLimitsMemory = true;
-#else
-constexpr bool kLimitsMemory = false;
-#endif
-
 const char* const kErased = "\r\033[K";
 
 struct Terminal {

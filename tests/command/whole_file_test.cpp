@@ -35,7 +35,7 @@ pid_t start(const TestFolder& folder) {
   ::_exit(127);
 }
 
-/// True if the run came to its end before the signal did.
+/// True if the signal came before the run's own end.
 bool killed_in_time(pid_t child) {
   EXPECT_EQ(::kill(child, SIGKILL), 0);
   int status = 0;

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
-#include <span>
 
 #include "solver/engine/cones/fixed_numbers.h"
 
@@ -14,9 +12,6 @@ using Eigen::Index;
 
 // An unknown in no more coordinates than a friction cone and a few rows have is local.
 constexpr int kMostLocal = 8;
-// Coefficients that differ by less from a multiple of another form's, against the
-// largest, differ by how they were scaled.
-constexpr double kSameForm = 1e-13;
 // Rounding in the product of two vectors, one of norm 1 and one of some thousand numbers
 // near 1.
 constexpr double kSameSignature = 1e-11;
@@ -24,11 +19,6 @@ constexpr double kSameSignature = 1e-11;
 template <typename Integer>
 std::size_t at(Integer i) {
   return static_cast<std::size_t>(i);
-}
-
-std::span<const Term> terms_of(const CoordinateTerms& linear, Index coordinate) {
-  const auto at = static_cast<std::size_t>(coordinate);
-  return {linear.terms.data() + linear.starts[at], linear.starts[at + 1] - linear.starts[at]};
 }
 
 enum class Role { kWide, kLocal, kCommon };
@@ -97,14 +87,14 @@ class ForceFinder {
  private:
   template <typename Visitor>
   void for_each_wide(Index coordinate, Visitor visit) const {
-    for (const Term& t : terms_of(layout_.linear, coordinate)) {
+    for (const Term& t : layout_.linear.of(coordinate)) {
       if (roles_[static_cast<std::size_t>(t.unknown)] == Role::kWide) visit(t);
     }
   }
 
   WideForm wide_form(Index coordinate) const {
     WideForm form;
-    for (const Term& t : terms_of(layout_.linear, coordinate)) {
+    for (const Term& t : layout_.linear.of(coordinate)) {
       const double weight = weights_[at(t.unknown)];  // 0 unless it is wide
       const double value = weight != 0 ? t.value : 0;
       form.signature += weight * value;
@@ -125,7 +115,7 @@ class ForceFinder {
   }
 
   double coefficient_of(std::int32_t unknown, Index coordinate) const {
-    const auto terms = terms_of(layout_.linear, coordinate);
+    const auto terms = layout_.linear.of(coordinate);
     const auto found =
         std::lower_bound(terms.begin(), terms.end(), unknown,
                          [](const Term& t, std::int32_t wanted) { return t.unknown < wanted; });
@@ -137,7 +127,7 @@ class ForceFinder {
   std::optional<double> factor_between(Index a, const Term& largest, Index b) const {
     const double factor = coefficient_of(largest.unknown, b) / largest.value;
     const double tolerance = kSameForm * forms_[at(b)].norm;
-    const auto of_b = terms_of(layout_.linear, b);
+    const auto of_b = layout_.linear.of(b);
     auto next = of_b.begin();
     const auto skip = [&] {
       while (next != of_b.end() && roles_[at(next->unknown)] != Role::kWide) ++next;
@@ -204,7 +194,7 @@ class ForceFinder {
       if (force_[at] != kNone) {
         forces_.linear.terms.push_back({static_cast<std::int32_t>(force_[at]), share_[at]});
       }
-      for (const Term& t : terms_of(layout_.linear, i)) {
+      for (const Term& t : layout_.linear.of(i)) {
         const auto k = static_cast<std::size_t>(t.unknown);
         if (roles_[k] == Role::kCommon) forces_.common_column[i] = t.value;
         if (roles_[k] != Role::kLocal) continue;

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
+#include <optional>
 
 #include "solver/engine/cones/jordan.h"
 
@@ -48,21 +48,7 @@ class InteriorPoint {
 
   Candidate run() {
     Candidate candidate;
-    if (start()) {
-      measure();
-      while (!is_over(candidate.reason)) {
-        if (!advance()) {
-          candidate.reason = reason_at_the_end();
-          break;
-        }
-        ++iterations_;
-        measure();
-        if (observer_ && observer_(iterate())) {
-          candidate.reason = StopReason::kAccepted;
-          break;
-        }
-      }
-    }
+    if (start()) candidate.reason = approach();
     // Rounding ends the way of the multipliers before that of the point.
     const bool is_at_its_end =
         candidate.reason == StopReason::kConverged || candidate.reason == StopReason::kTrouble;
@@ -86,6 +72,17 @@ class InteriorPoint {
     s_ = into_the_cones(layout_.constants + system_.multiply(u_));
     z_ = into_the_cones(-system_.multiply(system_.solve(system_.objective())));
     return s_.allFinite() && z_.allFinite();
+  }
+
+  StopReason approach() {
+    measure();
+    for (;;) {
+      if (const auto reason = reason_to_stop()) return *reason;
+      if (!advance()) return reason_at_the_end();
+      ++iterations_;
+      measure();
+      if (observer_ && observer_(iterate())) return StopReason::kAccepted;
+    }
   }
 
   VectorXd into_the_cones(VectorXd v) const {
@@ -127,25 +124,14 @@ class InteriorPoint {
   }
   double error() const { return std::max({primal_error(), dual_error(), relative_gap()}); }
 
-  bool is_over(StopReason& reason) {
-    if (error() <= limits_.accuracy) {
-      reason = StopReason::kConverged;
-      return true;
-    }
+  /// Nothing where it is worth going on; remembers how near the end has been.
+  std::optional<StopReason> reason_to_stop() {
+    if (error() <= limits_.accuracy) return StopReason::kConverged;
     const double without_point = contradiction_error();
     const double without_end = ray_error();
-    if (without_point <= kCertificate) {
-      reason = StopReason::kInfeasible;
-      return true;
-    }
-    if (without_end <= kCertificate) {
-      reason = StopReason::kUnbounded;
-      return true;
-    }
-    if (iterations_ >= limits_.max_iterations) {
-      reason = StopReason::kIterationLimit;
-      return true;
-    }
+    if (without_point <= kCertificate) return StopReason::kInfeasible;
+    if (without_end <= kCertificate) return StopReason::kUnbounded;
+    if (iterations_ >= limits_.max_iterations) return StopReason::kIterationLimit;
     const double nearest = std::min({error(), without_point, without_end});
     idle_ = nearest < kProgress * nearest_end_ ? 0 : idle_ + 1;
     nearest_end_ = std::min(nearest_end_, nearest);
@@ -154,11 +140,8 @@ class InteriorPoint {
       least_error_ = error();
       best_multipliers_ = z_;
     }
-    if (has_turned || idle_ >= kMostIdle) {
-      reason = reason_at_the_end();
-      return true;
-    }
-    return false;
+    if (has_turned || idle_ >= kMostIdle) return reason_at_the_end();
+    return std::nullopt;
   }
 
   StopReason reason_at_the_end() const {

@@ -13,7 +13,7 @@ using Eigen::Index;
 using Eigen::MatrixXd;
 using Eigen::VectorXd;
 
-/// Visits the parts with the pieces of a vector that belong to them.
+/// Calls the one or the other with every part, in their order.
 template <typename SecondOrder, typename Dense>
 void for_each_part(const Layout& layout, SecondOrder second_order, Dense dense) {
   for (const Part& part : layout.parts) {

@@ -12,10 +12,6 @@ namespace {
 
 using Cone = ConeProgram::Cone;
 
-// Coefficients that differ by less, against the largest of their form, differ by how
-// they were scaled.
-constexpr double kSameDiagonal = 1e-13;
-
 /// An affine function of the unknowns.
 struct Form {
   double constant = 0;
@@ -60,7 +56,7 @@ bool are_same(const Form& a, const Form& b) {
   if (a.terms.size() != b.terms.size()) return false;
   double largest = std::fabs(a.constant);
   for (const Term& t : a.terms) largest = std::max(largest, std::fabs(t.value));
-  const double tolerance = kSameDiagonal * largest;
+  const double tolerance = kSameForm * largest;
   if (!(std::fabs(a.constant - b.constant) <= tolerance)) return false;
   for (std::size_t i = 0; i < a.terms.size(); ++i) {
     if (a.terms[i].unknown != b.terms[i].unknown) return false;

@@ -16,11 +16,16 @@
 
 #include <Eigen/Core>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "solver/engine/engine.h"
 
 namespace sdpsol::cones {
+
+/// Coefficients that differ by less, against the size of their form, differ by how they
+/// were scaled.
+inline constexpr double kSameForm = 1e-13;
 
 /// A cone of more than one coordinate.
 struct Part {
@@ -49,6 +54,12 @@ struct Term {
 struct CoordinateTerms {
   std::vector<Term> terms;
   std::vector<std::size_t> starts{0};  ///< of each coordinate, and the end
+
+  /// Those of `count` coordinates from `first` on.
+  std::span<const Term> of(Eigen::Index first, Eigen::Index count = 1) const {
+    const std::size_t begin = starts[static_cast<std::size_t>(first)];
+    return {terms.data() + begin, starts[static_cast<std::size_t>(first + count)] - begin};
+  }
 };
 
 struct Layout {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <span>
 #include <utility>
 
 #include "solver/dense/triangular_factor.h"
@@ -73,16 +74,11 @@ void RangeSystem::find_objective(const std::vector<double>& objective) {
   if (forces_.common) objective_[forces_.size()] = objective[at(*forces_.common)];
 }
 
-std::span<const Term> RangeSystem::terms_of(Index first, Index count) const {
-  const auto& [terms, starts] = forces_.linear;
-  return {terms.data() + starts[at(first)], starts[at(first + count)] - starts[at(first)]};
-}
-
 /// Two entries of x are of one group if a cone holds both.
 void RangeSystem::find_groups() {
   Sets sets(forces_.size());
   const auto tie = [&](Index first, Index count) {
-    const auto terms = terms_of(first, count);
+    const auto terms = forces_.linear.of(first, count);
     for (const Term& t : terms) sets.join(terms.front().unknown, t.unknown);
   };
   for (Index row = 0; row < layout_.rows; ++row) tie(row, 1);
@@ -105,10 +101,11 @@ void RangeSystem::find_groups() {
     return terms.empty() ? groups_.front()
                          : groups_[at(group_of[at(sets.root(terms.front().unknown))])];
   };
-  for (Index row = 0; row < layout_.rows; ++row) group_with(terms_of(row, 1)).rows.push_back(row);
+  for (Index row = 0; row < layout_.rows; ++row)
+    group_with(forces_.linear.of(row)).rows.push_back(row);
   for (std::size_t p = 0; p < layout_.parts.size(); ++p) {
     const Part& part = layout_.parts[p];
-    group_with(terms_of(part.first, part.dimension)).parts.push_back(p);
+    group_with(forces_.linear.of(part.first, part.dimension)).parts.push_back(p);
   }
   for (Group& group : groups_) {
     group.null_rows = MatrixXd::Zero(static_cast<Index>(group.members.size()), null_.cols());
@@ -123,7 +120,7 @@ VectorXd RangeSystem::multiply(const VectorXd& u) const {
   VectorXd s = forces_.common ? VectorXd(forces_.common_column * u[forces_.size()])
                               : VectorXd(VectorXd::Zero(layout_.dimension));
   for (Index i = 0; i < layout_.dimension; ++i) {
-    for (const Term& t : terms_of(i, 1)) s[i] += t.value * u[t.unknown];
+    for (const Term& t : forces_.linear.of(i)) s[i] += t.value * u[t.unknown];
   }
   return s;
 }
@@ -131,7 +128,7 @@ VectorXd RangeSystem::multiply(const VectorXd& u) const {
 VectorXd RangeSystem::multiply_transposed(const VectorXd& z) const {
   VectorXd u = VectorXd::Zero(size());
   for (Index i = 0; i < layout_.dimension; ++i) {
-    for (const Term& t : terms_of(i, 1)) u[t.unknown] += t.value * z[i];
+    for (const Term& t : forces_.linear.of(i)) u[t.unknown] += t.value * z[i];
   }
   if (forces_.common) u[forces_.size()] = forces_.common_column.dot(z);
   project(u);
@@ -156,7 +153,7 @@ void RangeSystem::scale_group(Group& group, const NtScaling& scaling) const {
   const auto count = static_cast<Index>(group.members.size());
   group.scaled.setZero(std::max(height_of(group), count + 1), count + 1);
   const auto fill = [&](Index to, Index coordinate, double weight) {
-    for (const Term& t : terms_of(coordinate, 1)) {
+    for (const Term& t : forces_.linear.of(coordinate)) {
       group.scaled(to, place_[at(t.unknown)]) = weight * t.value;
     }
     group.scaled(to, count) = weight * forces_.common_column[coordinate];

@@ -11,7 +11,6 @@
 
 #include <Eigen/Cholesky>
 #include <memory>
-#include <span>
 #include <vector>
 
 #include "solver/engine/cones/forces.h"
@@ -57,8 +56,6 @@ class RangeSystem final : public NewtonSystem {
   RangeSystem(const Layout& layout, Forces forces, const std::vector<double>& objective);
   void find_objective(const std::vector<double>& objective);
   void find_groups();
-  /// E's terms in some coordinates.
-  std::span<const Term> terms_of(Eigen::Index first, Eigen::Index count) const;
   Eigen::Index height_of(const Group& group) const;
   void scale_group(Group& group, const NtScaling& scaling) const;
   void project(Eigen::VectorXd& u) const;

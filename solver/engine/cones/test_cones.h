@@ -78,10 +78,7 @@ inline MatrixXd matrix_at(const ConeProgram::Cone& cone, const VectorXd& y) {
 inline MatrixXd dense(const cones::Layout& layout, Index unknowns) {
   MatrixXd g = MatrixXd::Zero(layout.dimension, unknowns);
   for (Index i = 0; i < layout.dimension; ++i) {
-    const auto at = static_cast<std::size_t>(i);
-    for (std::size_t t = layout.linear.starts[at]; t < layout.linear.starts[at + 1]; ++t) {
-      g(i, layout.linear.terms[t].unknown) += layout.linear.terms[t].value;
-    }
+    for (const cones::Term& t : layout.linear.of(i)) g(i, t.unknown) += t.value;
   }
   return g;
 }

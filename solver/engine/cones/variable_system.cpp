@@ -22,12 +22,8 @@ VariableSystem::VariableSystem(const Layout& layout, const std::vector<double>& 
       objective_(
           Eigen::Map<const VectorXd>(objective.data(), static_cast<Index>(objective.size()))),
       matrix_(MatrixXd::Zero(layout.dimension, objective_.size())) {
-  const CoordinateTerms& linear = layout.linear;
   for (Index i = 0; i < layout.dimension; ++i) {
-    const auto at = static_cast<std::size_t>(i);
-    for (std::size_t t = linear.starts[at]; t < linear.starts[at + 1]; ++t) {
-      matrix_(i, linear.terms[t].unknown) = linear.terms[t].value;
-    }
+    for (const Term& t : layout.linear.of(i)) matrix_(i, t.unknown) = t.value;
   }
 }
 
