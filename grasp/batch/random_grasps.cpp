@@ -116,7 +116,8 @@ RandomGrasps::Contact RandomGrasps::touch(const Shape& shape, const Triple& towa
   }
   // Sensors and surfaces are not as exact as shapes.
   for (double& each : from_centre) each += uniform(-0.0005, 0.0005);
-  normal = sum(normal, scaled(direction(), uniform(0, 0.08)));
+  const double tilt = uniform(0, 0.08);
+  normal = sum(normal, scaled(direction(), tilt));
   return {sum(shape.centre, from_centre), normal};
 }
 
@@ -168,9 +169,11 @@ std::size_t RandomGrasps::count() {
 std::string RandomGrasps::next() {
   const Shape made = shape();
   const std::size_t contacts = count();
+  const double force = uniform(5, 30);
+  const double friction = uniform(0.2, 1);
   std::string text = "{\"name\": \"grasp " + std::to_string(++number_) +
-                     "\", \"friction\": " + written(uniform(0.2, 1), kFrictionDigits) +
-                     ", \"max_force\": " + written(uniform(5, 30), kForceDigits);
+                     "\", \"friction\": " + written(friction, kFrictionDigits) +
+                     ", \"max_force\": " + written(force, kForceDigits);
   if (uniform(0, 1) < 0.5) text += ", \"centre\": " + written(made.centre, kPlaceDigits);
   text += hull(made);
   text += ", \"contacts\": [";
