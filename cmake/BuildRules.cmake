@@ -12,7 +12,7 @@ target_compile_options(project_rules INTERFACE
   -ffp-contract=off)
 if(SDPSOL_SANITIZE)
   # Eigen would have tests and what they test allocate in two ways.
-  target_compile_definitions(project_rules INTERFACE EIGEN_MALLOC_ALREADY_ALIGNED=1)
+  target_compile_definitions(project_rules INTERFACE EIGEN_MALLOC_ALREADY_ALIGNED=1 SDPSOL_SANITIZE)
   # Not what is compiled as a test: it runs once after it is compiled, and is not what
   # the sanitizers are to look at.
   target_compile_options(project_rules INTERFACE -fno-omit-frame-pointer
@@ -80,7 +80,6 @@ function(add_project_test name)
   target_compile_options(${name} PRIVATE -O0)
   target_precompile_headers(${name} REUSE_FROM ${PROJECT_TEST_HEADERS})
   target_compile_definitions(${name} PRIVATE
-    $<$<BOOL:${SDPSOL_SANITIZE}>:SDPSOL_SANITIZE>
     SDPSOL_BIN_DIR="${CMAKE_BINARY_DIR}/bin" SDPSOL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   set_target_properties(${name} PROPERTIES
     RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests" PROJECT_IS_TEST ON UNITY_BUILD OFF)

@@ -47,10 +47,10 @@ class IntForce : public ::testing::Test {
 
 /// Types 3, 1, 3 with one coordinate: the base is 1..7, friction 0.5 and 0.25,
 /// every component between 0 and 10.
-const std::vector<double> kBase313{1, 2, 3, 4, 5, 6, 7};
-const std::vector<int> kTypes313{3, 1, 3};
-const std::vector<double> kFriction313{0.5, 9, 0.25};
-const std::vector<double> kBounds313{0, 10, 0, 10, 0, 10, 0, 10, 0, 10, 0, 10, 0, 10};
+inline const std::vector<double> kBase313{1, 2, 3, 4, 5, 6, 7};
+inline const std::vector<int> kTypes313{3, 1, 3};
+inline const std::vector<double> kFriction313{0.5, 9, 0.25};
+inline const std::vector<double> kBounds313{0, 10, 0, 10, 0, 10, 0, 10, 0, 10, 0, 10, 0, 10};
 const std::string kDefs313 =
     "BIGM=300000;\n"
     "variable z0;\n"
@@ -89,10 +89,10 @@ const std::string kConstr313 =
     "x6<10;\n";
 
 /// Types 3, 1 in the same manner.
-const std::vector<double> kBase31{1, 2, 3, 4};
-const std::vector<int> kTypes31{3, 1};
-const std::vector<double> kFriction31{0.5, 0.7};
-const std::vector<double> kBounds31{0, 10, 0, 10, 0, 10, 0, 10};
+inline const std::vector<double> kBase31{1, 2, 3, 4};
+inline const std::vector<int> kTypes31{3, 1};
+inline const std::vector<double> kFriction31{0.5, 0.7};
+inline const std::vector<double> kBounds31{0, 10, 0, 10, 0, 10, 0, 10};
 const std::string kDefs31 =
     "BIGM=300000;\n"
     "variable z0;\n"
@@ -117,10 +117,10 @@ const std::string kConstr31 =
     "x3<10;\n";
 
 /// Two frictionless contacts.
-const std::vector<double> kBase11{1, 2};
-const std::vector<int> kTypes11{1, 1};
-const std::vector<double> kFriction11{0, 0};
-const std::vector<double> kBounds11{0, 10, 0, 10};
+inline const std::vector<double> kBase11{1, 2};
+inline const std::vector<int> kTypes11{1, 1};
+inline const std::vector<double> kFriction11{0, 0};
+inline const std::vector<double> kBounds11{0, 10, 0, 10};
 const std::string kDefs11 =
     "BIGM=300000;\n"
     "variable z0;\n"
@@ -135,10 +135,10 @@ const std::string kConstr11 =
     "x1<10;\n";
 
 /// One contact with friction.
-const std::vector<double> kBase3{0, 0, 1};
-const std::vector<int> kTypes3{3};
-const std::vector<double> kFriction3{0.5};
-const std::vector<double> kBounds3{0, 10, 0, 10, 0, 10};
+inline const std::vector<double> kBase3{0, 0, 1};
+inline const std::vector<int> kTypes3{3};
+inline const std::vector<double> kFriction3{0.5};
+inline const std::vector<double> kBounds3{0, 10, 0, 10, 0, 10};
 const std::string kDefs3 =
     "BIGM=300000;\n"
     "variable z0;\n"

@@ -219,6 +219,9 @@ TEST_F(GetResult, ShowsNumbersThatSinglePrecisionCannotHold) {
 }
 
 TEST_F(GetResult, LetsTheLackOfMemoryForANegativeCountPass) {
+#if defined(SDPSOL_SANITIZE) && defined(__clang__)
+  GTEST_SKIP() << "the sanitizer's allocator ends the process instead of throwing";
+#endif
   driver_of(root_).lastResult.valueCount = -1;
   EXPECT_THROW(fire(find(root_, "General:Get_Result")), std::bad_alloc);
   EXPECT_EQ(calls_, "");

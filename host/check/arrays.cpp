@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <filesystem>
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef SDPSOL_SANITIZE
 // The address sanitizer's own, for which g++ has no header.
 extern "C" int __sanitizer_get_ownership(const volatile void* address);
 extern "C" std::size_t __sanitizer_get_allocated_size(const volatile void* address);
@@ -39,7 +39,7 @@ bool is_on_stack(const void* address) {
 std::size_t size_of_block(const void* address) {
   // Every block begins at a multiple of this. What does not cannot be asked for its size.
   if (reinterpret_cast<std::uintptr_t>(address) % __STDCPP_DEFAULT_NEW_ALIGNMENT__ != 0) return 0;
-#ifdef __SANITIZE_ADDRESS__
+#ifdef SDPSOL_SANITIZE
   return __sanitizer_get_ownership(address) == 0 ? 0 : __sanitizer_get_allocated_size(address);
 #else
   return malloc_usable_size(const_cast<void*>(address));

@@ -1,6 +1,6 @@
 #include "host/check/firing_checks.h"
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef SDPSOL_SANITIZE
 #include <sanitizer/lsan_interface.h>
 #endif
 
@@ -155,7 +155,7 @@ void check_hundred_instances(const Icon& icon, const Notes& notes) {
 }
 
 void check_end_of_process(const Icon& icon, const Notes& notes) {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef SDPSOL_SANITIZE
   // No plug-in is told that an instance ends: what it has made for one is no leak.
   __lsan_disable();
 #endif

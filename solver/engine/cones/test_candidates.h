@@ -51,21 +51,48 @@ inline VectorXd weighed(const ConeProgram& program, const Iterate& iterate) {
   return sums;
 }
 
-/// A point in the cones, multipliers in the cones that balance, and no gap between them:
-/// no point is better.
+/// How far a candidate is from a point in the cones and multipliers in the cones that
+/// balance, without a gap between them: then no point is better.
+struct Shortfall {
+  double value = 0;    ///< of the objective at the point
+  double outside = 0;  ///< of the point, out of the cones; at most 0 inside
+  double least_multiplier = 0;
+  double balance = 0;  ///< relative to the objective's coefficients
+  double gap = 0;
+};
+
+inline Shortfall shortfall(const ConeProgram& program, const Candidate& candidate) {
+  const VectorXd objective = as_vector(program.objective);
+  const VectorXd sums = weighed(program, candidate.last);
+  Shortfall found;
+  found.value = objective.dot(as_vector(candidate.last.point));
+  const double size = std::max(1.0, std::fabs(found.value));
+  found.outside = -room_at(program, candidate.last.point) / size;
+  found.least_multiplier = least_eigenvalue_of_multipliers(program, candidate.last);
+  found.balance =
+      (sums.head(program.unknowns) + objective).norm() / std::max(1.0, objective.norm());
+  found.gap = std::fabs(sums[program.unknowns] - found.value) / size;
+  return found;
+}
+
+inline constexpr double kLeastMultiplier = -1e-15;
+
+inline bool is_optimal(const ConeProgram& program, const Candidate& candidate, double tolerance) {
+  const Shortfall found = shortfall(program, candidate);
+  return candidate.reason == StopReason::kConverged && found.outside <= tolerance &&
+         found.least_multiplier >= kLeastMultiplier && found.balance <= tolerance &&
+         found.gap <= tolerance;
+}
+
 inline void expect_optimal(const ConeProgram& program, const Candidate& candidate,
                            double tolerance = 1e-8) {
   EXPECT_EQ(candidate.reason, StopReason::kConverged);
-  const VectorXd objective = as_vector(program.objective);
-  const double value = objective.dot(as_vector(candidate.last.point));
-  const double size = std::max(1.0, std::fabs(value));
-  EXPECT_NEAR(candidate.last.value, value, tolerance * size);
-  EXPECT_GE(room_at(program, candidate.last.point), -tolerance * size);
-  EXPECT_GE(least_eigenvalue_of_multipliers(program, candidate.last), -1e-15);
-  const VectorXd sums = weighed(program, candidate.last);
-  EXPECT_LE((sums.head(program.unknowns) + objective).norm(),
-            tolerance * std::max(1.0, objective.norm()));
-  EXPECT_NEAR(sums[program.unknowns], value, tolerance * size);
+  const Shortfall found = shortfall(program, candidate);
+  EXPECT_NEAR(candidate.last.value, found.value, tolerance * std::max(1.0, std::fabs(found.value)));
+  EXPECT_LE(found.outside, tolerance);
+  EXPECT_GE(found.least_multiplier, kLeastMultiplier);
+  EXPECT_LE(found.balance, tolerance);
+  EXPECT_LE(found.gap, tolerance);
 }
 
 }  // namespace sdpsol::testing
