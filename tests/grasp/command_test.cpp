@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "grasp/command/options.h"
@@ -12,7 +11,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
 using Json = nlohmann::ordered_json;
 using sdpsol::content_of;
 using sdpsol::Ended;
