@@ -1,54 +1,18 @@
-// Completion in bash, as bash calls it: the words of the line, and which of them is
-// being completed.
-#include <gtest/gtest.h>
-
-#include <set>
-#include <sstream>
+// Completion of the command sdpsol.
+#include "tests/command/completion.h"
 
 #include "solver/command/options.h"
-#include "tests/command/run_command.h"
 
 namespace sdpsol {
 namespace {
 
-using Words = std::set<std::string>;
-
-/// Completes the last of the words, in the folder.
 Words completed(const TestFolder& folder, const std::vector<std::string>& words) {
-  std::string line = "cd " + folder.path() +
-                     "; . " SDPSOL_SOURCE_DIR
-                     "/solver/command/sdpsol.bash-completion; COMP_WORDS=(sdpsol";
-  for (const std::string& word : words) line += " '" + word + "'";
-  const std::string last = words.back();
-  const std::string previous = words.size() > 1 ? words[words.size() - 2] : "sdpsol";
-  line +=
-      "); COMP_CWORD=" + std::to_string(words.size()) +
-      "; function=$(complete -p sdpsol | sed \"s/.*-F \\([^ ]*\\) .*/\\1/\"); $function sdpsol '" +
-      last + "' '" + previous + "'; printf \"%s\\n\" \"${COMPREPLY[@]}\"";
-  const TestFolder scripts;
-  const std::string script = scripts.file("script.bash", line + "\n");
-  const Ended ended = run_line(scripts, "bash --norc --noprofile " + script);
-  EXPECT_EQ(ended.status, 0);
-  EXPECT_EQ(ended.error, "");
-  Words found;
-  std::istringstream lines(ended.output);
-  for (std::string one; std::getline(lines, one);) {
-    if (!one.empty()) found.insert(one);
-  }
-  return found;
+  return sdpsol::completed(folder, "sdpsol", "solver/command/sdpsol.bash-completion", words);
 }
 
-/// Every word of --help that begins like an option.
 Words options_of_help() {
   const char* const words[] = {"sdpsol", "--help"};
-  Words options;
-  std::istringstream lines(parse_command_line(2, words).output);
-  for (std::string line; std::getline(lines, line);) {
-    if (!line.starts_with("  -")) continue;
-    std::istringstream names(line.substr(2, line.find(' ', 2) - 2));
-    for (std::string name; std::getline(names, name, ',');) options.insert(name);
-  }
-  return options;
+  return option_words(parse_command_line(2, words).output);
 }
 
 TEST(Completion, KnowsEveryOption) {
