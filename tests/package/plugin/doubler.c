@@ -7,24 +7,31 @@ static int twice(def_unittype* unit) {
   return 0;
 }
 
+static def_unittype* no_room(void) {
+  error_msg(30, "doubler", 1, 0);
+  return 0;
+}
+
 static def_unittype* create(int unused_first, int unused_second, const ZelIconDef_* icon,
                             def_unittype* parent) {
   def_unittype* root;
   def_unittype* method;
   (void)unused_first, (void)unused_second, (void)icon;
+  if (is_not_unit(parent)) {
+    error_msg(2, "doubler", 1, 0);
+    return 0;
+  }
   kem_iconform_for_method("Twice", "doubles a number", 0, 0);
   SET_INFO_FOR_METHOD("Twice");
   INFO_FOR_INP(0, "number");
   INFO_FOR_OUT(0, "twice the number");
   root = primitive_unit(TAG_END, parent);
-  if (is_not_unit(root)) {
-    error_msg(30, "doubler", 1, 0);
-    return 0;
-  }
+  if (root == 0) return no_room();
   zel_set_user(root, root);
   zel_indicate_export_of_methods(root);
   return_unit(root);
   method = primitive_unit(TAG_INP, TAG_FLOAT, 1, TAG_OUT, TAG_FLOAT, 1, TAG_END, root);
+  if (method == 0) return no_room();
   zel_name_unit("Twice", method);
   zel_set_user(method, root);
   zel_set_method(method, twice);
