@@ -16,6 +16,12 @@ TEST_PACKAGES=(libgtest-dev libbenchmark-dev libgmp-dev clang-format clang-tidy 
 # shellcheck disable=SC2034
 BENCH_PACKAGES=(coinor-csdp sdpa python3-cvxopt)
 
+# What only making packages, and looking at them, needs.
+# shellcheck disable=SC2034
+PACKAGE_PACKAGES=(dpkg-dev file pkgconf)
+# shellcheck disable=SC2034
+PACKAGE_ROOT_PACKAGES=(debootstrap lintian)
+
 # install_packages PACKAGE...: installs those that are not installed yet, as
 # root or through sudo.
 install_packages() {

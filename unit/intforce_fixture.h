@@ -51,7 +51,7 @@ inline const std::vector<double> kBase313{1, 2, 3, 4, 5, 6, 7};
 inline const std::vector<int> kTypes313{3, 1, 3};
 inline const std::vector<double> kFriction313{0.5, 9, 0.25};
 inline const std::vector<double> kBounds313{0, 10, 0, 10, 0, 10, 0, 10, 0, 10, 0, 10, 0, 10};
-const std::string kDefs313 =
+inline const std::string kDefs313 =
     "BIGM=300000;\n"
     "variable z0;\n"
     "x0=1*z0;\n"
@@ -61,7 +61,7 @@ const std::string kDefs313 =
     "x4=5*z0;\n"
     "x5=6*z0;\n"
     "x6=7*z0;\n";
-const std::string kConstr313 =
+inline const std::string kConstr313 =
     "P0=[\n"
     "x2*0.5,0,x0;\n"
     "0,x2*0.5,x1;\n"
@@ -93,14 +93,14 @@ inline const std::vector<double> kBase31{1, 2, 3, 4};
 inline const std::vector<int> kTypes31{3, 1};
 inline const std::vector<double> kFriction31{0.5, 0.7};
 inline const std::vector<double> kBounds31{0, 10, 0, 10, 0, 10, 0, 10};
-const std::string kDefs31 =
+inline const std::string kDefs31 =
     "BIGM=300000;\n"
     "variable z0;\n"
     "x0=1*z0;\n"
     "x1=2*z0;\n"
     "x2=3*z0;\n"
     "x3=4*z0;\n";
-const std::string kConstr31 =
+inline const std::string kConstr31 =
     "P0=[\n"
     "x2*0.5,0,x0;\n"
     "0,x2*0.5,x1;\n"
@@ -121,12 +121,12 @@ inline const std::vector<double> kBase11{1, 2};
 inline const std::vector<int> kTypes11{1, 1};
 inline const std::vector<double> kFriction11{0, 0};
 inline const std::vector<double> kBounds11{0, 10, 0, 10};
-const std::string kDefs11 =
+inline const std::string kDefs11 =
     "BIGM=300000;\n"
     "variable z0;\n"
     "x0=1*z0;\n"
     "x1=2*z0;\n";
-const std::string kConstr11 =
+inline const std::string kConstr11 =
     "P0=x0;\n"
     "P1=x1;\n"
     "x0>0;\n"
@@ -139,13 +139,13 @@ inline const std::vector<double> kBase3{0, 0, 1};
 inline const std::vector<int> kTypes3{3};
 inline const std::vector<double> kFriction3{0.5};
 inline const std::vector<double> kBounds3{0, 10, 0, 10, 0, 10};
-const std::string kDefs3 =
+inline const std::string kDefs3 =
     "BIGM=300000;\n"
     "variable z0;\n"
     "x0=0*z0;\n"
     "x1=0*z0;\n"
     "x2=1*z0;\n";
-const std::string kConstr3 =
+inline const std::string kConstr3 =
     "P0=[\n"
     "x2*0.5,0,x0;\n"
     "0,x2*0.5,x1;\n"

@@ -1,49 +1,23 @@
-// Completion in bash, as bash calls it: the words of the line, and which of them is
-// being completed.
-#include <gtest/gtest.h>
-
-#include <set>
-#include <sstream>
+// Completion of the command sdpsol.
+#include "tests/command/completion.h"
 
 #include "solver/command/options.h"
-#include "tests/command/manual_page.h"
-#include "tests/command/run_command.h"
 
 namespace sdpsol {
 namespace {
 
-using Words = std::set<std::string>;
-
-/// Completes the last of the words, in the folder.
 Words completed(const TestFolder& folder, const std::vector<std::string>& words) {
-  std::string line = "cd " + folder.path() +
-                     "; . " SDPSOL_SOURCE_DIR
-                     "/solver/command/sdpsol.bash-completion; COMP_WORDS=(sdpsol";
-  for (const std::string& word : words) line += " '" + word + "'";
-  const std::string last = words.back();
-  const std::string previous = words.size() > 1 ? words[words.size() - 2] : "sdpsol";
-  line +=
-      "); COMP_CWORD=" + std::to_string(words.size()) +
-      "; function=$(complete -p sdpsol | sed \"s/.*-F \\([^ ]*\\) .*/\\1/\"); $function sdpsol '" +
-      last + "' '" + previous + "'; printf \"%s\\n\" \"${COMPREPLY[@]}\"";
-  const TestFolder scripts;
-  const std::string script = scripts.file("script.bash", line + "\n");
-  const Ended ended = run_line(scripts, "bash --norc --noprofile " + script);
-  EXPECT_EQ(ended.status, 0);
-  EXPECT_EQ(ended.error, "");
-  Words found;
-  std::istringstream lines(ended.output);
-  for (std::string one; std::getline(lines, one);) {
-    if (!one.empty()) found.insert(one);
-  }
-  return found;
+  return sdpsol::completed(folder, "sdpsol", "solver/command/sdpsol.bash-completion", words);
+}
+
+Words options_of_help() {
+  const char* const words[] = {"sdpsol", "--help"};
+  return option_words(parse_command_line(2, words).output);
 }
 
 TEST(Completion, KnowsEveryOption) {
   const TestFolder folder;
-  const char* const words[] = {"sdpsol", "--help"};
-  const auto names = option_names(parse_command_line(2, words).output);
-  const Words options(names.begin(), names.end());
+  const Words options = options_of_help();
   EXPECT_GE(options.size(), 12U);
   EXPECT_EQ(completed(folder, {"-"}), options);
   EXPECT_EQ(completed(folder, {"-q", "--export"}),
