@@ -33,7 +33,7 @@ TEST(ZelrunManual, HasEveryOptionAndExitStatus) {
   EXPECT_EQ(names,
             Words({"-h", "--help", "--version", "-p", "--plugins", "--json", "--time-limit"}));
   for (const std::string& name : names) EXPECT_TRUE(sdpsol::has_option(page, name)) << name;
-  for (int status = zelrun::kExitDone; status <= zelrun::kExitInternal; ++status)
+  for (int status = zelhost::kExitDone; status <= zelhost::kExitInternal; ++status)
     EXPECT_TRUE(sdpsol::has_status(page, status)) << status;
 }
 
