@@ -67,21 +67,28 @@ ExactSum exact_residual(const Block& row, const std::vector<double>& point) {
   return sum;
 }
 
-/// Equation `row` is exactly the combination of those in `basis`, constants included.
-bool follows_exactly(const Problem& problem, const Block& row,
-                     const std::vector<std::size_t>& basis, const Eigen::VectorXd& combination) {
+/// An equation and the power of two that it is multiplied by.
+struct ScaledEquation {
+  const Block& block;
+  double scale = 1;
+};
+
+/// `row` is exactly the combination of those in `basis`, all of them scaled, constants
+/// included.
+bool follows_exactly(const Problem& problem, const ScaledEquation& row,
+                     const std::vector<ScaledEquation>& basis, const Eigen::VectorXd& combination) {
   const double denominator = common_denominator(combination);
   if (denominator == 0) return false;
   std::vector<ExactSum> sums(static_cast<std::size_t>(problem.unknowns) + 1);
-  auto add = [&](const Block& equation, double weight) {
-    for (const AffineTerm& t : equation.terms) {
-      sums[static_cast<std::size_t>(t.unknown - kConstant)].add_product(weight, t.value);
+  auto add = [&](const ScaledEquation& equation, double weight) {
+    for (const AffineTerm& t : equation.block.terms) {
+      sums[static_cast<std::size_t>(t.unknown - kConstant)].add_product(weight * equation.scale,
+                                                                        t.value);
     }
   };
   add(row, -denominator);
   for (std::size_t i = 0; i < basis.size(); ++i) {
-    add(problem.blocks[basis[i]],
-        std::round(combination[static_cast<Eigen::Index>(i)] * denominator));
+    add(basis[i], std::round(combination[static_cast<Eigen::Index>(i)] * denominator));
   }
   for (const ExactSum& sum : sums) {
     if (!sum.certainly_zero()) return false;
@@ -114,20 +121,22 @@ std::optional<Residuals> bound_residuals(const Problem& problem,
 /// of these.
 /// @param chosen the independent rows, scaled.
 bool others_follow(const Problem& problem, const std::vector<std::size_t>& equations,
-                   const ScaledEquations& scaled, const ColumnOrder& rows, Eigen::MatrixXd chosen) {
-  std::vector<std::size_t> basis;
-  for (Eigen::Index i = 0; i < rows.rank; ++i) {
+                   const ScaledEquations& scaled, const ColumnOrder& rows,
+                   const Eigen::MatrixXd& chosen) {
+  const auto equation = [&](Eigen::Index i) {
     const Eigen::Index e = rows.order[static_cast<std::size_t>(i)];
-    basis.push_back(equations[static_cast<std::size_t>(e)]);
-    chosen.row(i) /= scaled.row_scale[e];
-  }
+    return ScaledEquation{problem.blocks[equations[static_cast<std::size_t>(e)]],
+                          scaled.row_scale[e]};
+  };
+  std::vector<ScaledEquation> basis;
+  for (Eigen::Index i = 0; i < rows.rank; ++i) basis.push_back(equation(i));
+  // Combined as they are scaled: an equation that is repeated in other units is no small
+  // fraction of the other.
   const LeastSquares combine(chosen.transpose());
   for (Eigen::Index i = rows.rank; i < scaled.matrix.rows(); ++i) {
     const Eigen::Index e = rows.order[static_cast<std::size_t>(i)];
-    const Eigen::VectorXd row = scaled.matrix.row(e).transpose() / scaled.row_scale[e];
-    const Eigen::VectorXd combination = combine.solve(row);
-    const Block& equation = problem.blocks[equations[static_cast<std::size_t>(e)]];
-    if (!combination.allFinite() || !follows_exactly(problem, equation, basis, combination)) {
+    const Eigen::VectorXd combination = combine.solve(scaled.matrix.row(e).transpose());
+    if (!combination.allFinite() || !follows_exactly(problem, equation(i), basis, combination)) {
       return false;
     }
   }

@@ -188,5 +188,22 @@ TEST(CheckPoint, WithoutABoxAnyFinitePointWillDo) {
   EXPECT_EQ(check_point(problem, {HUGE_VAL}).result, PointResult::kNotProven);
 }
 
+TEST(CheckPoint, AnEquationMayBeRepeatedInOtherUnits) {
+  // 3*x + 7*y == 1, which no doubles solve exactly here, and 2^-11 or 2^20 of it
+  for (const double unit : {0x1p-11, 0x1p20}) {
+    const auto repeated = [&](double constant) {
+      return ProblemBuilder(2)
+          .row(Sense::kEqual, {-1, {{0, 3}, {1, 7}}})
+          .row(Sense::kEqual, {constant * unit, {{0, 3 * unit}, {1, 7 * unit}}})
+          .row(Sense::kStrict, {0, {{0, 1}}})
+          .row(Sense::kStrict, {0, {{1, 1}}})
+          .build();
+    };
+    const std::vector<double> point = {0.1, 0.1};
+    EXPECT_EQ(check_point(repeated(-1), point).result, PointResult::kProven);
+    EXPECT_EQ(check_point(repeated(-1 - 0x1p-40), point).result, PointResult::kNotProven);
+  }
+}
+
 }  // namespace
 }  // namespace sdpsol

@@ -58,6 +58,8 @@ bool have_usable_sizes(const Problem& problem, const std::vector<Multiplier>& mu
   return std::all_of(multipliers.begin(), multipliers.end(), [&](const Multiplier& y) {
     const Block& block = problem.blocks[y.block];
     const auto entries = y.factor.reshaped();
+    // An equation's multiplier is its one entry, no square of anything.
+    if (block.sense == Sense::kEqual && y.factor.cols() != 1) return false;
     return y.factor.rows() == block.size && y.factor.cols() > 0 &&
            std::all_of(entries.begin(), entries.end(), usable) &&
            std::all_of(block.terms.begin(), block.terms.end(),

@@ -139,6 +139,13 @@ TEST(Disprove, RefusesFactorsOfAnotherShape) {
   EXPECT_EQ(disprove(between(1, 0), {{0, Eigen::MatrixXd(1, 0)}, on_row(1, 1)}), Disproof::kNone);
 }
 
+TEST(Disprove, TakesOneNumberForAnEquation) {
+  const Problem problem =
+      ProblemBuilder(1).row(kEqual, {-1, {{0, 1}}}).row(kStrict, {0, {{0, -1}}}).build();
+  EXPECT_EQ(disprove(problem, {on_row(0, 1), on_row(1, 1)}), Disproof::kInfeasible);
+  EXPECT_EQ(disprove(problem, {{0, Eigen::MatrixXd::Ones(1, 2)}, on_row(1, 1)}), Disproof::kNone);
+}
+
 TEST(Disprove, ANumberThatIsNoneDisprovesNothing) {
   const Problem problem = ProblemBuilder(1)
                               .row(kNonStrict, {1, {}})

@@ -21,6 +21,8 @@ namespace {
 constexpr double kGoodGap = 1e-6;
 // So few unknowns take an engine milliseconds.
 constexpr std::int32_t kQuicklyAsked = 60;
+// A reported point that is as near to the box is at its border, but for being inside.
+constexpr double kAtTheBox = 1 - 1e-3;
 constexpr const char* kContradiction = "the conditions contradict each other";
 
 Outcome infeasible(std::string reason, Proof proof, int iterations) {
@@ -71,6 +73,12 @@ std::optional<Outcome> contradictory_equations(const Problem& problem, const Sel
   return infeasible("equations contradict each other", std::move(proof), 0);
 }
 
+/// The engine's optimum is a candidate: the box is no limit of a point that is far from it.
+bool is_at_the_box(const Problem& problem, const std::vector<double>& point) {
+  return std::any_of(point.begin(), point.end(),
+                     [&](double v) { return std::fabs(v) >= kAtTheBox * problem.big_m; });
+}
+
 Outcome feasible(const Problem& problem, const Optimum& optimum, std::vector<double> interior,
                  std::vector<double> distance) {
   Outcome outcome;
@@ -82,7 +90,7 @@ Outcome feasible(const Problem& problem, const Optimum& optimum, std::vector<dou
   outcome.objective = objective_at(problem, outcome.point);
   outcome.bound = optimum.bound;
   outcome.bound_reach = optimum.bound_reach;
-  outcome.limited_by_box = optimum.limited_by_box;
+  outcome.limited_by_box = optimum.limited_by_box && is_at_the_box(problem, outcome.point);
   return outcome;
 }
 

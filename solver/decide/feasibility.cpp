@@ -51,7 +51,7 @@ class MarginSearch {
       observe(program, iterate, last_gap);
       return decided_;
     };
-    Candidate candidate = engine_.solve(program.cones(), limits_, observer);
+    Candidate candidate = program.solve_by(engine_, limits_, observer);
     result_.iterations += candidate.last.iteration;
     reason_ = candidate.reason;
     last_ = std::move(candidate.last);

@@ -113,5 +113,74 @@ TEST_F(LyingEngineTest, ObjectivesOfMatrixProblemsStayWithinTheirBounds) {
   expect_some_of_each();
 }
 
+/// Passes a point inside on its way, and then claims the farthest that it is let.
+class BoundlessEngine final : public Engine {
+ public:
+  std::string_view name() const override { return "boundless"; }
+  Candidate solve(const ConeProgram& program, const Limits&, const Observer& observer) override {
+    Candidate candidate;
+    candidate.last.point.assign(program.objective.size(), 0.0);
+    candidate.last.multipliers.assign(multiplier_offsets(program.cones).back(), 0.0);
+    observer(candidate.last);
+    candidate.last.point.assign(program.objective.size(), ++runs_ == 1 ? 1e30 : 1.0);
+    candidate.reason = StopReason::kUnbounded;
+    return candidate;
+  }
+
+ private:
+  int runs_ = 0;
+};
+
+TEST(BoundlessEngine, DoesNotMakeTheBoxTheLimitOfAPointFarFromIt) {
+  // maximise x where -1 < x < 1
+  const Problem problem = testing::ProblemBuilder(1)
+                              .row(Sense::kStrict, {1, {{0, -1}}})
+                              .row(Sense::kStrict, {1, {{0, 1}}})
+                              .maximise({1})
+                              .build();
+  BoundlessEngine engine;
+  const Outcome outcome = decide(problem, engine, {});
+  ASSERT_EQ(outcome.verdict, Verdict::kFeasible);
+  EXPECT_LT(*outcome.objective, 1);
+  EXPECT_GE(*outcome.bound, 1);
+  EXPECT_FALSE(outcome.limited_by_box);
+}
+
+/// Returns numbers, but not as many as are asked for.
+class ShapelessEngine final : public Engine {
+ public:
+  explicit ShapelessEngine(std::size_t count) : count_(count) {}
+  std::string_view name() const override { return "shapeless"; }
+  Candidate solve(const ConeProgram&, const Limits&, const Observer& observer) override {
+    Candidate candidate;
+    candidate.last.point.assign(count_, 1.0);
+    candidate.last.multipliers.assign(count_, 1.0);
+    candidate.last.value = candidate.last.bound = 1;
+    if (observer) observer(candidate.last);
+    candidate.last.value = candidate.last.bound = -1;
+    if (observer) observer(candidate.last);
+    candidate.reason = StopReason::kInfeasible;
+    return candidate;
+  }
+
+ private:
+  std::size_t count_;
+};
+
+TEST(ShapelessEngine, LeavesProblemsOpen) {
+  RandomProblems random(207);
+  for (const std::size_t count : {0U, 1U, 1000U}) {
+    ShapelessEngine engine(count);
+    for (int round = 0; round < 20; ++round) {
+      Problem problem = random.with_planted_point();
+      if (round % 2 == 0) {
+        problem.objective.emplace();
+        problem.objective->cost.assign(static_cast<std::size_t>(problem.unknowns), 1.0);
+      }
+      EXPECT_NE(decide(problem, engine, {}).verdict, Verdict::kInfeasible);
+    }
+  }
+}
+
 }  // namespace
 }  // namespace sdpsol

@@ -96,7 +96,7 @@ class Maximisation {
       if (optimum_.interior.empty()) examine_interior();
       return false;
     };
-    Candidate candidate = engine_.solve(program.cones(), limits_, observer);
+    Candidate candidate = program.solve_by(engine_, limits_, observer);
     optimum_.iterations += candidate.last.iteration;
     optimum_.point = point_of(program, candidate.last);
     // Where equations leave nothing to choose, no engine makes a step.

@@ -120,6 +120,22 @@ void Program::add_margin_cap() {
       {1, {{0, 0, ConeProgram::kConstantTerm, 1.0}, {0, 0, program_.unknowns - 1, -1.0}}});
 }
 
+bool Program::has_shape(const Iterate& iterate) const {
+  return iterate.point.size() == program_.objective.size() &&
+         iterate.multipliers.size() == offsets_.back();
+}
+
+Candidate Program::solve_by(Engine& engine, const Limits& limits, const Observer& observer) const {
+  Candidate candidate = engine.solve(program_, limits, [&](const Iterate& iterate) {
+    return has_shape(iterate) && observer(iterate);
+  });
+  if (has_shape(candidate.last)) return candidate;
+  candidate.last.point.assign(program_.objective.size(), 0.0);
+  candidate.last.multipliers.assign(offsets_.back(), 0.0);
+  candidate.reason = StopReason::kTrouble;
+  return candidate;
+}
+
 std::vector<double> Program::point(const Iterate& iterate) const {
   std::vector<double> v(static_cast<std::size_t>(problem_.unknowns), 0.0);
   for (std::size_t p = 0; p < unknowns_.size(); ++p) {

@@ -38,6 +38,10 @@ class Program {
   /// False if there is nothing to ask: no unknown occurs in any inequality.
   bool has_unknowns() const { return !unknowns_.empty(); }
 
+  /// What the engine proposes. Iterates of another shape than the program's do not reach
+  /// the observer; a candidate of another shape comes back as 0 everywhere, in trouble.
+  Candidate solve_by(Engine& engine, const Limits& limits, const Observer& observer) const;
+
   /// The iterate's point in the unknowns of the problem; unknowns that do not
   /// occur are 0.
   std::vector<double> point(const Iterate& iterate) const;
@@ -54,6 +58,7 @@ class Program {
   std::vector<Multiplier> multipliers(const Iterate& iterate, Keep keep) const;
 
  private:
+  bool has_shape(const Iterate& iterate) const;
   void number_unknowns();
   void add_cone(std::size_t block, bool with_margin);
   void add_equation(std::size_t block);

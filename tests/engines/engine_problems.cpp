@@ -6,7 +6,9 @@
 
 #include "solver/problem/noise.h"
 #include "tests/engines/grasp_problems.h"
+#include "tests/engines/integer_problems.h"
 #include "tests/engines/matrix_problems.h"
+#include "tests/engines/matrix_texts.h"
 
 namespace sdpsol::testing {
 namespace {
@@ -35,35 +37,49 @@ struct Family {
 using enum GraspQuestion;
 
 constexpr Family kFamilies[] = {
-    {"force, exists", 4, force<kExists>},
-    {"force, individual", 4, force<kIndividual>},
-    {"force, friction", 4, force<kFriction>},
-    {"force, all", 4, force<kAll>},
-    {"force, point", 4, force<kPoint>},
-    {"twist, exists", 3, twist<kExists>},
-    {"twist, individual", 3, twist<kIndividual>},
-    {"twist, friction", 3, twist<kFriction>},
-    {"twist, all", 3, twist<kAll>},
-    {"twist, point", 3, twist<kPoint>},
-    {"any base, force", 6, force_in_base},
-    {"any base, multipliers", 5, multipliers_of_base},
-    {"frictionless", 3, frictionless_base},
-    {"contradicting bounds", 3, contradicting_bounds},
-    {"tight bounds", 4, tight_bounds},
-    {"bounds of a million", 4, bounds_of_a_million, false},
-    {"slanted pairs", 4, slanted_pairs},
-    {"facing plates", 3, facing_plates},
-    {"single plate", 2, single_plate},
-    {"planted point", 5, planted_point},
-    {"bounded objective", 5, bounded_objective},
-    {"equations", 3, planted_point_and_equations},
-    {"negative constant", 3, negative_constant},
-    {"zero constant", 3, zero_constant},
+    {"force, exists", 3, force<kExists>},
+    {"force, individual", 3, force<kIndividual>},
+    {"force, friction", 3, force<kFriction>},
+    {"force, all", 3, force<kAll>},
+    {"force, point", 3, force<kPoint>},
+    {"twist, exists", 2, twist<kExists>},
+    {"twist, individual", 2, twist<kIndividual>},
+    {"twist, friction", 2, twist<kFriction>},
+    {"twist, all", 2, twist<kAll>},
+    {"twist, point", 2, twist<kPoint>},
+    {"any base, force", 3, force_in_base},
+    {"any base, multipliers", 3, multipliers_of_base},
+    {"frictionless", 2, frictionless_base},
+    {"contradicting bounds", 2, contradicting_bounds},
+    {"tight bounds", 2, tight_bounds},
+    {"bounds of a million", 2, bounds_of_a_million, false},
+    {"slanted pairs", 2, slanted_pairs},
+    {"facing plates", 2, facing_plates},
+    {"single plate", 1, single_plate},
+    {"planted point", 2, planted_point},
+    {"bounded objective", 3, bounded_objective},
+    {"equations", 2, planted_point_and_equations},
+    {"negative constant", 2, negative_constant},
+    {"zero constant", 2, zero_constant},
     {"contradiction, objective", 2, objective_of_a_contradiction},
     {"flat objective", 1, flat_objective},
     {"free objective", 1, free_objective, false},
-    {"border of integers", 5, border_of_integers},
-    {"rows alone", 3, rows_alone, false},
+    {"border of integers", 2, border_of_integers},
+    {"rows alone", 2, rows_alone, false},
+    {"integer point", 5, integer_point},
+    {"integer contradiction", 5, integer_contradiction},
+    {"integer optimum", 5, integer_optimum},
+    {"optimum at the box", 1, optimum_at_the_box, false},
+    {"outside the box", 2, outside_the_box, false},
+    {"singular point", 2, singular_point},
+    {"singular contradiction", 2, singular_contradiction},
+    {"singular optimum", 2, singular_optimum},
+    {"hair of a point", 2, hair_of_a_point},
+    {"hair of a contradiction", 2, hair_of_a_contradiction},
+    {"hair of an optimum", 2, hair_of_an_optimum},
+    {"stable system", 2, stable_system},
+    {"unstable system", 2, unstable_system},
+    {"least matrix", 3, least_matrix},
 };
 
 constexpr std::uint64_t sum_of_weights() {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "solver/problem/problem.h"
+#include "tests/engines/exact_truth.h"
 
 namespace sdpsol::testing {
 
@@ -14,7 +15,16 @@ enum class Truth {
   kUnknown,
   kFeasible,    ///< a point was planted
   kInfeasible,  ///< a contradiction was planted
+  kOutsideBox,  ///< a point was planted outside the box, and that there is none inside
 };
+
+/// What is asked of an engine: to decide the first two, and to err nowhere.
+enum class ProblemClass {
+  kPoint,        ///< with a planted point that has room
+  kCertificate,  ///< with a planted certificate inside its cones
+  kBorder,       ///< all others
+};
+inline constexpr std::size_t kProblemClasses = 3;
 
 struct EngineProblem {
   Problem problem;
@@ -25,6 +35,19 @@ struct EngineProblem {
   /// What a feasible point is known to bring, and what none can exceed.
   std::optional<double> reached = std::nullopt;
   std::optional<double> limit = std::nullopt;
+
+  // Where it is planted in numbers that no arithmetic rounds:
+  std::vector<double> point = {};
+  /// That contradict each other, or prove the optimum.
+  std::vector<ExactWeight> weights = {};
+  /// What no point exceeds, and points come as near to as one likes.
+  std::optional<double> optimum = std::nullopt;
+  bool limited_by_box = false;  ///< the optimum is
+
+  ProblemClass problem_class() const {
+    if (!has_room) return ProblemClass::kBorder;
+    return truth == Truth::kFeasible ? ProblemClass::kPoint : ProblemClass::kCertificate;
+  }
 };
 
 /// The families of the stream, in the order in which the numbers walk over them.

@@ -37,6 +37,8 @@ int run(const SoakRange& range) {
   });
   std::cout << "seed " << range.seed << ", problems " << range.from << " to "
             << range.from + range.count - 1 << "\n\n";
+  tally.print_classes(std::cout);
+  std::cout << '\n';
   tally.print_table(std::cout);
   tally.print_failures(std::cout);
   const auto broken = tally.broken_bounds();

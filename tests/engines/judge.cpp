@@ -6,6 +6,7 @@
 
 #include "solver/decide/feasibility.h"
 #include "solver/language/model.h"
+#include "tests/engines/refutation.h"
 
 namespace sdpsol::testing {
 namespace {
@@ -34,15 +35,6 @@ bool denies_points(Claim claim, bool with_room) {
          (claim == Claim::kBorderline && with_room);
 }
 
-bool against_truth(const EngineProblem& drawn, const Outcome& outcome) {
-  const Claim claim = claim_of(outcome);
-  if (drawn.truth == Truth::kInfeasible) return is_feasible(claim);
-  if (drawn.truth == Truth::kUnknown) return false;
-  if (denies_points(claim, drawn.has_room)) return true;
-  return (drawn.reached && outcome.bound && exceeds(*drawn.reached, *outcome.bound)) ||
-         (drawn.limit && outcome.objective && exceeds(*outcome.objective, *drawn.limit));
-}
-
 /// A bound is proven for every point, also for that of the other.
 bool bound_is_passed(const Outcome& bounded, const Outcome& other) {
   return bounded.bound && other.objective && exceeds(*other.objective, *bounded.bound);
@@ -63,6 +55,8 @@ const char* name_of(Truth truth) {
       return "a point";
     case Truth::kInfeasible:
       return "a contradiction";
+    case Truth::kOutsideBox:
+      return "a point outside the box";
   }
   return "";
 }
@@ -105,8 +99,11 @@ Judgement judge(const EngineProblem& drawn, const Outcome& first, Fallback fallb
   result.has_room = drawn.has_room;
   result.first = claim_of(first);
   result.reference = claim_of(reference);
-  result.first_against_truth = against_truth(drawn, first);
-  result.reference_against_truth = against_truth(drawn, reference);
+  result.problem_class = drawn.problem_class();
+  result.first_refutation = refutation(drawn, first);
+  result.reference_refutation = refutation(drawn, reference);
+  result.first_against_truth = result.first_refutation != nullptr;
+  result.reference_against_truth = result.reference_refutation != nullptr;
   const bool strict = all_strict(drawn.problem);
   result.against_each_other =
       (is_feasible(result.first) && denies_points(result.reference, strict)) ||
@@ -115,6 +112,13 @@ Judgement judge(const EngineProblem& drawn, const Outcome& first, Fallback fallb
   result.first_left_room = drawn.has_room && first.verdict == Verdict::kUndetermined;
   result.reference_left_room = drawn.has_room && reference.verdict == Verdict::kUndetermined;
   result.fallback = fallback;
+  if (drawn.optimum && first.objective) {
+    result.optimum_is_known = true;
+    result.first_objective = *first.objective;
+    result.first_has_gap = has_gap(first);
+    result.first_from_optimum =
+        std::fabs(*first.objective - *drawn.optimum) / std::max(1.0, std::fabs(*drawn.optimum));
+  }
   result.both_have_objectives = first.objective && reference.objective;
   if (result.both_have_objectives) {
     result.first_objective = *first.objective;
@@ -130,12 +134,22 @@ Judgement judge(const EngineProblem& drawn, const Outcome& first, Fallback fallb
 std::string text_of(const Judgement& j) {
   std::string text = std::string("planted ") + name_of(j.truth) + ", first " + name_of(j.first) +
                      ", reference " + name_of(j.reference);
+  if (j.first_refutation != nullptr) text += std::string(" - first: ") + j.first_refutation;
+  if (j.reference_refutation != nullptr) {
+    text += std::string(" - reference: ") + j.reference_refutation;
+  }
   if (j.fell_back()) text += j.fallback_helped() ? ", fell back with success" : ", fell back";
   if (j.both_have_objectives) {
     char numbers[160];
     std::snprintf(numbers, sizeof numbers, ", objectives %.17g%s and %.17g%s, %.1e apart",
                   j.first_objective, j.first_has_gap ? " (gap)" : "", j.reference_objective,
                   j.reference_has_gap ? " (gap)" : "", j.difference);
+    text += numbers;
+  }
+  if (j.misses_optimum()) {
+    char numbers[120];
+    std::snprintf(numbers, sizeof numbers, ", objective %.17g%s is %.1e from the optimum",
+                  j.first_objective, j.first_has_gap ? " (gap)" : "", j.first_from_optimum);
     text += numbers;
   }
   return text;

@@ -36,8 +36,13 @@ struct Judgement {
   bool has_room = false;  ///< what was planted
   Claim first = Claim::kNone;
   Claim reference = Claim::kNone;
+  ProblemClass problem_class = ProblemClass::kBorder;
   bool first_against_truth = false;
   bool reference_against_truth = false;
+  // What is wrong with each, null if nothing is known against it. A literal, which stands
+  // in the same place in a process that was forked.
+  const char* first_refutation = nullptr;
+  const char* reference_refutation = nullptr;
   bool against_each_other = false;
   bool first_left_room = false;  ///< open, where what was planted has room
   bool reference_left_room = false;
@@ -59,6 +64,10 @@ struct Judgement {
   double fallback_seconds = 0;
   double reference_seconds = 0;
 
+  /// |first objective - planted optimum| / max(1, |optimum|), where there is one.
+  bool optimum_is_known = false;
+  double first_from_optimum = 0;
+
   /// What objectives must agree to.
   static constexpr double kAgreement = 1e-6;
   bool disagree() const { return both_have_objectives && !(difference <= kAgreement); }
@@ -69,12 +78,14 @@ struct Judgement {
            (first_has_gap || reference_has_gap || reference_objective < first_objective);
   }
   bool disagree_silently() const { return disagree() && !disagree_with_gap(); }
+  bool misses_optimum() const { return optimum_is_known && !(first_from_optimum <= kAgreement); }
+  bool misses_optimum_silently() const { return misses_optimum() && !first_has_gap; }
   bool fell_back() const { return fallback != Fallback::kNotAsked; }
   bool fallback_helped() const { return fallback == Fallback::kAnswered && first != Claim::kNone; }
   /// Something that no engine may do.
   bool wrong() const {
     return first_against_truth || reference_against_truth || against_each_other ||
-           disagree_silently();
+           disagree_silently() || misses_optimum_silently();
   }
 };
 

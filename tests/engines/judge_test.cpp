@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
+#include <cmath>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -17,16 +17,20 @@ namespace sdpsol::testing {
 namespace {
 
 EngineProblem drawn(Truth truth, Sense sense = Sense::kStrict) {
-  return {.problem = ProblemBuilder(1).row(sense, {0, {{0, 1.0}}}).maximise({1.0}).build(),
-          .truth = truth,
-          .has_room = truth != Truth::kUnknown};
+  EngineProblem drawn{
+      .problem = ProblemBuilder(1).row(sense, {1e8, {{0, 1.0}}}).maximise({1.0}).build(),
+      .truth = truth,
+      .has_room = truth != Truth::kUnknown};
+  drawn.problem.big_m = 1e7;
+  return drawn;
 }
 
-Outcome feasible(std::optional<double> objective = {}, double gap = 0) {
+Outcome feasible(double objective = 0, double gap = 0) {
   Outcome outcome;
   outcome.verdict = Verdict::kFeasible;
+  outcome.point = outcome.interior = {objective};
   outcome.objective = objective;
-  if (objective) outcome.bound = *objective + gap;
+  outcome.bound = objective + gap;
   return outcome;
 }
 
@@ -100,6 +104,34 @@ TEST(Judge, HoldsBoundsAgainstPointsOfTheOtherAndOfThePlanter) {
       judge(planted, feasible(1.0), Fallback::kNotAsked, feasible(1.0)).reference_against_truth);
 }
 
+TEST(Judge, TakesNoBoundThatIsBetterThanThePlantedOptimum) {
+  EngineProblem planted = drawn(Truth::kFeasible);
+  planted.optimum = 1.0;
+  const auto refuted = [&](double objective, double bound) {
+    return judge(planted, feasible(objective, bound - objective), Fallback::kNotAsked, open())
+        .first_refutation;
+  };
+  EXPECT_EQ(refuted(0.5, 1.0), nullptr);
+  EXPECT_STREQ(refuted(0.5, std::nextafter(1.0, 0.0)), "the bound is better than the optimum");
+}
+
+TEST(Judge, LooksAtThePointsThemselves) {
+  const auto refuted = [](const Outcome& outcome) {
+    return judge(drawn(Truth::kUnknown), outcome, Fallback::kNotAsked, open()).first_refutation;
+  };
+  Outcome outcome = feasible(1.0);
+  EXPECT_EQ(refuted(outcome), nullptr);
+  outcome.interior = {2e7};
+  EXPECT_STREQ(refuted(outcome), "it rests on a point that is none");
+  outcome = feasible(1.0);
+  outcome.point = {std::nextafter(1e7, HUGE_VAL)};
+  EXPECT_STREQ(refuted(outcome), "the reported point is outside the box");
+  outcome.point = {2.0};
+  EXPECT_STREQ(refuted(outcome), "the objective is not that of the point");
+  outcome.point.clear();
+  EXPECT_STREQ(refuted(outcome), "feasible without a point");
+}
+
 TEST(Judge, ComparesObjectivesToOneMillionthOfTheirSize) {
   EXPECT_FALSE(judged(Truth::kUnknown, feasible(1e6, 2), feasible(1e6 + 0.5, 2)).disagree());
   EXPECT_TRUE(
@@ -167,7 +199,25 @@ TEST(Tally, TakesOneInAThousandLeftOpenThoughItHasRoom) {
   const Judgement left = judged(Truth::kFeasible, open(), feasible());
   EXPECT_EQ(bounds_broken_by(left, 1), Broken{});
   EXPECT_EQ(bounds_broken_by(left, 2),
-            Broken{"2 of 1002 problems with room left open, more than 1 in 1,000"});
+            Broken{"planted points with room: 2 of 1002 left open, more than 1 in 1,000"});
+}
+
+TEST(Tally, DoesNotLetOneClassMakeUpForAnother) {
+  const Judgement left = judged(Truth::kInfeasible, open(), infeasible());
+  EXPECT_EQ(bounds_broken_by(left, 1),
+            Broken{"planted certificates inside cones: 1 of 1 left open, more than 1 in 1,000"});
+}
+
+TEST(Tally, TakesNoObjectiveOffThePlantedOptimumUnlessAGapSaysSo) {
+  EngineProblem planted = drawn(Truth::kFeasible);
+  planted.optimum = 3.0;
+  const Judgement behind = judge(planted, feasible(2.5, 1), Fallback::kNotAsked, feasible(2.5, 1));
+  EXPECT_EQ(bounds_broken_by(behind, 1), Broken{});
+  // A bound within the tolerance of an objective in millions, which is off by more.
+  planted.optimum = 1e6 + 3;
+  const Outcome close = feasible(1e6, 4);
+  EXPECT_EQ(bounds_broken_by(judge(planted, close, Fallback::kNotAsked, close), 1),
+            Broken{"1 of 1001 objectives off the planted optimum, without a gap to say so"});
 }
 
 TEST(Tally, TakesNoProblemWithoutAnAnswerAndNamesIt) {
@@ -176,7 +226,7 @@ TEST(Tally, TakesNoProblemWithoutAnAnswerAndNamesIt) {
   EXPECT_EQ(tally.broken_bounds(), Broken{"1 of 0 problems without an answer"});
   std::ostringstream text;
   tally.print_failures(text);
-  EXPECT_EQ(text.str(), "wrong 107 (force, individual): no answer in time\n");
+  EXPECT_EQ(text.str(), "wrong 107 (force, friction): no answer in time\n");
 }
 
 }  // namespace

@@ -4,11 +4,14 @@
 #include <Eigen/LU>
 #include <algorithm>
 #include <cmath>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 
 #include "solver/decide/test_random_problems.h"
+#include "tests/engines/exact_truth.h"
 #include "tests/engines/grasp_problems.h"
+#include "tests/engines/integer_problems.h"
 #include "tests/verdicts/exact_simplex.h"
 #include "tests/verdicts/random_definitions.h"
 #include "tests/verdicts/random_matrices.h"
@@ -28,6 +31,15 @@ EngineProblem contradiction(std::mt19937& random, Contradiction kind) {
           .has_room = true};
 }
 
+/// The room is measured exactly, in the sizes of the problem itself.
+EngineProblem around_point(Problem problem, std::vector<double> point) {
+  EngineProblem drawn{.problem = std::move(problem), .truth = Truth::kFeasible};
+  drawn.has_room = satisfies(drawn.problem, rational(point), Rational(0.99 * kPlantedRoom));
+  if (!drawn.has_room) throw std::logic_error("the planted point has room");
+  drawn.point = std::move(point);
+  return drawn;
+}
+
 double dot(const std::vector<double>& a, const std::vector<double>& b) {
   double sum = 0;
   for (std::size_t k = 0; k < a.size(); ++k) sum += a[k] * b[k];
@@ -39,8 +51,8 @@ double dot(const std::vector<double>& a, const std::vector<double>& b) {
 template <typename DrawMultiplier>
 EngineProblem with_objective(RandomProblems& drawing, DrawMultiplier draw) {
   std::vector<double> point;
-  EngineProblem drawn{
-      .problem = drawing.with_planted_point(&point), .truth = Truth::kFeasible, .has_room = true};
+  Problem around = drawing.with_planted_point(&point);
+  EngineProblem drawn = around_point(std::move(around), point);
   LinearObjective& objective = drawn.problem.objective.emplace();
   objective.cost.assign(point.size(), 0.0);
   double limit = 0;
@@ -84,16 +96,16 @@ void add_any_objective(Problem& problem, RandomProblems& drawing) {
 }  // namespace
 
 EngineProblem planted_point(std::mt19937& random) {
-  return {.problem = problems_from(random).with_planted_point(),
-          .truth = Truth::kFeasible,
-          .has_room = true};
+  std::vector<double> point;
+  Problem around = problems_from(random).with_planted_point(&point);
+  return around_point(std::move(around), std::move(point));
 }
 
 EngineProblem planted_point_and_equations(std::mt19937& random) {
   RandomProblems drawing = problems_from(random);
   std::vector<double> point;
-  EngineProblem drawn{
-      .problem = drawing.with_planted_point(&point), .truth = Truth::kFeasible, .has_room = true};
+  Problem around = drawing.with_planted_point(&point);
+  EngineProblem drawn = around_point(std::move(around), point);
   Problem& problem = drawn.problem;
   const Eigen::MatrixXd rows = independent_rows(
       drawing, drawing.uniform(1, std::min(3, problem.unknowns)), problem.unknowns);
@@ -108,6 +120,8 @@ EngineProblem planted_point_and_equations(std::mt19937& random) {
     }
     problem.blocks.push_back(std::move(block));
   }
+  // The constants of the equations round: an exact solution is only near it.
+  drawn.point.clear();
   return drawn;
 }
 
@@ -139,8 +153,8 @@ EngineProblem flat_objective(std::mt19937& random) {
 EngineProblem free_objective(std::mt19937& random) {
   RandomProblems drawing = problems_from(random);
   std::vector<double> point;
-  EngineProblem drawn{
-      .problem = drawing.with_planted_point(&point), .truth = Truth::kFeasible, .has_room = true};
+  Problem around = drawing.with_planted_point(&point);
+  EngineProblem drawn = around_point(std::move(around), point);
   add_any_objective(drawn.problem, drawing);
   drawn.reached = dot(drawn.problem.objective->cost, point);
   return drawn;
@@ -194,8 +208,9 @@ void change_units(EngineProblem& drawn, std::mt19937& random) {
   std::vector<double> unit(static_cast<std::size_t>(problem.unknowns), power());
   const bool one_for_all = drawing.uniform(0, 2) != 0;
   if (!one_for_all) std::generate(unit.begin(), unit.end(), power);
+  std::vector<double> block_unit;
   for (Block& block : problem.blocks) {
-    const double factor = power();
+    const double factor = block_unit.emplace_back(power());
     for (AffineTerm& t : block.terms) {
       const double by =
           factor * (t.unknown == kConstant ? 1 : unit[static_cast<std::size_t>(t.unknown)]);
@@ -205,14 +220,17 @@ void change_units(EngineProblem& drawn, std::mt19937& random) {
   }
   problem.big_m =
       one_for_all && !unit.empty() ? problem.big_m / unit[0] : std::ldexp(problem.big_m, kMost);
+  for (std::size_t k = 0; k < drawn.point.size(); ++k) drawn.point[k] /= unit[k];
+  const double factor = problem.objective ? power() : 1;
+  for (ExactWeight& y : drawn.weights) y.weight *= Rational(factor / block_unit[y.block]);
   if (!problem.objective) return;
-  const double factor = power();
   LinearObjective& objective = *problem.objective;
   objective.constant *= factor;
   objective.constant_magnitude *= factor;
   for (std::size_t k = 0; k < unit.size(); ++k) objective.cost[k] *= factor * unit[k];
   if (drawn.reached) *drawn.reached *= factor;
   if (drawn.limit) *drawn.limit *= factor;
+  if (drawn.optimum) *drawn.optimum *= factor;
 }
 
 }  // namespace sdpsol::testing

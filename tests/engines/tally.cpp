@@ -12,6 +12,18 @@ bool is_verdict(Claim claim) {
   return claim == Claim::kFeasible || claim == Claim::kInfeasible;
 }
 
+const char* name_of(ProblemClass of) {
+  switch (of) {
+    case ProblemClass::kPoint:
+      return "planted points with room";
+    case ProblemClass::kCertificate:
+      return "planted certificates inside cones";
+    case ProblemClass::kBorder:
+      return "on the border";
+  }
+  return "";
+}
+
 double median(std::vector<float> values) {
   if (values.empty()) return 0;
   const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
@@ -58,9 +70,19 @@ void Tally::count(Counts& counts, const Judgement& j) {
   counts.reference_microseconds.push_back(static_cast<float>(1e6 * j.reference_seconds));
 }
 
+void Tally::count(ClassCounts& counts, const Judgement& j) {
+  ++counts.problems;
+  counts.decided += is_verdict(j.first);
+  counts.wrong += j.wrong();
+  counts.optima += j.optimum_is_known;
+  counts.missed_optima += j.misses_optimum();
+  counts.silently_missed_optima += j.misses_optimum_silently();
+}
+
 void Tally::add(std::uint64_t index, const Judgement& judgement) {
   count(families_[family_of(index)], judgement);
   count(all_, judgement);
+  count(classes_[static_cast<std::size_t>(judgement.problem_class)], judgement);
   const std::string text = text_of(judgement);
   if (judgement.wrong() && wrong_.size() < kMostNotes) wrong_.push_back({index, text});
   const bool open = judgement.first_left_room || judgement.reference_left_room;
@@ -84,6 +106,20 @@ void Tally::print_line(std::ostream& out, const char* name, const Counts& c) {
                 c.reference_gaps, c.worst, median(c.first_microseconds),
                 median(c.reference_microseconds));
   out << line;
+}
+
+void Tally::print_classes(std::ostream& out) const {
+  out << "class                                problems decided    open   wrong   optima  missed "
+         "silently\n";
+  for (std::size_t c = 0; c < classes_.size(); ++c) {
+    const ClassCounts& counts = classes_[c];
+    char line[200];
+    std::snprintf(line, sizeof line, "%-36s %8d %7d %7d %7d  %7d %7d %8d\n",
+                  name_of(static_cast<ProblemClass>(c)), counts.problems, counts.decided,
+                  counts.problems - counts.decided, counts.wrong, counts.optima,
+                  counts.missed_optima, counts.silently_missed_optima);
+    out << line;
+  }
 }
 
 void Tally::print_table(std::ostream& out) const {
@@ -118,13 +154,20 @@ std::vector<std::string> Tally::broken_bounds() const {
   none("%d of %d verdicts against what was planted", all_.against_truth);
   none("%d of %d pairs of verdicts or bounds against each other", all_.against_each_other);
   none("%d of %d pairs of objectives apart, without a gap to say so", all_.silent_disagreements);
+  int missed = 0;
+  for (const ClassCounts& counts : classes_) missed += counts.silently_missed_optima;
+  none("%d of %d objectives off the planted optimum, without a gap to say so", missed);
   if (100 * all_.fallbacks_that_helped >= std::max(all_.problems, 1)) {
     broken.push_back(sentence("the fallback decided %d of %d problems, 1 %% or more",
                               all_.fallbacks_that_helped, all_.problems));
   }
-  if (1000 * all_.first_left_room > all_.with_room) {
-    broken.push_back(sentence("%d of %d problems with room left open, more than 1 in 1,000",
-                              all_.first_left_room, all_.with_room));
+  for (const ProblemClass of : {ProblemClass::kPoint, ProblemClass::kCertificate}) {
+    const ClassCounts& counts = classes_[static_cast<std::size_t>(of)];
+    const int open = counts.problems - counts.decided;
+    if (1000 * open > counts.problems) {
+      broken.push_back(std::string(name_of(of)) + ": " +
+                       sentence("%d of %d left open, more than 1 in 1,000", open, counts.problems));
+    }
   }
   return broken;
 }

@@ -1,6 +1,7 @@
 // What many judgements come to, by family, and the bounds that they must keep.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <ostream>
@@ -19,6 +20,8 @@ class Tally {
   /// A problem that ended the process it was solved in, or took it for ever.
   void add_unanswered(std::uint64_t index, const std::string& how);
 
+  /// What was planted, how much of it was decided, and what was wrong, class by class.
+  void print_classes(std::ostream& out) const;
   /// A line per family and one for all.
   void print_table(std::ostream& out) const;
   /// What is wrong, and then what was left open although it has room: the first few
@@ -51,16 +54,26 @@ class Tally {
     std::vector<float> first_microseconds;
     std::vector<float> reference_microseconds;
   };
+  struct ClassCounts {
+    int problems = 0;
+    int decided = 0;
+    int wrong = 0;
+    int optima = 0;  ///< planted, where the first has an objective
+    int missed_optima = 0;
+    int silently_missed_optima = 0;
+  };
   struct Note {
     std::uint64_t index = 0;
     std::string text;
   };
 
   static void count(Counts& counts, const Judgement& judgement);
+  static void count(ClassCounts& counts, const Judgement& judgement);
   static void print_line(std::ostream& out, const char* name, const Counts& counts);
 
   std::vector<Counts> families_;
   Counts all_;
+  std::array<ClassCounts, kProblemClasses> classes_;
   int unanswered_ = 0;
   std::vector<Note> wrong_;
   std::vector<Note> open_;
