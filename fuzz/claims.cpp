@@ -124,7 +124,7 @@ Sums weighted(const Problem& problem, const std::vector<Multiplier>& multipliers
         block.sense == Sense::kEqual ? factor : Matrix(factor * factor.transpose());
     const Matrix weight_size = factor.cwiseAbs() * factor.cwiseAbs().transpose();
     for (const AffineTerm& t : block.terms) {
-      const auto k = static_cast<std::size_t>(t.unknown + 1);
+      const std::size_t k = t.unknown == kConstant ? 0 : static_cast<std::size_t>(t.unknown) + 1;
       const Extended twice = t.row == t.column ? 1 : 2;
       sums.values[k] += twice * weight(t.row, t.column) * t.value;
       sums.sizes[k] +=
