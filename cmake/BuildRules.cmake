@@ -21,6 +21,11 @@ if(SDPSOL_SANITIZE)
     $<$<CXX_COMPILER_ID:Clang>:-fsanitize-ignorelist=${CMAKE_CURRENT_LIST_DIR}/not_sanitized.txt>)
   target_link_options(project_rules INTERFACE -fsanitize=address,undefined)
 endif()
+if(SDPSOL_FUZZERS AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  # A fuzzer sees which ways its input goes through what it tests.
+  target_compile_options(project_rules INTERFACE
+    $<$<NOT:$<BOOL:$<TARGET_PROPERTY:PROJECT_IS_TEST>>>:-fsanitize=fuzzer-no-link>)
+endif()
 
 # The version of this project, as a header.
 add_library(project_version INTERFACE)

@@ -38,8 +38,10 @@ float rounded_up(double value) {
 UnitInputs unit_inputs(const Grasp& grasp, const Eigen::MatrixXd& base) {
   UnitInputs inputs;
   inputs.base.reserve(static_cast<std::size_t>(base.size()));
-  for (const auto& row : base.rowwise())
-    for (const double entry : row) inputs.base.push_back(static_cast<float>(entry));
+  // A base may have no columns.
+  for (Eigen::Index row = 0; row < base.rows(); ++row)
+    for (Eigen::Index column = 0; column < base.cols(); ++column)
+      inputs.base.push_back(static_cast<float>(base(row, column)));
   for (const Contact& contact : grasp.contacts) {
     inputs.types.push_back(static_cast<std::int32_t>(contact.components()));
     inputs.friction.push_back(rounded_up(contact.friction));

@@ -34,5 +34,17 @@ TEST(UnitInputs, RoundBoundsAndFrictionOutwards) {
   EXPECT_EQ(below.friction[0], 1.0F);
 }
 
+TEST(UnitInputs, HoldTheBaseRowAfterRow) {
+  Grasp grasp;
+  Eigen::MatrixXd base(3, 2);
+  base << 1, 2, 3, 4, 5, 6;
+  EXPECT_EQ(unit_inputs(grasp, base).base, (std::vector<float>{1, 2, 3, 4, 5, 6}));
+}
+
+// There is nothing to point at in such a matrix, which the sanitizers see.
+TEST(UnitInputs, HaveNoBaseWhereThereAreNoInternalForces) {
+  EXPECT_TRUE(unit_inputs(Grasp(), Eigen::MatrixXd(3, 0)).base.empty());
+}
+
 }  // namespace
 }  // namespace grasp

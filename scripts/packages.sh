@@ -9,8 +9,8 @@ BUILD_PACKAGES=(g++ cmake ninja-build libsdp-dev libopenblas-serial-dev libeigen
 
 # What only the tests need.
 # shellcheck disable=SC2034
-TEST_PACKAGES=(libgtest-dev libbenchmark-dev libgmp-dev clang-format clang-tidy shellcheck python3
-  python3-jsonschema groff-base chromium chromium-driver python3-selenium)
+TEST_PACKAGES=(libgtest-dev libbenchmark-dev libgmp-dev clang-format clang-tidy shellcheck clang
+  libclang-rt-dev lld python3 python3-jsonschema groff-base chromium chromium-driver python3-selenium)
 
 # What only the benchmarks need: what to measure against.
 # shellcheck disable=SC2034

@@ -1,0 +1,45 @@
+// Files in the SDPA sparse format: refused with a place, or read as a problem that is the
+// same when it is written and read again.
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "fuzz/oracle.h"
+#include "fuzz/same_problem.h"
+#include "fuzz/sound_diagnostics.h"
+#include "solver/exchange/sdpa_reader.h"
+#include "solver/exchange/sdpa_writer.h"
+#include "solver/problem/structure.h"
+
+namespace {
+
+// A few digits may claim a million rows.
+constexpr std::size_t kManyBlocks = 5'000;
+
+sdpsol::Problem read_again(const sdpsol::Problem& problem) {
+  const sdpsol::Source source("again.dat-s",
+                              sdpa_text(cone_program_of(problem), cone_program_comment(problem)));
+  sdpsol::Diagnostics diagnostics;
+  const auto model = read_sdpa(source, diagnostics);
+  fuzz::require(model.has_value(), "what was written is refused: " + diagnostics.render(source));
+  fuzz::require(diagnostics.all().empty(), "what was written gets remarks");
+  return build_problem(*model);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const sdpsol::Source source("fuzz.dat-s", fuzz::text_of(data, size));
+  sdpsol::Diagnostics diagnostics;
+  const auto model = read_sdpa(source, diagnostics);
+  fuzz::require_sound(diagnostics, source, model.has_value());
+  if (!model) return 0;
+  const sdpsol::Problem problem = build_problem(*model);
+  fuzz::require(fuzz::is_finite(problem), "a number that is not finite");
+  if (problem.blocks.size() > kManyBlocks) return 0;
+  const sdpsol::Problem again = read_again(problem);
+  fuzz::require(fuzz::same_cone_program(problem, again), "another problem");
+  // Pieces have found their order the first time.
+  fuzz::require(fuzz::same_problem(again, read_again(again)), "another problem the second time");
+  return 0;
+}
