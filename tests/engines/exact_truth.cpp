@@ -128,24 +128,33 @@ Rational objective_of(const Problem& problem, const RationalPoint& point) {
   return sum;
 }
 
-bool satisfied_within(const Problem& problem, const std::vector<double>& point,
-                      const std::vector<double>& distance, double room) {
+namespace {
+
+/// With the rows that have no more than this room as equations; and with such entries on
+/// the diagonals of matrices, which may be rows in disguise: [x, x; x, x] >= 0.
+bool satisfied_with(const Problem& problem, const std::vector<double>& point,
+                    const std::vector<double>& distance, double room, bool diagonals_too) {
   const RationalPoint middle = rational(point);
   const RationalPoint unit = rational(distance);
   // Row e in the units: sum over k of rows[e][k] * w_k = -rest[e].
   std::vector<RationalPoint> rows;
   std::vector<Rational> rest;
   for (const Block& block : problem.blocks) {
-    if (block.size != 1 || block.sense == Sense::kStrict) continue;
-    const bool tight = value_at(block, middle, Rational(room)).at(0, 0) <= 0;
-    if (block.sense != Sense::kEqual && !tight) continue;
-    RationalPoint& row = rows.emplace_back(unit.size());
-    for (const AffineTerm& t : block.terms) {
-      if (t.unknown == kConstant) continue;
-      const auto k = static_cast<std::size_t>(t.unknown);
-      row[k] = Rational(t.value) * unit[k];
+    if (block.sense == Sense::kStrict || (block.size != 1 && !diagonals_too)) continue;
+    const RationalMatrix value = value_at(block, middle);
+    const RationalMatrix beyond = value_at(block, middle, Rational(room));
+    for (std::size_t i = 0; i < value.size(); ++i) {
+      if (block.sense != Sense::kEqual && beyond.at(i, i) > 0) continue;
+      RationalPoint& row = rows.emplace_back(unit.size());
+      for (const AffineTerm& t : block.terms) {
+        if (t.unknown == kConstant || t.row != t.column || static_cast<std::size_t>(t.row) != i) {
+          continue;
+        }
+        const auto k = static_cast<std::size_t>(t.unknown);
+        row[k] = Rational(t.value) * unit[k];
+      }
+      rest.push_back(-value.at(i, i));
     }
-    rest.push_back(-value_at(block, middle).at(0, 0));
   }
   std::vector<std::vector<Rational>> gram(rows.size(), std::vector<Rational>(rows.size()));
   for (std::size_t a = 0; a < rows.size(); ++a) {
@@ -162,6 +171,18 @@ bool satisfied_within(const Problem& problem, const std::vector<double>& point,
     nearest[k] += step * unit[k];
   }
   return satisfies(problem, nearest);
+}
+
+}  // namespace
+
+bool satisfied_within(const Problem& problem, const std::vector<double>& point,
+                      const std::vector<double>& distance, double room) {
+  // A row may have been met so closely that it seems to have some.
+  const auto rooms = {room, 1e-15, 1e-12, 1e-9};
+  return std::any_of(rooms.begin(), rooms.end(), [&](double least) {
+    return least >= room && (satisfied_with(problem, point, distance, least, false) ||
+                             satisfied_with(problem, point, distance, least, true));
+  });
 }
 
 std::vector<Rational> weighed_sums(const Problem& problem,
