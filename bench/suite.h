@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace bench {
 
@@ -15,11 +16,14 @@ class Suite {
   benchmark::internal::Benchmark* add(const std::string& name,
                                       std::function<void(benchmark::State&)> body);
 
-  /// Runs those that the arguments choose.
-  /// @return the status of the program: 0, 1 if any benchmark failed, 2 for wrong usage.
+  /// Runs those that the arguments choose; after `--once` each of them a single time, which
+  /// shows whether it works and measures little.
+  /// @return the status of the program: 0, 1 if any benchmark failed, 2 for wrong usage,
+  ///   which choosing none is as well.
   int run(int argc, char** argv);
 
  private:
+  std::vector<benchmark::internal::Benchmark*> added_;
   bool failed_ = false;
 };
 

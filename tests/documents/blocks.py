@@ -15,12 +15,19 @@ How documents are written, so that what they show can be run:
 import dataclasses
 import pathlib
 import re
+import subprocess
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 
 # What the definitions in these say is compared by documents_test, which also refuses
 # any other block there.
 DEFINITIONS = {"docs/language.md", "docs/verdicts.md"}
+
+
+def pieces_of_the_test():
+    """What scripts/test knows, as it says itself when it is asked for something else."""
+    ended = subprocess.run([ROOT / "scripts" / "test", "no-such-piece"], capture_output=True, text=True)
+    return re.search(r"usage: scripts/test \[([\w|-]+)\]", ended.stderr).group(1).split("|")
 
 
 def documents():

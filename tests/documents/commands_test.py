@@ -38,9 +38,7 @@ def like_the_project(folder):
 
 
 def pieces_of_the_test():
-    """The pieces that scripts/test knows: those whose usage it prints."""
-    script = (blocks.ROOT / "scripts" / "test").read_text(encoding="utf-8")
-    return set(re.search(r"usage: scripts/test \[([\w|-]+)\]", script).group(1).split("|"))
+    return set(blocks.pieces_of_the_test())
 
 
 def options_in(text):
