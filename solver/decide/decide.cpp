@@ -22,7 +22,7 @@ constexpr double kGoodGap = 1e-6;
 // So few unknowns take an engine milliseconds.
 constexpr std::int32_t kQuicklyAsked = 60;
 // A reported point that is as near to the box is at its border, but for being inside.
-constexpr double kAtTheBox = 1 - 1e-3;
+constexpr double kNearTheBox = 1 - 1e-3;
 constexpr const char* kContradiction = "the conditions contradict each other";
 
 Outcome infeasible(std::string reason, Proof proof, int iterations) {
@@ -76,7 +76,7 @@ std::optional<Outcome> contradictory_equations(const Problem& problem, const Sel
 /// The engine's optimum is a candidate: the box is no limit of a point that is far from it.
 bool is_at_the_box(const Problem& problem, const std::vector<double>& point) {
   return std::any_of(point.begin(), point.end(),
-                     [&](double v) { return std::fabs(v) >= kAtTheBox * problem.big_m; });
+                     [&](double v) { return std::fabs(v) >= kNearTheBox * problem.big_m; });
 }
 
 Outcome feasible(const Problem& problem, const Optimum& optimum, std::vector<double> interior,

@@ -20,19 +20,20 @@ void StatementReader::declarations() {
       target_ = Token{};
     } while (lexer_.current().kind == TokenKind::kComma);
   } catch (const LanguageError&) {
-    fail_further_declarations();
+    fail_further_declarations({});
     throw;
   }
 }
 
-// The names in the rest of a list of declarations that is in error.
-void StatementReader::fail_further_declarations() {
+// The names in the rest of a list of declarations that is in error, but not the word that
+// the error is about.
+void StatementReader::fail_further_declarations(std::string_view word) {
   for (Lexer rest = lexer_;
        rest.current().kind != TokenKind::kSemicolon && rest.current().kind != TokenKind::kEnd;
        rest.advance()) {
     if (rest.current().kind != TokenKind::kComma || rest.ahead().kind != TokenKind::kName) continue;
     const std::string_view name = lexer_.text(rest.ahead().span);
-    if (symbols_.find(name) != nullptr) continue;
+    if (name == word || symbols_.find(name) != nullptr) continue;
     symbols_.set(name, {Symbol::Kind::kFailed, {}, rest.ahead().span});
   }
 }

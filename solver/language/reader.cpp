@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <stdexcept>
 
 #include "solver/language/advice.h"
 #include "solver/language/expression_reader.h"
@@ -60,7 +61,8 @@ void skip_statement(Lexer& lexer, std::uint32_t statement_begin, int open_bracke
   }
 }
 
-bool read_statement(StatementReader& statements, Diagnostics& diagnostics) {
+bool read_statement(StatementReader& statements, Diagnostics& diagnostics,
+                    std::size_t errors_before) {
   try {
     statements.read();
     return true;
@@ -73,6 +75,9 @@ bool read_statement(StatementReader& statements, Diagnostics& diagnostics) {
     diagnostics.add(error.diagnostic);
   } catch (const AlreadyReported&) {
     // The author knows, and what follows from it needs no further words.
+    if (diagnostics.error_count() == errors_before) {
+      throw std::logic_error("a statement is left out without a message");
+    }
   }
   return false;
 }
@@ -93,7 +98,7 @@ std::optional<Model> read_definition(const Source& source, Diagnostics& diagnost
     }
     empty = false;
     const std::uint32_t begin = lexer.current().span.begin;
-    if (!read_statement(statements, diagnostics)) {
+    if (!read_statement(statements, diagnostics, errors_before)) {
       skip_statement(lexer, begin, statements.abandon());
     }
   }

@@ -81,7 +81,7 @@ void StatementReader::require_statement(const Token& first) {
   if (begins_foreign_comment(lexer_.text(), first.span.begin)) return;
   if (second.kind != TokenKind::kName || breaks_line({first.span.end, second.span.begin})) return;
   if (symbols_.find(lexer_.text(second.span)) == nullptr) target_ = second;
-  fail_further_declarations();
+  fail_further_declarations(word);
   const std::string_view keyword = keyword_meant(word);
   if (keyword.empty() || keyword == "symmetric" || keyword == "diagonal") return;
   throw LanguageError(first.span,

@@ -59,7 +59,7 @@ class StatementReader {
 
   // In declarations.cpp.
   void declarations();
-  void fail_further_declarations();
+  void fail_further_declarations(std::string_view word);
   void declaration();
   Variable declared_shape(const Token& name);
   void require_declaration_end(const Variable& variable) const;
