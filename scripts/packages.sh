@@ -12,6 +12,10 @@ BUILD_PACKAGES=(g++ cmake ninja-build libsdp-dev libopenblas-serial-dev libeigen
 TEST_PACKAGES=(libgtest-dev libbenchmark-dev libgmp-dev clang-format clang-tidy shellcheck clang
   libclang-rt-dev lld python3 python3-jsonschema groff-base chromium chromium-driver python3-selenium)
 
+# What only the measurement of coverage needs.
+# shellcheck disable=SC2034
+COVERAGE_PACKAGES=(gcovr)
+
 # What only the benchmarks need: what to measure against.
 # shellcheck disable=SC2034
 BENCH_PACKAGES=(coinor-csdp sdpa python3-cvxopt)

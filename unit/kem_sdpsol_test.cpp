@@ -16,7 +16,7 @@ namespace {
 
 using unit_test::exported;
 using unit_test::icon;
-using unit_test::kPluginFile;
+using unit_test::plugin_file;
 
 constexpr const char* kButtons = " %[%0:1:0:10d %l`Cancel%d%l`Ok%]%H ";
 
@@ -81,7 +81,7 @@ TEST(VersionRecord, PointsTwiceAtOneText) {
 // The dynamic symbols as `nm` lists them: name (with its version) to type.
 std::map<std::string, char> dynamic_symbols(const std::string& options) {
   const std::string command =
-      std::string(SDPSOL_NM) + " --dynamic --format=posix " + options + " " + kPluginFile;
+      std::string(SDPSOL_NM) + " --dynamic --format=posix " + options + " " + plugin_file();
   std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
   std::string text;
   std::array<char, 4096> block{};

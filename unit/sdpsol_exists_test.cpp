@@ -312,6 +312,13 @@ TEST_F(PointContact, WarnsOfABaseThatIsNoMultiple) {
             "iFE-warning: Error calculation Nullspace size; size of Base is 3,sum_cdim is 2\n");
 }
 
+TEST_F(PointContact, WarnsOnceOfShortLists) {
+  ask(kPointContact, {1, 2, 3}, {3}, {}, {}, 0U);
+  EXPECT_EQ(said_,
+            "sdpsol_wrapper-warning: input too short, missing values are read as 0, size of "
+            "Friction constraints is 0, size of Force constraints is 0\n");
+}
+
 TEST_F(PointContact, AnswersTheObjectiveInSinglePrecision) {
   answer_with(kObjective);
   EXPECT_EQ(ask(kPointContact, kBase3, kTypes3, kFriction3, kBounds3, 0U), 3.43119587F);

@@ -93,6 +93,16 @@ TEST_F(IsFeasible, ReadsRowsWithoutElementsAsZeroWithOneWarning) {
             "number of such rows is 3\n");
 }
 
+TEST_F(IsFeasible, SaysThatASingleRowWithoutElementsIsReadAsZero) {
+  EXPECT_EQ(posed({{{}}}, true),
+            "P0=[0];\n"
+            "P=P0;\n"
+            "P>0;\n");
+  EXPECT_EQ(said_,
+            "sdpsol_wrapper-warning: matrix rows without elements are read as 0; "
+            "number of such rows is 1\n");
+}
+
 TEST_F(IsFeasible, WritesWhateverShapesItGets) {
   EXPECT_EQ(posed({{{1, 2, 3}, {4}}}, true),
             "P0=[1,2,3;4];\n"

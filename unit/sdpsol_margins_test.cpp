@@ -16,6 +16,11 @@ constexpr auto kAll = &sdpsol_wrapper::internalForceMaximizeAll;
 constexpr std::string_view kNoComponents =
     "sdpsol_wrapper-warning: sum of contact types is 0, problem is not solved\n";
 
+// What is said of a contact with friction whose lists of friction and bounds are empty.
+constexpr std::string_view kTooShort =
+    "sdpsol_wrapper-warning: input too short, missing values are read as 0, size of Friction "
+    "constraints is 0, size of Force constraints is 0\n";
+
 class Individual : public IntForce {};
 class FrictionContacts : public IntForce {};
 class All : public IntForce {};
@@ -141,6 +146,11 @@ TEST_F(Individual, WarnsOfABaseThatIsNoMultipleWithItsOwnPrefix) {
             "is 2\n");
 }
 
+TEST_F(Individual, WarnsOnceOfShortLists) {
+  ask(kIndividual, {1, 2, 3}, {3}, {}, {}, Contacts{0});
+  EXPECT_EQ(said_, kTooShort);
+}
+
 TEST_F(Individual, AnswersTheObjectiveOrZero) {
   answer_with(kObjective);
   EXPECT_EQ(ask(kIndividual, kBase31, kTypes31, kFriction31, kBounds31, Contacts{0}), 3.43119587F);
@@ -260,6 +270,12 @@ TEST_F(FrictionContacts, WarnsOfABaseThatIsNoMultiple) {
             "iFE-warning: Error calculation Nullspace size; size of Base is 3,sum_cdim is 2\n");
 }
 
+TEST_F(FrictionContacts, WarnsOnceOfShortLists) {
+  Values values(1);
+  ask(kFrictionContacts, {1, 2, 3}, {3}, {}, {}, &values);
+  EXPECT_EQ(said_, kTooShort);
+}
+
 TEST_F(FrictionContacts, RefusesAProblemWithoutContacts) {
   Values values{-1};
   expect_refused(ask(kFrictionContacts, {1}, {}, {}, {}, &values), kNoComponents);
@@ -359,6 +375,12 @@ TEST_F(All, WarnsOfABaseThatIsNoMultiple) {
   ask(kAll, {1, 2, 3}, kTypes11, kFriction11, kBounds11, &values);
   EXPECT_EQ(said_,
             "iFE-warning: Error calculation Nullspace size; size of Base is 3,sum_cdim is 2\n");
+}
+
+TEST_F(All, WarnsOnceOfShortLists) {
+  Values values(1);
+  ask(kAll, {1, 2, 3}, {3}, {}, {}, &values);
+  EXPECT_EQ(said_, kTooShort);
 }
 
 TEST_F(All, RefusesAProblemWithoutContacts) {

@@ -54,6 +54,12 @@ TEST(SetParameters, CutsAnAssignmentOnItsOwnLineWithItsLineBreak) {
   EXPECT_EQ(with_defaults("x=1;\nNU=5;\ny=1;\n"), kDefaults + "x=1;\ny=1;\n");
 }
 
+TEST(SetParameters, CutsAnAssignmentThatEndsTheText) {
+  EXPECT_EQ(with_defaults("NU=5;"), kDefaults);
+  EXPECT_EQ(with_defaults("x=1;\nNU=5;"), kDefaults + "x=1;\n");
+  EXPECT_EQ(with_defaults("x=1; NU=5;"), kDefaults + "x=1; ");
+}
+
 TEST(SetParameters, LeavesTheLineBreakOfALineSharedWithOtherText) {
   EXPECT_EQ(with_defaults("a=1; NU=5;\n"), kDefaults + "a=1; \n");
 }

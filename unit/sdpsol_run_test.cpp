@@ -147,6 +147,12 @@ TEST(WriteDefinition, WritesAnEmptyFileForAnEmptyDefinition) {
   EXPECT_EQ(unit_test::content_of(dir.path("def")), "");
 }
 
+TEST(WriteDefinition, AnswersOneWhenItsFileCannotBeOpened) {
+  const TestFolder dir;
+  sdpsol_wrapper driver("true", dir.path("missing/def"), dir.path("res"));
+  EXPECT_EQ(driver.writeDefinition(), 1);
+}
+
 TEST(WriteDefinition, DoesNotNoticeAFullDevice) {
   if (!std::filesystem::is_character_file("/dev/full")) GTEST_SKIP() << "no /dev/full here";
   sdpsol_wrapper driver("true", "/dev/full", "unused");

@@ -4,7 +4,9 @@
 
 #include <bit>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
+#include <ctime>
 #include <limits>
 #include <locale>
 #include <random>
@@ -127,6 +129,18 @@ TEST(ReadNumber, GivesZeroForWhatIsNoNumber) {
 TEST(ReadNumber, GivesZeroForAnExponentWithoutDigits) {
   for (const char* text : {"1e", "1E", "1e+", "1e-", "2.5e ", "1ex", "1e+-5", "7e.5"}) {
     EXPECT_EQ(bits(read_number(text)), bits(0.0)) << text;
+  }
+}
+
+TEST(ReadNumber, CostsTheNumberAndNotWhatFollowsIt) {
+  for (const char* number : {"1", "1e", "1e999"}) {
+    const std::string text = number + std::string(std::size_t{1} << 24, ';');
+    const std::clock_t start = std::clock();
+    const std::string copy = text;
+    const std::clock_t copied = std::clock();
+    for (int i = 0; i < 100; ++i) read_number(text);
+    EXPECT_LE(std::clock() - copied, copied - start) << number;
+    EXPECT_EQ(copy.size(), text.size());
   }
 }
 
