@@ -11,8 +11,8 @@ constexpr double kSmallestSafeProduct = 1e-290;
 }  // namespace
 
 void ExactSum::add(double value) {
-  if (!std::isfinite(value)) exact_ = false;
-  if (!exact_ || value == 0) return;
+  if (!std::isfinite(value)) finite_ = false;
+  if (!finite_ || value == 0) return;
   std::size_t kept = 0;
   double carry = value;
   for (const double part : parts_) {
@@ -23,14 +23,14 @@ void ExactSum::add(double value) {
     carry = sum;
   }
   parts_.resize(kept);
-  if (!std::isfinite(carry)) exact_ = false;
+  if (!std::isfinite(carry)) finite_ = false;
   if (carry != 0) parts_.push_back(carry);
 }
 
 void ExactSum::add_product(double a, double b) {
   if (a == 0 || b == 0) return;
   const double product = a * b;
-  if (!(std::fabs(product) > kSmallestSafeProduct)) exact_ = false;
+  if (!(std::fabs(product) > kSmallestSafeProduct)) underflowed_ = true;
   add(std::fma(a, b, -product));
   add(product);
 }

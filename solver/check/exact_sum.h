@@ -18,12 +18,13 @@ class ExactSum {
   /// -1, 0 or 1; only meaningful if exact().
   int sign() const;
   /// False once an overflow, an underflow or a NaN has spoilt the sum.
-  bool exact() const { return exact_; }
-  bool certainly_zero() const { return exact_ && sign() == 0; }
+  bool exact() const { return finite_ && !underflowed_; }
+  bool certainly_zero() const { return exact() && sign() == 0; }
 
  private:
   std::vector<double> parts_;  ///< without zeros, smallest first
-  bool exact_ = true;
+  bool finite_ = true;
+  bool underflowed_ = false;  ///< too little is lost to show in an estimate
 };
 
 }  // namespace sdpsol

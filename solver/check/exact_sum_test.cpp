@@ -101,5 +101,14 @@ TEST(ExactSum, StaysSpoilt) {
   EXPECT_FALSE(sum.exact());
 }
 
+TEST(ExactSum, AProductThatUnderflowsTakesNothingElseAlong) {
+  ExactSum sum;
+  sum.add(2);
+  sum.add_product(1e-200, 1e-200);
+  sum.add_product(3, 5);
+  EXPECT_FALSE(sum.exact());
+  EXPECT_EQ(sum.estimate(), 17);
+}
+
 }  // namespace
 }  // namespace sdpsol

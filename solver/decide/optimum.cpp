@@ -16,6 +16,8 @@ constexpr int kMostBoxRounds = 5;
 constexpr double kGap = 1e-7;
 // An engine that would leave the box stays as far inside of it.
 constexpr double kAtTheBox = 1 - 1e-4;
+// Bounds that are no farther apart tell one optimum.
+constexpr double kSameBound = 1e-6;
 // What interior-point codes of the field ask of themselves.
 constexpr double kUsualAccuracy = 1e-8;
 // Shares of the way inside reach from 2^-43 to 1/2.
@@ -84,7 +86,7 @@ class Maximisation {
       scaling_ = scale_by_point(problem_, scaling_, optimum_.point);
       rescaled_ = true;
     }
-    optimum_.limited_by_box = !unknowns_at_the_box().empty();
+    optimum_.limited_by_box = !unknowns_at_the_box().empty() && !bounded_without_box_;
     return std::move(optimum_);
   }
 
@@ -156,10 +158,23 @@ class Maximisation {
     if (problem_.boxed) {
       try_bound(problem_, program.multipliers(last, Keep::kEnough)) ||
           try_bound(problem_, program.multipliers(last, Keep::kActive));
+      if (!unknowns_at_the_box().empty()) try_without_box(program, last);
     } else {
       // Where no exact balance is in reach, what is left is charged to a box.
       try_bound(problem_, program.multipliers(last, Keep::kEnough)) ||
           try_bound(in_box(problem_, reach()), program.multipliers(last, Keep::kAll));
+    }
+  }
+
+  /// An unknown may be at the box where others of the same objective are not: then the
+  /// bound needs no box.
+  void try_without_box(const Program& program, const Iterate& last) {
+    Problem unboxed = problem_;
+    unboxed.boxed = false;
+    const double allowed = optimum_.bound + kSameBound * std::max(1.0, std::fabs(optimum_.bound));
+    for (const auto keep : {Program::Keep::kEnough, Program::Keep::kActive}) {
+      if (bounded_without_box_ || !std::isfinite(optimum_.bound)) return;
+      bounded_without_box_ = proven_bound(unboxed, program.multipliers(last, keep)) <= allowed;
     }
   }
 
@@ -213,6 +228,7 @@ class Maximisation {
   Scaling scaling_;
   std::vector<std::int32_t> free_;  ///< unknowns that only the objective knows
   bool rescaled_ = false;
+  bool bounded_without_box_ = false;
   std::vector<std::vector<double>> trail_;  ///< the iterates of the present run
   Optimum optimum_;
 };
