@@ -11,14 +11,6 @@
 namespace sdpsol::testing {
 namespace {
 
-// Points reported beside equations, and values planted in doubles, are off by their
-// rounding.
-constexpr double kRounding = 1e-9;
-
-bool exceeds(double value, double limit) {
-  return value - limit > kRounding * std::max({1.0, std::fabs(value), std::fabs(limit)});
-}
-
 bool is_feasible(Claim claim) {
   return claim == Claim::kFeasible;
 }

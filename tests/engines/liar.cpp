@@ -8,7 +8,6 @@
 namespace sdpsol::testing {
 namespace {
 
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kHuge = 1e300;
 

@@ -2,6 +2,7 @@
 // thing done to its point, one to its multipliers and one to what it says of them.
 #pragma once
 
+#include <limits>
 #include <random>
 #include <string>
 #include <utility>
@@ -9,6 +10,8 @@
 #include "solver/engine/engine.h"
 
 namespace sdpsol::testing {
+
+inline constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
 enum class PointLie {
   kNone,

@@ -173,7 +173,6 @@ void LiarTrial::offer_points(const EngineProblem& drawn, const std::string& wher
   }
   if (near.empty()) return;
   const auto chosen = static_cast<std::size_t>(uniform(0, drawn.problem.unknowns - 1));
-  constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
   for (const double odd :
        {drawn.problem.big_m, std::nextafter(drawn.problem.big_m, HUGE_VAL), -HUGE_VAL, kNan, 1e300,
         5e-324, std::nextafter(near[chosen], HUGE_VAL), std::nextafter(near[chosen], -HUGE_VAL)}) {
