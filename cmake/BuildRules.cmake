@@ -26,12 +26,12 @@ if(SDPSOL_FUZZERS AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   target_compile_options(project_rules INTERFACE
     $<$<NOT:$<BOOL:$<TARGET_PROPERTY:PROJECT_IS_TEST>>>:-fsanitize=fuzzer-no-link>)
 endif()
+add_library(coverage_at_exit OBJECT EXCLUDE_FROM_ALL "${CMAKE_CURRENT_LIST_DIR}/coverage_at_exit.c")
 if(SDPSOL_COVERAGE)
   # Not what is compiled as a test, likewise. Children that end by _exit count too.
   target_compile_options(project_rules INTERFACE
     $<$<NOT:$<BOOL:$<TARGET_PROPERTY:PROJECT_IS_TEST>>>:--coverage>
     $<$<NOT:$<BOOL:$<TARGET_PROPERTY:PROJECT_IS_TEST>>>:-fprofile-update=atomic>)
-  add_library(coverage_at_exit OBJECT "${CMAKE_CURRENT_LIST_DIR}/coverage_at_exit.c")
   target_link_options(project_rules INTERFACE --coverage LINKER:--wrap=_exit)
   target_link_libraries(project_rules INTERFACE $<TARGET_OBJECTS:coverage_at_exit>)
 endif()
