@@ -1,6 +1,12 @@
 # What every target of this project shares. Targets ask for it by linking
 # project_rules; there are no global flags.
 
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
 add_library(project_rules INTERFACE)
 target_compile_features(project_rules INTERFACE cxx_std_20)
 target_compile_options(project_rules INTERFACE
@@ -41,12 +47,6 @@ add_library(project_version INTERFACE)
 configure_file("${CMAKE_CURRENT_LIST_DIR}/version.h.in" "${CMAKE_BINARY_DIR}/generated/version.h"
                @ONLY)
 target_include_directories(project_version INTERFACE "${CMAKE_BINARY_DIR}/generated")
-
-set(CMAKE_CXX_EXTENSIONS OFF)
-set(CMAKE_POSITION_INDEPENDENT_CODE ON)
-set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
-set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
-set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 # A target (TYPE: STATIC for libraries, nothing for programs) that exists for its
 # precompiled header, which others reuse. Parsing is
