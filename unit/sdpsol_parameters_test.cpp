@@ -109,6 +109,13 @@ TEST(SetParameters, CutsFromAKeywordInsideALongerWord) {
   EXPECT_EQ(with_defaults("NUMBER=1;\ny=1;\n"), kDefaults + "y=1;\n");
 }
 
+TEST(SetParameters, LeavesNamesThatAreNotAllOfAKeyword) {
+  const std::string text = "N=1;\nGAMM=1;\nMAXITE=1;\nABSTO=1;\nRELTO=1;\nBIG=1;\n";
+  EXPECT_EQ(with_defaults(text), kDefaults + text);
+  const std::string ends = "U=1;\nAMMA=1;\nAXITER=1;\nBSTOL=1;\nELTOL=1;\nIGM=1;\n";
+  EXPECT_EQ(with_defaults(ends), kDefaults + ends);
+}
+
 TEST(SetParameters, SearchesCaseSensitively) {
   EXPECT_EQ(with_defaults("nu=5;\ngamma=1;\n"), kDefaults + "nu=5;\ngamma=1;\n");
 }
