@@ -132,15 +132,17 @@ TEST(ReadNumber, GivesZeroForAnExponentWithoutDigits) {
   }
 }
 
+// A hundred readings that copied their text would take ten times as long as ten copies.
 TEST(ReadNumber, CostsTheNumberAndNotWhatFollowsIt) {
+  const std::string rest(std::size_t{1} << 24, ';');
+  const std::clock_t start = std::clock();
+  for (int i = 0; i < 10; ++i) EXPECT_EQ(std::string(rest).size(), rest.size());
+  const std::clock_t ten_copies = std::clock() - start;
   for (const char* number : {"1", "1e", "1e999"}) {
-    const std::string text = number + std::string(std::size_t{1} << 24, ';');
-    const std::clock_t start = std::clock();
-    const std::string copy = text;
-    const std::clock_t copied = std::clock();
+    const std::string text = number + rest;
+    const std::clock_t read_from = std::clock();
     for (int i = 0; i < 100; ++i) read_number(text);
-    EXPECT_LE(std::clock() - copied, copied - start) << number;
-    EXPECT_EQ(copy.size(), text.size());
+    EXPECT_LE(std::clock() - read_from, ten_copies) << number;
   }
 }
 
