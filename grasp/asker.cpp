@@ -80,21 +80,11 @@ void withdraw_forces(Answer& answer) {
   answer.forces.clear();
 }
 
-// "contact a is", "contacts a, b and 3 more are".
-std::string contacts_are(const Grasp& grasp, const std::vector<std::size_t>& contacts) {
-  constexpr std::size_t kMostNamed = 5;
-  std::string text = contacts.size() == 1 ? "contact " : "contacts ";
-  const std::size_t named = std::min(contacts.size(), kMostNamed);
-  for (std::size_t i = 0; i < named; ++i) text += (i == 0 ? "" : ", ") + grasp.label(contacts[i]);
-  if (contacts.size() > named) text += " and " + std::to_string(contacts.size() - named) + " more";
-  return text + (contacts.size() == 1 ? " is" : " are");
-}
-
-// The forces follow from the exact base, the solver has seen six digits of it.
+// The forces follow from the exact base, the solver has seen six digits of it: forces at a
+// limit may be beyond it by that.
 void judge_forces(const Grasp& grasp, Answer& answer) {
   double size = 0;
   for (const ContactForce& force : answer.forces) size = std::hypot(size, force.local.norm());
-  std::vector<std::size_t> at_limit;
   for (std::size_t i = 0; i < answer.forces.size(); ++i) {
     const ContactForce& force = answer.forces[i];
     const double outside = -std::min(force.cone_margin, force.bound_margin);
@@ -105,11 +95,7 @@ void judge_forces(const Grasp& grasp, Answer& answer) {
     // Optimal forces are at limits by nature. Those that only have to exist are as far
     // inside as they can be, and this is what the rounding has made possible.
     if (answer.inquiry.question == Question::kExists) return withdraw_forces(answer);
-    at_limit.push_back(i);
   }
-  if (!at_limit.empty())
-    answer.notes.push_back(contacts_are(grasp, at_limit) +
-                           " beyond a limit, by less than the six digits that the solver is given");
 }
 
 void set_forces(const Grasp& grasp, const GraspMap& map, const Eigen::MatrixXd& base,
