@@ -32,8 +32,8 @@ void write_all(int descriptor, std::string_view text, const std::string& name) {
 
 // Where a chain of symbolic links leads to, whether there is something or not.
 fs::path target_of(fs::path file) {
-  constexpr int kMostLinks = 40;
-  for (int links = 0; links < kMostLinks && fs::is_symlink(file); ++links)
+  constexpr int kMaxLinks = 40;
+  for (int links = 0; links < kMaxLinks && fs::is_symlink(file); ++links)
     file = file.parent_path() / fs::read_symlink(file);
   return file;
 }
@@ -59,6 +59,21 @@ void write_into(const fs::path& file, const std::string& name, std::string_view 
   write_all(out.get(), text, name);
 }
 
+// The rights of a new file, as the process's user gives them.
+mode_t usual_rights() {
+  const mode_t mask = umask(0);
+  umask(mask);
+  constexpr mode_t kEverybody = 0666;
+  return kEverybody & ~mask;
+}
+
+// The rights of the file, or of a new one.
+mode_t rights_of(const fs::path& file) {
+  struct stat found {};
+  constexpr mode_t kRights = 0777;
+  return stat(file.c_str(), &found) == 0 ? found.st_mode & kRights : usual_rights();
+}
+
 // Beside the file, and gone unless it takes the file's place.
 class Draft {
  public:
@@ -66,7 +81,8 @@ class Draft {
   Draft(const fs::path& file, const std::string& name)
       : file_(file),
         name_(name),
-        draft_(file.string() + ".XXXXXX"),
+        // The file's own name may be as long as names can be.
+        draft_((file.parent_path() / "grasp.XXXXXX").string()),
         out_(mkostemp(draft_.data(), O_CLOEXEC)) {
     if (!out_.is_open()) fail(name_);
   }
@@ -81,11 +97,8 @@ class Draft {
   void write(std::string_view text) { write_all(out_.get(), text, name_); }
 
   void take_place() {
-    // A draft is for its owner only; a new file has the rights that others give it.
-    const mode_t mask = umask(0);
-    umask(mask);
-    constexpr mode_t kEverybody = 0666;
-    if (fchmod(out_.get(), kEverybody & ~mask) != 0) fail(name_);
+    // A draft is for its owner only.
+    if (fchmod(out_.get(), rights_of(file_)) != 0) fail(name_);
     if (rename(draft_.c_str(), file_.c_str()) != 0) fail(name_);
     is_there_ = false;
   }
