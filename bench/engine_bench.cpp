@@ -27,7 +27,7 @@
 #include "solver/engine/cones/range_system.h"
 #include "solver/engine/cones_engine.h"
 #include "solver/engine/watched_engine.h"
-#include "solver/exchange/sdpa_writer.h"
+#include "solver/exchange/exported_programs.h"
 #include "solver/language/reader.h"
 #include "solver/problem/structure.h"
 #include "tests/support/test_folder.h"

@@ -96,7 +96,7 @@ function(add_project_test name)
   target_compile_definitions(${name} PRIVATE
     SDPSOL_BIN_DIR="${CMAKE_BINARY_DIR}/bin" SDPSOL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   set_target_properties(${name} PROPERTIES
-    RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests" PROJECT_IS_TEST ON UNITY_BUILD OFF)
+    RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests" PROJECT_IS_TEST ON)
   add_test(NAME ${name} COMMAND ${name})
   # Under the sanitizers the leaks are also those of the commands that it starts.
   set_tests_properties(${name} PROPERTIES TIMEOUT 900 ENVIRONMENT

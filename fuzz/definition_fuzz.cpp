@@ -6,10 +6,10 @@
 #include <cstdint>
 #include <string>
 
-#include "fuzz/definition_mutator.h"
 #include "fuzz/oracle.h"
 #include "fuzz/same_problem.h"
 #include "fuzz/sound_diagnostics.h"
+#include "solver/exchange/exported_programs.h"
 #include "solver/exchange/sdpa_reader.h"
 #include "solver/exchange/sdpa_writer.h"
 #include "solver/language/lexer.h"
@@ -52,11 +52,6 @@ Problem read_export(const Problem& problem) {
 }
 
 }  // namespace
-
-extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size,
-                                               std::size_t max_size, unsigned seed) {
-  return fuzz::mutate_definition(data, size, max_size, seed);
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const sdpsol::Source source("fuzz.def", fuzz::text_of(data, size));

@@ -1,6 +1,8 @@
-#include "fuzz/definition_mutator.h"
-
+// Changes of definitions that mostly leave definitions: for the fuzzers that have this file
+// among their sources.
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -92,14 +94,18 @@ std::string changed(const std::string& text, DefinitionGrammar& grammar) {
 
 }  // namespace
 
-std::size_t mutate_definition(std::uint8_t* data, std::size_t size, std::size_t max_size,
-                              unsigned seed) {
-  DefinitionGrammar grammar(seed);
+}  // namespace fuzz
+
+/// One change of the text in `data`, as libFuzzer asks for it: a statement that comes,
+/// goes, or is said twice; a token for another of its kind; an operand that becomes an
+/// expression; a definition that is drawn anew; or any change of bytes.
+/// @param max_size how much room there is. @return the size of the text.
+extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size,
+                                               std::size_t max_size, unsigned seed) {
+  fuzz::DefinitionGrammar grammar(seed);
   if (grammar.pick(3) == 0) return LLVMFuzzerMutate(data, size, max_size);
-  const std::string text = changed(text_of(data, size), grammar);
+  const std::string text = fuzz::changed(fuzz::text_of(data, size), grammar);
   const std::size_t length = std::min(text.size(), max_size);
   std::copy_n(text.begin(), length, data);
   return length;
 }
-
-}  // namespace fuzz

@@ -3,48 +3,13 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 
 #include "fuzz/oracle.h"
-#include "unit/reference_parser.h"
 #include "unit/sdpsol_wrapper.h"
+#include "unit/test_readings.h"
 
 namespace {
-
-constexpr int kThrown = -2;
-
-struct Reading {
-  int code = 0;
-  std::string error;
-  sdpsol_wrapper::result last;
-};
-
-template <class Parse>
-Reading reading_of(const Parse& parse) {
-  Reading reading;
-  try {
-    reading.code = parse(reading.last);
-  } catch (const std::out_of_range& error) {
-    reading.code = kThrown;
-    reading.error = error.what();
-  }
-  return reading;
-}
-
-Reading by_driver(const std::string& text) {
-  sdpsol_wrapper driver("", "", "");
-  driver.resultText = text;
-  Reading reading =
-      reading_of([&driver](const sdpsol_wrapper::result&) { return driver.parseResult(); });
-  reading.last = driver.lastResult;
-  return reading;
-}
-
-Reading by_reference(const std::string& text) {
-  return reading_of(
-      [&text](sdpsol_wrapper::result& last) { return unit_test::reference_parse(text, last); });
-}
 
 // Of a scan that goes round in a circle both have the beginning, each as much of it as it
 // took to notice.
@@ -64,8 +29,8 @@ void require_parallel(const sdpsol_wrapper::result& last) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string text = fuzz::text_of(data, size);
-  Reading ours = by_driver(text);
-  Reading reference = by_reference(text);
+  unit_test::Reading ours = unit_test::by_driver(text);
+  unit_test::Reading reference = unit_test::by_reference(text);
   require_parallel(ours.last);
   if (ours.code == 1 && reference.code == 1) {
     const std::size_t common =

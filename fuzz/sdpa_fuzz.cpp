@@ -7,6 +7,7 @@
 #include "fuzz/oracle.h"
 #include "fuzz/same_problem.h"
 #include "fuzz/sound_diagnostics.h"
+#include "solver/exchange/exported_programs.h"
 #include "solver/exchange/sdpa_reader.h"
 #include "solver/exchange/sdpa_writer.h"
 #include "solver/problem/structure.h"

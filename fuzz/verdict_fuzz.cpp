@@ -6,7 +6,6 @@
 #include <cstdint>
 
 #include "fuzz/claims.h"
-#include "fuzz/definition_mutator.h"
 #include "fuzz/oracle.h"
 #include "solver/decide/decide.h"
 #include "solver/engine/auto_engine.h"
@@ -40,11 +39,6 @@ void require_agreement(const Problem& problem, const Outcome& a, const Outcome& 
 }
 
 }  // namespace
-
-extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size,
-                                               std::size_t max_size, unsigned seed) {
-  return fuzz::mutate_definition(data, size, max_size, seed);
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const sdpsol::Source source("fuzz.def", fuzz::text_of(data, size));

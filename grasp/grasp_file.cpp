@@ -21,7 +21,7 @@ constexpr double kLargest = 1e30;
 // And smaller ones than this are 0 for it.
 constexpr double kSmallest = 1e-30;
 // More take the solver hours, and memory in proportion to their square.
-constexpr std::size_t kMostContacts = 300;
+constexpr std::size_t kMaxContacts = 300;
 // Sine of the angle under which a tangent is along the normal.
 constexpr double kAlong = 1e-6;
 // Contacts nearer than this part of the grasp's size are one,
@@ -238,8 +238,8 @@ Grasp read_grasp(const JsonNode& node) {
 
   const JsonNode contacts_at = node.member("contacts");
   const auto contacts = contacts_at.elements("contacts");
-  if (contacts.size() > kMostContacts)
-    contacts_at.fail("a grasp has at most " + std::to_string(kMostContacts) + " contacts, not " +
+  if (contacts.size() > kMaxContacts)
+    contacts_at.fail("a grasp has at most " + std::to_string(kMaxContacts) + " contacts, not " +
                      std::to_string(contacts.size()));
   for (const JsonNode& contact : contacts)
     grasp.contacts.push_back(read_contact(contact, grasp.contacts.size(), defaults));

@@ -21,7 +21,7 @@ constexpr double kBorder = 12;
 constexpr double kGap = 10;
 /// Between lines of the heading.
 constexpr double kLeading = 5;
-constexpr std::size_t kMostNotes = 5;
+constexpr std::size_t kMaxNotes = 5;
 
 /// A line of the heading.
 struct Line {
@@ -79,7 +79,7 @@ std::vector<Line> heading(const picture::Scene& scene, const Answer& answer, dou
   add(answer.reason, kText, 6);
   add(question_in_words(grasp, answer.inquiry), kText, 2);
   add(numbers_in_words(scene), kNote, 6);
-  for (std::size_t k = 0; k < std::min(answer.notes.size(), kMostNotes); ++k) {
+  for (std::size_t k = 0; k < std::min(answer.notes.size(), kMaxNotes); ++k) {
     add(answer.notes[k], kNote, 3);
   }
   return lines;

@@ -23,9 +23,9 @@ class Newtons {
     double largest = 0;
     for (const ContactForce& force : answer.forces) largest = std::max(largest, force.local.norm());
     constexpr double kSmall = 0.1;
-    constexpr int kMost = 50;
+    constexpr int kMax = 50;
     if (largest > 0 && largest < kSmall)
-      digits_ = std::min(kMost, 3 - static_cast<int>(std::floor(std::log10(largest))));
+      digits_ = std::min(kMax, 3 - static_cast<int>(std::floor(std::log10(largest))));
   }
 
   std::string operator()(double value) const {

@@ -22,11 +22,11 @@ Solved solve_with(UnitRoad& road, const Grasp& grasp, const Inquiry& inquiry,
 }  // namespace
 
 Solved solve(UnitRoad& road, const Grasp& grasp, const Inquiry& inquiry, const Nullspace& space) {
-  constexpr std::size_t kMostTries = 10;
+  constexpr std::size_t kMaxTries = 10;
   Solved first = solve_with(road, grasp, inquiry, space.base);
   if (first.heading.verdict != Verdict::kUndetermined || space.balance.nullity < 2) return first;
   std::vector<Squeeze> all = squeezes(grasp);
-  if (all.size() > kMostTries) all.resize(kMostTries);
+  if (all.size() > kMaxTries) all.resize(kMaxTries);
   for (const Squeeze& squeeze : all) {
     Solved again = solve_with(road, grasp, inquiry, base_with(space, squeeze.forces));
     first.found.seconds += again.found.seconds;

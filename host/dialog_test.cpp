@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "host/text.h"
+#include "tests/support/message_of.h"
 
 namespace zelhost {
 namespace {
@@ -11,12 +12,7 @@ namespace {
 using Fields = std::vector<DialogField>;
 
 std::string error_of(std::string_view text) {
-  try {
-    read_dialog(text);
-  } catch (const DialogError& error) {
-    return error.what();
-  }
-  return "no error";
+  return test_support::message_of<DialogError>([&] { read_dialog(text); });
 }
 
 TEST(ReadDialog, FindsFieldsWithTheirLabels) {

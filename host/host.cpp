@@ -10,7 +10,7 @@ namespace zelhost {
 namespace {
 
 // A plug-in may report the same in a loop.
-constexpr std::size_t kMostReports = 100;
+constexpr std::size_t kMaxReports = 100;
 
 std::string quoted(const char* text) {
   return text == nullptr ? "null" : "\"" + std::string(text) + "\"";
@@ -353,7 +353,7 @@ void Host::misuse(const char* operation, std::string_view what) {
 }
 
 void Host::report(Report report) {
-  if (reports_.size() < kMostReports)
+  if (reports_.size() < kMaxReports)
     reports_.push_back(std::move(report));
   else
     ++more_reports_;

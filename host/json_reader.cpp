@@ -19,7 +19,7 @@ namespace {
 constexpr std::size_t kLongestPlace = 1'000;
 
 // Of an object: the document looks through all of them for the one that is added.
-constexpr std::size_t kMostKeys = 10'000;
+constexpr std::size_t kMaxKeys = 10'000;
 
 std::string escaped(const std::string& key) {
   std::string text;
@@ -94,8 +94,8 @@ class ParserFollower {
     Level& level = levels_.back();
     level.key = key;
     if (!level.keys.insert(key).second && found_.empty()) found_ = place();
-    if (level.keys.size() > kMostKeys)
-      fail("an object can have " + std::to_string(kMostKeys) + " keys");
+    if (level.keys.size() > kMaxKeys)
+      fail("an object can have " + std::to_string(kMaxKeys) + " keys");
   }
 
   void count_element() {

@@ -7,27 +7,20 @@
 #include <nlohmann/json.hpp>
 #include <system_error>
 
+#include "tests/support/message_of.h"
 #include "tests/support/test_folder.h"
 
 namespace zelhost {
 namespace {
 
+using test_support::message_of;
 using test_support::TestFolder;
-
-std::string error_of(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const JsonError& error) {
-    return error.what();
-  }
-  return "no error";
-}
 
 class ReadJson : public testing::Test {
  protected:
   std::string error(std::string_view text) {
     const std::string path = folder_.file("a.json", text);
-    std::string what = error_of([&] { read_json(path); });
+    std::string what = message_of<JsonError>([&] { read_json(path); });
     if (what.rfind(path, 0) == 0) what.replace(0, path.size(), "a.json");
     return what;
   }
@@ -85,39 +78,39 @@ class Node : public testing::Test {
 
 TEST_F(Node, NamesUnknownAndMissingKeys) {
   const Json json = {{"a", 1}, {"x", 2}};
-  EXPECT_EQ(error_of([&] { node(json).expect_keys({"a"}, {"b"}); }),
+  EXPECT_EQ(message_of<JsonError>([&] { node(json).expect_keys({"a"}, {"b"}); }),
             "f: /: unknown key \"x\"; the keys are \"a\", \"b\"");
-  EXPECT_EQ(error_of([&] {
+  EXPECT_EQ(message_of<JsonError>([&] {
               node(json).expect_keys({"a", "c"}, {"x"});
             }),
             "f: /: the key \"c\" is missing");
-  EXPECT_EQ(error_of([&] { node(json).expect_keys({"a"}, {"x"}); }), "no error");
+  EXPECT_EQ(message_of<JsonError>([&] { node(json).expect_keys({"a"}, {"x"}); }), "no error");
 }
 
 TEST_F(Node, CarriesItsPlace) {
   const Json json = {{"a/b", {1, "x"}}};
   const JsonNode element = node(json).member("a/b").elements("things")[1];
   EXPECT_EQ(element.pointer(), "/a~1b/1");
-  EXPECT_EQ(error_of([&] { element.fail("is odd"); }), "f: /a~1b/1: is odd");
+  EXPECT_EQ(message_of<JsonError>([&] { element.fail("is odd"); }), "f: /a~1b/1: is odd");
 }
 
 TEST_F(Node, FailsOnOneLineOfSomeLength) {
   const std::string key = "a\n" + std::string(1'000'000, 'k');
   const Json json = {{key, 1}};
-  EXPECT_EQ(error_of([&] { node(json).expect_keys({"a"}); }).substr(0, 30),
+  EXPECT_EQ(message_of<JsonError>([&] { node(json).expect_keys({"a"}); }).substr(0, 30),
             "f: /: unknown key \"a kkkkkkkkk");
-  EXPECT_LT(error_of([&] { node(json).expect_keys({"a"}); }).size(), 11'000U);
-  EXPECT_EQ(error_of([&] { node(json).member(key).fail("is odd"); }),
+  EXPECT_LT(message_of<JsonError>([&] { node(json).expect_keys({"a"}); }).size(), 11'000U);
+  EXPECT_EQ(message_of<JsonError>([&] { node(json).member(key).fail("is odd"); }),
             "f: /a " + std::string(997, 'k') + "...: is odd");
 }
 
 TEST_F(Node, SaysWhatItTakes) {
   const Json number = 1;
-  EXPECT_EQ(error_of([&] { (void)node(number).elements("wires"); }),
+  EXPECT_EQ(message_of<JsonError>([&] { (void)node(number).elements("wires"); }),
             "f: /: this takes wires, in [ ]");
-  EXPECT_EQ(error_of([&] { (void)node(number).members("fields"); }),
+  EXPECT_EQ(message_of<JsonError>([&] { (void)node(number).members("fields"); }),
             "f: /: this takes fields, in { }");
-  EXPECT_EQ(error_of([&] { (void)node(number).text("a name"); }),
+  EXPECT_EQ(message_of<JsonError>([&] { (void)node(number).text("a name"); }),
             "f: /: this takes a name, as a text in quotes");
 }
 

@@ -7,17 +7,14 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 
+#include "host/test_port_types.h"
+#include "tests/support/message_of.h"
+
 namespace zelhost {
 namespace {
 
 using Floats = std::vector<float>;
 using Integers = std::vector<std::int32_t>;
-
-constexpr PortType kFloat{PortKind::kFloats, 1};
-constexpr PortType kTwoFloats{PortKind::kFloats, 2};
-constexpr PortType kText{PortKind::kText, 1};
-constexpr PortType kFloats{PortKind::kFloatArray, 1};
-constexpr PortType kIntegers{PortKind::kIntegerArray, 1};
 
 PortValue read(const char* json, PortType type) {
   const Json value = Json::parse(json);
@@ -25,12 +22,7 @@ PortValue read(const char* json, PortType type) {
 }
 
 std::string error_of(const char* json, PortType type) {
-  try {
-    read(json, type);
-  } catch (const JsonError& error) {
-    return error.what();
-  }
-  return "no error";
+  return test_support::message_of<JsonError>([&] { read(json, type); });
 }
 
 TEST(ReadValue, TakesANumberOrAListForOneFloat) {
@@ -46,62 +38,63 @@ TEST(ReadValue, CountsFixedFloats) {
 }
 
 TEST(ReadValue, ReadsRowsOneAfterTheOther) {
-  EXPECT_EQ(read("[[1, 2], [3, 4]]", kFloats), PortValue(Floats{1, 2, 3, 4}));
-  EXPECT_EQ(read("[[[1, 2]], [[3, 4]]]", kFloats), PortValue(Floats{1, 2, 3, 4}));
-  EXPECT_EQ(read("[]", kFloats), PortValue(Floats{}));
-  EXPECT_EQ(error_of("[[1, 2], [3]]", kFloats),
+  EXPECT_EQ(read("[[1, 2], [3, 4]]", kFloatArray), PortValue(Floats{1, 2, 3, 4}));
+  EXPECT_EQ(read("[[[1, 2]], [[3, 4]]]", kFloatArray), PortValue(Floats{1, 2, 3, 4}));
+  EXPECT_EQ(read("[]", kFloatArray), PortValue(Floats{}));
+  EXPECT_EQ(error_of("[[1, 2], [3]]", kFloatArray),
             "f: /v/1: this row has 1 elements, the first has 2");
   const std::string both = "lists of one depth hold either numbers or rows, not both";
-  EXPECT_EQ(error_of("[1, [3]]", kFloats), "f: /v/1: " + both);
-  EXPECT_EQ(error_of("[[1], 3]", kFloats), "f: /v/1: " + both);
-  EXPECT_EQ(error_of("[[2], [[1]]]", kFloats), "f: /v/1/0: " + both);
-  EXPECT_EQ(error_of("[[[2]], [1]]", kFloats), "f: /v/1/0: " + both);
-  EXPECT_EQ(error_of("[[[[1]]]]", kFloats),
+  EXPECT_EQ(error_of("[1, [3]]", kFloatArray), "f: /v/1: " + both);
+  EXPECT_EQ(error_of("[[1], 3]", kFloatArray), "f: /v/1: " + both);
+  EXPECT_EQ(error_of("[[2], [[1]]]", kFloatArray), "f: /v/1/0: " + both);
+  EXPECT_EQ(error_of("[[[2]], [1]]", kFloatArray), "f: /v/1/0: " + both);
+  EXPECT_EQ(error_of("[[[[1]]]]", kFloatArray),
             "f: /v/0/0/0: lists are nested too deep; the most is a list of matrices, each a list "
             "of its rows");
 }
 
 TEST(ReadValue, WantsMatricesOfOneSize) {
-  EXPECT_EQ(error_of("[[[1, 2]], [[3]]]", kFloats),
+  EXPECT_EQ(error_of("[[[1, 2]], [[3]]]", kFloatArray),
             "f: /v/1/0: this row has 1 elements, the first has 2");
-  EXPECT_EQ(error_of("[[[1, 2], [3, 4]], [[5, 6]]]", kFloats),
+  EXPECT_EQ(error_of("[[[1, 2], [3, 4]], [[5, 6]]]", kFloatArray),
             "f: /v/1: this matrix has 1 rows, the first has 2");
-  EXPECT_EQ(read("[[], []]", kFloats), PortValue(Floats{}));
-  EXPECT_EQ(error_of("[[], [1]]", kFloats), "f: /v/1: this row has 1 elements, the first has 0");
+  EXPECT_EQ(read("[[], []]", kFloatArray), PortValue(Floats{}));
+  EXPECT_EQ(error_of("[[], [1]]", kFloatArray),
+            "f: /v/1: this row has 1 elements, the first has 0");
 }
 
 TEST(ReadValue, NamesTheNumberInRowsAndMatrices) {
   const std::string no_number = "this takes a number, or \"nan\", \"inf\", \"-inf\"";
   EXPECT_EQ(error_of("null", kFloat), "f: /v: " + no_number);
-  EXPECT_EQ(error_of("[[1, 2, 3], [4, 5, null]]", kFloats), "f: /v/1/2: " + no_number);
-  EXPECT_EQ(error_of("[[[1], [2], [3]], [[4], [true], [5]]]", kFloats),
+  EXPECT_EQ(error_of("[[1, 2, 3], [4, 5, null]]", kFloatArray), "f: /v/1/2: " + no_number);
+  EXPECT_EQ(error_of("[[[1], [2], [3]], [[4], [true], [5]]]", kFloatArray),
             "f: /v/1/1/0: " + no_number);
 }
 
 TEST(ReadValue, KnowsTheNumbersThatJsonHasNot) {
-  const PortValue value = read(R"(["nan", "inf", "-inf"])", kFloats);
+  const PortValue value = read(R"(["nan", "inf", "-inf"])", kFloatArray);
   const auto& floats = std::get<Floats>(value);
   EXPECT_TRUE(std::isnan(floats[0]));
   EXPECT_EQ(floats[1], std::numeric_limits<float>::infinity());
   EXPECT_EQ(floats[2], -std::numeric_limits<float>::infinity());
-  EXPECT_EQ(error_of(R"(["infinity"])", kFloats),
+  EXPECT_EQ(error_of(R"(["infinity"])", kFloatArray),
             "f: /v/0: this takes a number, or \"nan\", \"inf\", \"-inf\"");
 }
 
 TEST(ReadValue, RoundsToSinglePrecisionAndRefusesWhatIsTooLarge) {
   EXPECT_EQ(read("0.1", kFloat), PortValue(Floats{0.1F}));
   EXPECT_EQ(read("1e-60", kFloat), PortValue(Floats{0}));
-  EXPECT_EQ(error_of("[1, -1e39]", kFloats),
+  EXPECT_EQ(error_of("[1, -1e39]", kFloatArray),
             "f: /v/1: the number is too large for single precision; write \"inf\" if that is "
             "meant");
 }
 
 TEST(ReadValue, TakesWholeNumbersForIntegers) {
-  EXPECT_EQ(read("[-2147483648, 2147483647, 3.0]", kIntegers),
+  EXPECT_EQ(read("[-2147483648, 2147483647, 3.0]", kIntegerArray),
             PortValue(Integers{-2147483647 - 1, 2147483647, 3}));
   for (const char* const bad : {"[1.5]", "[2147483648]", "[-2147483649]", "[\"1\"]", "[true]",
                                 "[null]", "[\"nan\"]", "[18446744073709551615]"}) {
-    EXPECT_EQ(error_of(bad, kIntegers),
+    EXPECT_EQ(error_of(bad, kIntegerArray),
               "f: /v/0: this takes a whole number of 32 bits, from -2147483648 to 2147483647")
         << bad;
   }
@@ -116,9 +109,9 @@ TEST(ReadValue, TakesATextOrItsLines) {
 
 TEST(ToJson, WritesTheShortestNumbers) {
   EXPECT_EQ(to_json(Floats{0.1F}, kFloat).dump(), "0.1");
-  EXPECT_EQ(to_json(Floats{4.4e-06F, 15000, -0.0F}, kFloats).dump(), "[4.4e-06,15000.0,-0.0]");
-  EXPECT_EQ(to_json(Floats{3.4028235e38F}, kFloats).dump(), "[3.4028235e+38]");
-  EXPECT_EQ(to_json(Integers{3, -1}, kIntegers).dump(), "[3,-1]");
+  EXPECT_EQ(to_json(Floats{4.4e-06F, 15000, -0.0F}, kFloatArray).dump(), "[4.4e-06,15000.0,-0.0]");
+  EXPECT_EQ(to_json(Floats{3.4028235e38F}, kFloatArray).dump(), "[3.4028235e+38]");
+  EXPECT_EQ(to_json(Integers{3, -1}, kIntegerArray).dump(), "[3,-1]");
 }
 
 TEST(ToJson, WritesTextsAndNoText) {
@@ -128,14 +121,14 @@ TEST(ToJson, WritesTextsAndNoText) {
 
 TEST(ToJson, NamesTheNumbersThatJsonHasNot) {
   const float infinity = std::numeric_limits<float>::infinity();
-  EXPECT_EQ(to_json(Floats{std::nanf(""), infinity, -infinity}, kFloats).dump(),
+  EXPECT_EQ(to_json(Floats{std::nanf(""), infinity, -infinity}, kFloatArray).dump(),
             R"(["nan","inf","-inf"])");
 }
 
 TEST(ToJson, ReadsBackAsItWas) {
   const Floats floats{1.0F / 3, 1e-45F, 16777217.0F, 3.4028235e38F};
-  const Json json = Json::parse(to_json(floats, kFloats).dump());
-  EXPECT_EQ(read_value({json, "f", ""}, kFloats), PortValue(floats));
+  const Json json = Json::parse(to_json(floats, kFloatArray).dump());
+  EXPECT_EQ(read_value({json, "f", ""}, kFloatArray), PortValue(floats));
 }
 
 }  // namespace

@@ -19,7 +19,7 @@ namespace {
 Host* the_host = nullptr;
 
 // Each takes its place at once. More is rather a mistake than a port.
-constexpr int kMostFloats = 1'000'000;
+constexpr int kMaxFloats = 1'000'000;
 
 // Lets the host carry out an operation. What a plug-in calls does not throw.
 // @return what `call` returns, or `otherwise` where there is no host, no memory, or
@@ -51,9 +51,9 @@ std::optional<PortType> read_port_type(std::va_list& arguments, std::string& why
   switch (kind) {
     case TAG_FLOAT: {
       const int count = va_arg(arguments, int);
-      if (count > 0 && count <= kMostFloats) return PortType{PortKind::kFloats, count};
+      if (count > 0 && count <= kMaxFloats) return PortType{PortKind::kFloats, count};
       why = "TAG_FLOAT with count " + std::to_string(count);
-      if (count > kMostFloats) why += ", the most is " + std::to_string(kMostFloats);
+      if (count > kMaxFloats) why += ", the most is " + std::to_string(kMaxFloats);
       return {};
     }
     case TAG_STRING: {

@@ -5,25 +5,18 @@
 
 #include <functional>
 
+#include "tests/support/message_of.h"
 #include "tests/support/test_folder.h"
 
 namespace zelhost {
 namespace {
 
+using test_support::message_of;
 using test_support::TestFolder;
 
 namespace fs = std::filesystem;
 
 const fs::path kLibraries = SDPSOL_BIN_DIR "/../lib";
-
-std::string error_of(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const PluginError& error) {
-    return error.what();
-  }
-  return "no error";
-}
 
 TEST(LoadPlugin, ReadsTheRecords) {
   const Plugin plugin = load_plugin(kLibraries / "sdpsol.so");
@@ -42,9 +35,9 @@ TEST(LoadPlugin, ReadsTheRecords) {
 TEST(LoadPlugin, SaysWhatIsNoLibrary) {
   const TestFolder folder;
   const auto text = folder.file("text.so", "not a library");
-  EXPECT_EQ(error_of([&] { load_plugin(text); }), text + ": file too short");
+  EXPECT_EQ(message_of<PluginError>([&] { load_plugin(text); }), text + ": file too short");
   const auto nothing = folder.path("nothing.so");
-  EXPECT_EQ(error_of([&] { load_plugin(nothing); }),
+  EXPECT_EQ(message_of<PluginError>([&] { load_plugin(nothing); }),
             nothing + ": cannot open shared object file: No such file or directory");
 }
 
@@ -52,7 +45,7 @@ TEST(LoadPlugin, SaysWhichRecordIsMissing) {
   const TestFolder folder;
   // A plug-in under another name looks like one without records.
   fs::copy_file(kLibraries / "sdpsol.so", folder.path("other.so"));
-  EXPECT_EQ(error_of([&] { load_plugin(folder.path("other.so")); }),
+  EXPECT_EQ(message_of<PluginError>([&] { load_plugin(folder.path("other.so")); }),
             folder.path("other.so") +
                 ": there is no record Kem_V_of_other (a plug-in's records end in the name of its "
                 "file, and are exported)");
@@ -88,18 +81,20 @@ TEST_F(FindPlugin, TakesANameWithASlashAsAPath) {
 }
 
 TEST_F(FindPlugin, SaysWhereItHasLooked) {
-  EXPECT_EQ(error_of([&] { find("three"); }),
+  EXPECT_EQ(message_of<PluginError>([&] { find("three"); }),
             "no plug-in three.so in " + folder_.path() + "/a, " + b_.string());
-  EXPECT_EQ(error_of([&] { find("c/one"); }), folder_.path() + "/c/one.so: no such file");
+  EXPECT_EQ(message_of<PluginError>([&] { find("c/one"); }),
+            folder_.path() + "/c/one.so: no such file");
 }
 
 TEST_F(FindPlugin, SaysThatANameIsTooLong) {
   const std::string name(5'000, 'n');
   const std::string shown = std::string(1'000, 'n') + "...";
-  EXPECT_EQ(error_of([&] { find(name); }), "no plug-in " + shown + " in " + folder_.path() +
-                                               "/a (File name too long), " + b_.string() +
-                                               " (File name too long)");
-  EXPECT_EQ(error_of([&] { find("/" + name); }), "/" + shown.substr(1) + ": File name too long");
+  EXPECT_EQ(message_of<PluginError>([&] { find(name); }),
+            "no plug-in " + shown + " in " + folder_.path() + "/a (File name too long), " +
+                b_.string() + " (File name too long)");
+  EXPECT_EQ(message_of<PluginError>([&] { find("/" + name); }),
+            "/" + shown.substr(1) + ": File name too long");
 }
 
 }  // namespace

@@ -6,13 +6,10 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "host/test_port_types.h"
+
 namespace zelhost {
 namespace {
-
-constexpr PortType kThreeFloats{PortKind::kFloats, 3};
-constexpr PortType kText{PortKind::kText, 1};
-constexpr PortType kFloats{PortKind::kFloatArray, 1};
-constexpr PortType kIntegers{PortKind::kIntegerArray, 1};
 
 using Floats = std::vector<float>;
 using Integers = std::vector<std::int32_t>;
@@ -25,15 +22,15 @@ TEST(PortType, IsNamedAsUsersSayIt) {
   EXPECT_EQ(to_string({PortKind::kFloats, 1}), "1 float");
   EXPECT_EQ(to_string(kThreeFloats), "3 floats");
   EXPECT_EQ(to_string(kText), "text");
-  EXPECT_EQ(to_string(kFloats), "float array");
-  EXPECT_EQ(to_string(kIntegers), "integer array");
+  EXPECT_EQ(to_string(kFloatArray), "float array");
+  EXPECT_EQ(to_string(kIntegerArray), "integer array");
 }
 
 TEST(Port, StartsWithZerosNoTextAndEmptyArrays) {
   EXPECT_EQ(Port(kThreeFloats).value(), PortValue(Floats{0, 0, 0}));
   EXPECT_EQ(Port(kText).value(), PortValue());
-  EXPECT_EQ(Port(kFloats).value(), PortValue(Floats{}));
-  EXPECT_EQ(Port(kIntegers).value(), PortValue(Integers{}));
+  EXPECT_EQ(Port(kFloatArray).value(), PortValue(Floats{}));
+  EXPECT_EQ(Port(kIntegerArray).value(), PortValue(Integers{}));
 }
 
 TEST(Port, GivesEachFixedFloatAnElementOfItsOwn) {
@@ -67,10 +64,10 @@ TEST(Port, KeepsACopyOfATextThatIsPublished) {
   Port port(kText);
   port.keep_text();
   EXPECT_EQ(port.value(), PortValue());
-  char published[] = "first";
-  port.record()->elements[0].value = published;
+  char text[] = "first";
+  port.record()->elements[0].value = text;
   port.keep_text();
-  published[0] = 'F';
+  text[0] = 'F';
   EXPECT_EQ(port.value(), PortValue("first"));
   port.keep_text();
   EXPECT_EQ(port.value(), PortValue("first"));
@@ -78,7 +75,7 @@ TEST(Port, KeepsACopyOfATextThatIsPublished) {
   port.record()->elements[0].value = static_cast<char*>(element(port).value) + 2;
   port.keep_text();
   EXPECT_EQ(port.value(), PortValue("rst"));
-  port.record()->elements[0].value = published;
+  port.record()->elements[0].value = text;
   port.restore_text();
   EXPECT_EQ(port.value(), PortValue("rst"));
   port.record()->elements[0].value = nullptr;
@@ -87,7 +84,7 @@ TEST(Port, KeepsACopyOfATextThatIsPublished) {
 }
 
 TEST(Port, ShowsAnArrayThroughItsRecord) {
-  Port port(kIntegers);
+  Port port(kIntegerArray);
   port.set(Integers{3, 1});
   const auto* const array = static_cast<const zel_dyn_array*>(element(port).value);
   EXPECT_EQ(static_cast<const std::int32_t*>(array->data)[1], 1);
@@ -97,7 +94,7 @@ TEST(Port, ShowsAnArrayThroughItsRecord) {
 // That the former elements are freed, and with the right delete, is what the
 // address sanitizer sees here.
 TEST(Port, TakesArraysAndFreesThoseFromBefore) {
-  Port port(kFloats);
+  Port port(kFloatArray);
   port.take(new float[2]{1, 2}, 2);
   port.take(new float[3]{4, 5, 6}, 3);
   EXPECT_EQ(port.value(), PortValue(Floats{4, 5, 6}));
@@ -111,8 +108,8 @@ TEST(Port, RefusesValuesOfAnotherType) {
   EXPECT_THROW(floats.set(Floats{1, 2}), std::invalid_argument);
   EXPECT_THROW(floats.set(Integers{1, 2, 3}), std::invalid_argument);
   EXPECT_THROW(Port(kText).set(Floats{}), std::invalid_argument);
-  EXPECT_THROW(Port(kFloats).set(Integers{}), std::invalid_argument);
-  EXPECT_THROW(Port(kIntegers).set(Floats{}), std::invalid_argument);
+  EXPECT_THROW(Port(kFloatArray).set(Integers{}), std::invalid_argument);
+  EXPECT_THROW(Port(kIntegerArray).set(Floats{}), std::invalid_argument);
   EXPECT_EQ(floats.value(), PortValue(Floats{0, 0, 0}));
 }
 

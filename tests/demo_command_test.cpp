@@ -17,11 +17,9 @@ namespace {
 namespace fs = std::filesystem;
 using zelhost::Json;
 
-const fs::path kExamples = SDPSOL_SOURCE_DIR "/examples";
-
 std::vector<std::string> examples() {
   std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(kExamples))
+  for (const auto& entry : fs::directory_iterator(network_run::kExamples))
     if (entry.is_regular_file()) names.push_back(entry.path().stem());
   std::sort(names.begin(), names.end());
   return names;
@@ -34,7 +32,7 @@ sdpsol::Ended zelrun(const std::string& arguments) {
 }
 
 std::string file_of(const std::string& example) {
-  return kExamples / (example + ".json");
+  return network_run::kExamples / (example + ".json");
 }
 
 // Times differ from run to run.

@@ -36,8 +36,6 @@ constexpr double kTolerance = 1e-5;
 constexpr double kSlack = 1e-12;
 constexpr double kFree = std::numeric_limits<double>::infinity();
 
-const std::filesystem::path kExamples = SDPSOL_SOURCE_DIR "/examples";
-
 struct Optimum {
   Question question;
   double objective;
@@ -116,7 +114,7 @@ class Demo : public testing::Test {
   ~Demo() override { std::filesystem::current_path("/"); }
 
   static zelhost::NetworkFile network(const std::string& name) {
-    return zelhost::read_network(kExamples / name);
+    return zelhost::read_network(network_run::kExamples / name);
   }
 
   // The network with other coefficients of friction.
@@ -299,7 +297,8 @@ TEST(DemoFiles, BasesAreInBalance) {
       {"roller_support.json", kRoller},
       {"four_fingers.json", kFour}};
   for (const auto& [file, contacts] : grasps) {
-    const Grasp grasp = grasp_network::read_grasp(zelhost::read_network(kExamples / file));
+    const Grasp grasp =
+        grasp_network::read_grasp(zelhost::read_network(network_run::kExamples / file));
     for (const Contact& contact : contacts) EXPECT_LT(grasp_map::frame_error(contact), 1e-15);
     for (std::size_t j = 0; j < grasp.coordinates(); ++j) {
       std::vector<double> column;

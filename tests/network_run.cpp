@@ -1,12 +1,11 @@
 #include "tests/network_run.h"
 
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 #include "host/host.h"
 #include "host/network.h"
+#include "tests/support/test_folder.h"
 
 namespace network_run {
 namespace {
@@ -16,11 +15,6 @@ void let_the_shell_find_the_commands() {
   const std::string path =
       std::string(SDPSOL_BIN_DIR) + ":" + (before == nullptr ? "/usr/bin:/bin" : before);
   setenv("PATH", path.c_str(), 1);
-}
-
-std::string contents(const std::filesystem::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
 }
 
 void expect_no_reports(zelhost::Host& host) {
@@ -58,7 +52,8 @@ std::vector<Firing> run(const zelhost::NetworkFile& file) {
       firing.outputs.push_back(port.value());
       firing.types.push_back(port.type());
     }
-    firing.result_file = contents("sdpsol.out");
+    if (std::filesystem::exists("sdpsol.out"))
+      firing.result_file = test_support::content_of("sdpsol.out");
   }
   return firings;
 }

@@ -11,6 +11,8 @@
 
 namespace network_run {
 
+inline const std::filesystem::path kExamples = SDPSOL_SOURCE_DIR "/examples";
+
 /// The folder of the built plug-ins.
 std::filesystem::path plugin_folder();
 

@@ -5,12 +5,16 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "unit/sdpsol_wrapper.h"
 #include "unit/test_support.h"
 
 namespace unit_test {
+
+constexpr std::string_view kNoComponents =
+    "sdpsol_wrapper-warning: sum of contact types is 0, problem is not solved\n";
 
 class IntForce : public ::testing::Test {
  protected:

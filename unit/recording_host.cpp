@@ -9,10 +9,6 @@
 
 namespace unit_test {
 
-namespace {
-
-RecordingHost* the_host = nullptr;
-
 struct Port {
   int kind = 0;
   std::string parameter;
@@ -26,6 +22,10 @@ struct Port {
 };
 
 using Ports = std::vector<std::unique_ptr<Port>>;
+
+namespace {
+
+RecordingHost* the_host = nullptr;
 
 std::vector<zel_port> records_of(const Ports& ports) {
   std::vector<zel_port> records;

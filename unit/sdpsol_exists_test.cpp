@@ -10,14 +10,14 @@ namespace {
 
 using namespace unit_test;
 
-constexpr auto kExists = &sdpsol_wrapper::internalForceExists;
-constexpr auto kPointContact = &sdpsol_wrapper::internalForceMaximizePointContact;
+constexpr auto kForceExists = &sdpsol_wrapper::internalForceExists;
+constexpr auto kMaximizePointContact = &sdpsol_wrapper::internalForceMaximizePointContact;
 
 class Exists : public IntForce {};
 class PointContact : public IntForce {};
 
 TEST_F(Exists, PosesASingleContactWhole) {
-  EXPECT_EQ(ask(kExists, {0, 0, 1}, {3}, {0.5}, {0, 10, 0, 10, 0, 10}), 1.0F);
+  EXPECT_EQ(ask(kForceExists, {0, 0, 1}, {3}, {0.5}, {0, 10, 0, 10, 0, 10}), 1.0F);
   EXPECT_EQ(driver_.definition,
             "BIGM=300000;\n"
             "variable z0;\n"
@@ -41,7 +41,7 @@ TEST_F(Exists, PosesASingleContactWhole) {
 }
 
 TEST_F(Exists, LaysBlocksOutDiagonally) {
-  ask(kExists, kBase313, kTypes313, kFriction313, kBounds313);
+  ask(kForceExists, kBase313, kTypes313, kFriction313, kBounds313);
   EXPECT_EQ(driver_.definition, kDefs313 + kConstr313 +
                                     "[P0,zeros(3,4);\n"
                                     "zeros(1,3),P1,zeros(1,3);\n"
@@ -49,14 +49,14 @@ TEST_F(Exists, LaysBlocksOutDiagonally) {
 }
 
 TEST_F(Exists, LaysTwoFrictionlessContactsOut) {
-  ask(kExists, kBase11, kTypes11, kFriction11, kBounds11);
+  ask(kForceExists, kBase11, kTypes11, kFriction11, kBounds11);
   EXPECT_EQ(driver_.definition, kDefs11 + kConstr11 +
                                     "[P0,zeros(1,1);\n"
                                     "zeros(1,1),P1]>0;\n");
 }
 
 TEST_F(Exists, WarnsOnceOfABaseThatIsNoMultipleAndRoundsDown) {
-  ask(kExists, {1, 2, 3, 4, 5}, kTypes11, kFriction11, kBounds11);
+  ask(kForceExists, {1, 2, 3, 4, 5}, kTypes11, kFriction11, kBounds11);
   EXPECT_EQ(said_,
             "iFE-warning: Error calculation Nullspace size; size of Base is 5,sum_cdim is 2\n");
   EXPECT_EQ(driver_.definition,
@@ -72,16 +72,16 @@ TEST_F(Exists, WarnsOnceOfABaseThatIsNoMultipleAndRoundsDown) {
 
 TEST_F(Exists, AnswersExactlyOneOrZero) {
   answer_with(kObjective);
-  EXPECT_EQ(ask(kExists, kBase3, kTypes3, kFriction3, kBounds3), 1.0F);
+  EXPECT_EQ(ask(kForceExists, kBase3, kTypes3, kFriction3, kBounds3), 1.0F);
   answer_with(kInfeasibleWithNumbers);
-  EXPECT_EQ(ask(kExists, kBase3, kTypes3, kFriction3, kBounds3), 0.0F);
+  EXPECT_EQ(ask(kForceExists, kBase3, kTypes3, kFriction3, kBounds3), 0.0F);
   answer_with("FEASIBILITY CANNOT BE DETERMINED\n\n*** Variables\n\n");
-  EXPECT_EQ(ask(kExists, kBase3, kTypes3, kFriction3, kBounds3), 0.0F);
+  EXPECT_EQ(ask(kForceExists, kBase3, kTypes3, kFriction3, kBounds3), 0.0F);
 }
 
 TEST_F(Exists, LeavesTheValuesForTheHost) {
   answer_with(kObjective);
-  ask(kExists, kBase3, kTypes3, kFriction3, kBounds3);
+  ask(kForceExists, kBase3, kTypes3, kFriction3, kBounds3);
   EXPECT_EQ(driver_.lastResult.errorCode, 0);
   EXPECT_EQ(driver_.lastResult.variableNames,
             (std::vector<std::string>{"epsilon0", "epsilon2", "z0", "z1"}));
@@ -91,25 +91,25 @@ TEST_F(Exists, LeavesTheValuesForTheHost) {
 TEST_F(Exists, ReplacesADefinitionWithItsParameters) {
   driver_.definition = "old;\n";
   driver_.setParameters(driver_.getDefaultParameters());
-  ask(kExists, kBase3, kTypes3, kFriction3, kBounds3);
+  ask(kForceExists, kBase3, kTypes3, kFriction3, kBounds3);
   EXPECT_EQ(driver_.definition, kDefs3 + kConstr3 + "[P0]>0;\n");
 }
 
 TEST_F(Exists, AnswersZeroWhenTheRunFails) {
   driver_ = scripted_driver(dir_, "exit 1\n");
-  EXPECT_EQ(ask(kExists, kBase3, kTypes3, kFriction3, kBounds3), 0.0F);
+  EXPECT_EQ(ask(kForceExists, kBase3, kTypes3, kFriction3, kBounds3), 0.0F);
   EXPECT_EQ(driver_.lastResult.errorCode, 2);
   EXPECT_EQ(driver_.definition, kDefs3 + kConstr3 + "[P0]>0;\n");
 }
 
 TEST_F(Exists, LetsTheErrorOfAMalformedResultPass) {
   answer_with("");
-  EXPECT_THROW(ask(kExists, kBase3, kTypes3, kFriction3, kBounds3), std::out_of_range);
+  EXPECT_THROW(ask(kForceExists, kBase3, kTypes3, kFriction3, kBounds3), std::out_of_range);
   EXPECT_EQ(driver_.lastResult.errorCode, 100);
 }
 
 TEST_F(Exists, WarnsOfAnUnknownTypeAndNamesItsMatrixAllTheSame) {
-  ask(kExists, {1, 2, 3}, {2, 1}, {0, 0}, {0, 1, 0, 1, 0, 1});
+  ask(kForceExists, {1, 2, 3}, {2, 1}, {0, 0}, {0, 1, 0, 1, 0, 1});
   EXPECT_EQ(said_, "Warning, unknown friction type 2\n");
   EXPECT_EQ(driver_.definition,
             "BIGM=300000;\n"
@@ -129,7 +129,7 @@ TEST_F(Exists, WarnsOfAnUnknownTypeAndNamesItsMatrixAllTheSame) {
 }
 
 TEST_F(Exists, WritesTypesSignedAndWidthsUnsigned) {
-  ask(kExists, {1, 2}, {3, -1}, {1, 1}, {0, 1, 0, 1});
+  ask(kForceExists, {1, 2}, {3, -1}, {1, 1}, {0, 1, 0, 1});
   EXPECT_EQ(said_, "Warning, unknown friction type -1\n");
   // After the first contact the offset, 3, is past the sum, 2: no block to the right.
   EXPECT_EQ(driver_.definition,
@@ -150,17 +150,17 @@ TEST_F(Exists, WritesTypesSignedAndWidthsUnsigned) {
 }
 
 TEST_F(Exists, CountsOffsetsModulo32Bits) {
-  ask(kExists, {1, 2}, {-1, 3}, {1, 1}, {0, 1, 0, 1});
+  ask(kForceExists, {1, 2}, {-1, 3}, {1, 1}, {0, 1, 0, 1});
   // The first offset, 2^32 - 1, is past the sum, 2; the second one is the sum.
   EXPECT_TRUE(driver_.definition.ends_with("\n[P0zeros(3,4294967295),P1]>0;\n"));
-  ask(kExists, {1, 2, 3}, {3, -1, 1}, {1, 1, 1}, {0, 1, 0, 1, 0, 1});
+  ask(kForceExists, {1, 2, 3}, {3, -1, 1}, {1, 1, 1}, {0, 1, 0, 1, 0, 1});
   EXPECT_TRUE(
       driver_.definition.ends_with("\n[P0zeros(-1,3),P1,zeros(-1,1);\nzeros(1,2),P2]>0;\n"));
 }
 
 TEST_F(Exists, WarnsBeforeTheRunReports) {
   driver_ = scripted_driver(dir_, "exit 0\n");
-  ask(kExists, {1, 2, 3}, {2, 1}, {0, 0}, {0, 1});
+  ask(kForceExists, {1, 2, 3}, {2, 1}, {0, 0}, {0, 1});
   EXPECT_EQ(said_,
             "Warning, unknown friction type 2\n"
             "sdpsol_wrapper-warning: input too short, missing values are read as 0, size of Force "
@@ -174,7 +174,7 @@ TEST_F(Exists, WarnsBeforeTheRunReports) {
 }
 
 TEST_F(Exists, ReadsAllShortListsAsZeroWithOneWarning) {
-  ask(kExists, {}, {3}, {}, {0});
+  ask(kForceExists, {}, {3}, {}, {0});
   EXPECT_EQ(said_,
             "sdpsol_wrapper-warning: input too short, missing values are read as 0, size of Base "
             "is 0, size of Friction constraints is 0, size of Force constraints is 1\n");
@@ -198,7 +198,7 @@ TEST_F(Exists, ReadsAllShortListsAsZeroWithOneWarning) {
 }
 
 TEST_F(Exists, RepeatsTheFirstEntryOfABaseShorterThanOneColumn) {
-  ask(kExists, {7, 8}, kTypes3, kFriction3, kBounds3);
+  ask(kForceExists, {7, 8}, kTypes3, kFriction3, kBounds3);
   EXPECT_EQ(said_,
             "iFE-warning: Error calculation Nullspace size; size of Base is 2,sum_cdim is 3\n");
   EXPECT_EQ(driver_.definition,
@@ -209,30 +209,27 @@ TEST_F(Exists, RepeatsTheFirstEntryOfABaseShorterThanOneColumn) {
                 kConstr3 + "[P0]>0;\n");
 }
 
-constexpr std::string_view kNoComponents =
-    "sdpsol_wrapper-warning: sum of contact types is 0, problem is not solved\n";
-
 TEST_F(Exists, RefusesAProblemWithoutContacts) {
   driver_.lastResult = {0, true, 5.0, {"old"}, {1.0}, 1};
-  expect_refused(ask(kExists, {1, 2}, {}, {}, {}), kNoComponents);
+  expect_refused(ask(kForceExists, {1, 2}, {}, {}, {}), kNoComponents);
 }
 
 TEST_F(Exists, RefusesTypesThatAddUpToZero) {
-  expect_refused(ask(kExists, {1, 2}, {3, -3}, {1, 1}, {}), kNoComponents);
-  expect_refused(ask(kExists, {1, 2}, {0, 0}, {1, 1}, {}), kNoComponents);
+  expect_refused(ask(kForceExists, {1, 2}, {3, -3}, {1, 1}, {}), kNoComponents);
+  expect_refused(ask(kForceExists, {1, 2}, {0, 0}, {1, 1}, {}), kNoComponents);
 }
 
 TEST_F(Exists, RefusesMoreThan65536ComponentsWithoutCoordinates) {
-  expect_refused(ask(kExists, {1, 2}, {65537}, {1}, {}),
+  expect_refused(ask(kForceExists, {1, 2}, {65537}, {1}, {}),
                  "sdpsol_wrapper-warning: sum of contact types is 65537, size of Base is 2, "
                  "problem is not solved\n");
-  expect_refused(ask(kExists, {}, {-1}, {1}, {}),
+  expect_refused(ask(kForceExists, {}, {-1}, {1}, {}),
                  "sdpsol_wrapper-warning: sum of contact types is 4294967295, size of Base is 0, "
                  "problem is not solved\n");
 }
 
 TEST_F(Exists, Poses65536ComponentsWithoutCoordinates) {
-  EXPECT_EQ(ask(kExists, {1}, {65536}, {1}, {}), 1.0F);
+  EXPECT_EQ(ask(kForceExists, {1}, {65536}, {1}, {}), 1.0F);
   EXPECT_EQ(driver_.definition.substr(0, 21), "BIGM=300000;\nx0=1*z0;");
   EXPECT_NE(driver_.definition.find("\nx65535<0;\n[P0]>0;\n"), std::string::npos);
 }
@@ -240,18 +237,18 @@ TEST_F(Exists, Poses65536ComponentsWithoutCoordinates) {
 TEST_F(Exists, PosesMoreThan65536ComponentsWithACoordinate) {
   const std::vector<int> types(70000, 1);
   const std::vector<double> ones(140000, 1.0);
-  EXPECT_EQ(ask(kExists, std::vector<double>(70000, 1.0), types, ones, ones), 1.0F);
+  EXPECT_EQ(ask(kForceExists, std::vector<double>(70000, 1.0), types, ones, ones), 1.0F);
   EXPECT_EQ(said_, "");
 }
 
 TEST_F(PointContact, PutsTheMarginIntoTheChosenBlock) {
-  ask(kPointContact, kBase31, kTypes31, kFriction31, kBounds31, 0U);
+  ask(kMaximizePointContact, kBase31, kTypes31, kFriction31, kBounds31, 0U);
   EXPECT_EQ(driver_.definition, kDefs31 + "variable epsilon;\n" + kConstr31 +
                                     "epsilon>0;\n"
                                     "[P0-epsilon*eye(3),zeros(3,1);\n"
                                     "zeros(1,3),P1] > 0;\n"
                                     "maximize objective=epsilon;\n");
-  ask(kPointContact, kBase31, kTypes31, kFriction31, kBounds31, 1U);
+  ask(kMaximizePointContact, kBase31, kTypes31, kFriction31, kBounds31, 1U);
   EXPECT_EQ(driver_.definition, kDefs31 + "variable epsilon;\n" + kConstr31 +
                                     "epsilon>0;\n"
                                     "[P0,zeros(3,1);\n"
@@ -261,12 +258,12 @@ TEST_F(PointContact, PutsTheMarginIntoTheChosenBlock) {
 }
 
 TEST_F(PointContact, PosesASingleContact) {
-  ask(kPointContact, kBase3, kTypes3, kFriction3, kBounds3, 0U);
+  ask(kMaximizePointContact, kBase3, kTypes3, kFriction3, kBounds3, 0U);
   EXPECT_EQ(driver_.definition, kDefs3 + "variable epsilon;\n" + kConstr3 +
                                     "epsilon>0;\n"
                                     "[P0-epsilon*eye(3)] > 0;\n"
                                     "maximize objective=epsilon;\n");
-  ask(kPointContact, {2}, {1}, {0}, {0, 10}, 0U);
+  ask(kMaximizePointContact, {2}, {1}, {0}, {0, 10}, 0U);
   EXPECT_EQ(driver_.definition,
             "BIGM=300000;\n"
             "variable z0;\n"
@@ -287,14 +284,14 @@ TEST_F(PointContact, LeavesTheMarginUnboundForAContactThatDoesNotExist) {
                                "zeros(1,3),P1] > 0;\n"
                                "maximize objective=epsilon;\n";
   for (const std::uint32_t contact : {2U, 4294967295U}) {
-    ask(kPointContact, kBase31, kTypes31, kFriction31, kBounds31, contact);
+    ask(kMaximizePointContact, kBase31, kTypes31, kFriction31, kBounds31, contact);
     EXPECT_EQ(driver_.definition, expected);
     EXPECT_EQ(said_, "");
   }
 }
 
 TEST_F(PointContact, ReportsAnUnknownTypeOfTheChosenContactTwice) {
-  ask(kPointContact, {1, 2, 3}, {2, 1}, {0, 0}, {0, 1, 0, 1, 0, 1}, 0U);
+  ask(kMaximizePointContact, {1, 2, 3}, {2, 1}, {0, 0}, {0, 1, 0, 1, 0, 1}, 0U);
   EXPECT_EQ(said_,
             "Warning, unknown friction type 2\n"
             "unknow contact type 2\n");
@@ -302,18 +299,18 @@ TEST_F(PointContact, ReportsAnUnknownTypeOfTheChosenContactTwice) {
 }
 
 TEST_F(PointContact, ReportsAnUnknownTypeElsewhereOnce) {
-  ask(kPointContact, {1, 2, 3}, {2, 1}, {0, 0}, {0, 1, 0, 1, 0, 1}, 1U);
+  ask(kMaximizePointContact, {1, 2, 3}, {2, 1}, {0, 0}, {0, 1, 0, 1, 0, 1}, 1U);
   EXPECT_EQ(said_, "Warning, unknown friction type 2\n");
 }
 
 TEST_F(PointContact, WarnsOfABaseThatIsNoMultiple) {
-  ask(kPointContact, {1, 2, 3}, kTypes11, kFriction11, kBounds11, 0U);
+  ask(kMaximizePointContact, {1, 2, 3}, kTypes11, kFriction11, kBounds11, 0U);
   EXPECT_EQ(said_,
             "iFE-warning: Error calculation Nullspace size; size of Base is 3,sum_cdim is 2\n");
 }
 
 TEST_F(PointContact, WarnsOnceOfShortLists) {
-  ask(kPointContact, {1, 2, 3}, {3}, {}, {}, 0U);
+  ask(kMaximizePointContact, {1, 2, 3}, {3}, {}, {}, 0U);
   EXPECT_EQ(said_,
             "sdpsol_wrapper-warning: input too short, missing values are read as 0, size of "
             "Friction constraints is 0, size of Force constraints is 0\n");
@@ -321,19 +318,19 @@ TEST_F(PointContact, WarnsOnceOfShortLists) {
 
 TEST_F(PointContact, AnswersTheObjectiveInSinglePrecision) {
   answer_with(kObjective);
-  EXPECT_EQ(ask(kPointContact, kBase3, kTypes3, kFriction3, kBounds3, 0U), 3.43119587F);
+  EXPECT_EQ(ask(kMaximizePointContact, kBase3, kTypes3, kFriction3, kBounds3, 0U), 3.43119587F);
 }
 
 TEST_F(PointContact, AnswersZeroWhenInfeasibleOrFailed) {
   answer_with(kInfeasibleWithNumbers);
-  EXPECT_EQ(ask(kPointContact, kBase3, kTypes3, kFriction3, kBounds3, 0U), 0.0F);
+  EXPECT_EQ(ask(kMaximizePointContact, kBase3, kTypes3, kFriction3, kBounds3, 0U), 0.0F);
   EXPECT_EQ(driver_.lastResult.objectiveValue, 3.43119587);
   driver_ = scripted_driver(dir_, "exit 1\n");
-  EXPECT_EQ(ask(kPointContact, kBase3, kTypes3, kFriction3, kBounds3, 0U), 0.0F);
+  EXPECT_EQ(ask(kMaximizePointContact, kBase3, kTypes3, kFriction3, kBounds3, 0U), 0.0F);
 }
 
 TEST_F(PointContact, RefusesAProblemWithoutContacts) {
-  expect_refused(ask(kPointContact, {1}, {}, {}, {}, 0U), kNoComponents);
+  expect_refused(ask(kMaximizePointContact, {1}, {}, {}, {}, 0U), kNoComponents);
 }
 
 }  // namespace

@@ -12,7 +12,7 @@ namespace {
 
 // Without coordinates the components come from the types alone, and a few wrong
 // types would make a text that fills the disk.
-constexpr std::uint32_t kMostComponentsWithoutCoordinates = 65536;
+constexpr std::uint32_t kMaxComponentsWithoutCoordinates = 65536;
 
 void append_bounds(std::string& text, std::size_t component, PaddedList& bounds) {
   append(text, "x", component, ">", bounds[2 * component], ";\n");
@@ -56,7 +56,7 @@ std::optional<ProblemSize> problem_size(const Grasp& grasp, std::string_view pre
     return std::nullopt;
   }
   size.coordinates = static_cast<std::uint32_t>(length) / size.components;
-  if (size.coordinates == 0 && size.components > kMostComponentsWithoutCoordinates) {
+  if (size.coordinates == 0 && size.components > kMaxComponentsWithoutCoordinates) {
     append(warnings, "sdpsol_wrapper-warning: sum of contact types is ", size.components,
            ", size of Base is ", length, ", problem is not solved\n");
     return std::nullopt;

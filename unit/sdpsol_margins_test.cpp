@@ -9,12 +9,9 @@ using namespace unit_test;
 using Contacts = std::vector<int>;
 using Values = std::vector<double>;
 
-constexpr auto kIndividual = &sdpsol_wrapper::internalForceMaximizeIndividual;
-constexpr auto kFrictionContacts = &sdpsol_wrapper::internalForceMaximizeFrictionContacts;
-constexpr auto kAll = &sdpsol_wrapper::internalForceMaximizeAll;
-
-constexpr std::string_view kNoComponents =
-    "sdpsol_wrapper-warning: sum of contact types is 0, problem is not solved\n";
+constexpr auto kMaximizeIndividual = &sdpsol_wrapper::internalForceMaximizeIndividual;
+constexpr auto kMaximizeFrictionContacts = &sdpsol_wrapper::internalForceMaximizeFrictionContacts;
+constexpr auto kMaximizeAll = &sdpsol_wrapper::internalForceMaximizeAll;
 
 // What is said of a contact with friction whose lists of friction and bounds are empty.
 constexpr std::string_view kTooShort =
@@ -26,7 +23,7 @@ class FrictionContacts : public IntForce {};
 class All : public IntForce {};
 
 TEST_F(Individual, PosesTheChosenContacts) {
-  ask(kIndividual, kBase31, kTypes31, kFriction31, kBounds31, Contacts{0, 1});
+  ask(kMaximizeIndividual, kBase31, kTypes31, kFriction31, kBounds31, Contacts{0, 1});
   EXPECT_EQ(driver_.definition, kDefs31 +
                                     "variable epsilon0;\n"
                                     "variable epsilon1;\n" +
@@ -42,7 +39,7 @@ TEST_F(Individual, PosesTheChosenContacts) {
 }
 
 TEST_F(Individual, KeepsTheOrderOfTheListAndShowsOthersAsZeros) {
-  ask(kIndividual, kBase313, kTypes313, kFriction313, kBounds313, Contacts{2, 1});
+  ask(kMaximizeIndividual, kBase313, kTypes313, kFriction313, kBounds313, Contacts{2, 1});
   EXPECT_EQ(driver_.definition, kDefs313 +
                                     "variable epsilon2;\n"
                                     "variable epsilon1;\n" +
@@ -59,7 +56,7 @@ TEST_F(Individual, KeepsTheOrderOfTheListAndShowsOthersAsZeros) {
 }
 
 TEST_F(Individual, ShowsAFrictionlessContactThatIsNotChosenAsZero) {
-  ask(kIndividual, kBase31, kTypes31, kFriction31, kBounds31, Contacts{0});
+  ask(kMaximizeIndividual, kBase31, kTypes31, kFriction31, kBounds31, Contacts{0});
   EXPECT_EQ(driver_.definition, kDefs31 + "variable epsilon0;\n" + kConstr31 +
                                     "epsilon0>0;\n"
                                     "[P0,zeros(3,1);\n"
@@ -70,7 +67,7 @@ TEST_F(Individual, ShowsAFrictionlessContactThatIsNotChosenAsZero) {
 }
 
 TEST_F(Individual, CountsRepetitions) {
-  ask(kIndividual, kBase31, kTypes31, kFriction31, kBounds31, Contacts{1, 1});
+  ask(kMaximizeIndividual, kBase31, kTypes31, kFriction31, kBounds31, Contacts{1, 1});
   EXPECT_EQ(driver_.definition, kDefs31 +
                                     "variable epsilon1;\n"
                                     "variable epsilon1;\n" +
@@ -86,7 +83,7 @@ TEST_F(Individual, CountsRepetitions) {
 
 TEST_F(Individual, AsksForNoObjectiveWithoutAChosenContact) {
   answer_with(kFeasible);
-  EXPECT_EQ(ask(kIndividual, kBase31, kTypes31, kFriction31, kBounds31, Contacts{}), 0.0F);
+  EXPECT_EQ(ask(kMaximizeIndividual, kBase31, kTypes31, kFriction31, kBounds31, Contacts{}), 0.0F);
   EXPECT_EQ(driver_.definition, kDefs31 + kConstr31 +
                                     "[P0,zeros(3,1);\n"
                                     "zeros(1,3),P1] - \n"
@@ -96,7 +93,7 @@ TEST_F(Individual, AsksForNoObjectiveWithoutAChosenContact) {
 }
 
 TEST_F(Individual, WarnsOfContactsThatDoNotExistAndLeavesThemOutOfTheSum) {
-  ask(kIndividual, kBase31, kTypes31, kFriction31, kBounds31, Contacts{-1, 0, 2});
+  ask(kMaximizeIndividual, kBase31, kTypes31, kFriction31, kBounds31, Contacts{-1, 0, 2});
   EXPECT_EQ(said_,
             "sdpsol_wrapper-warning: defined Contact to maximize does not exist, maxContact -1\n"
             "sdpsol_wrapper-warning: defined Contact to maximize does not exist, maxContact 2\n");
@@ -110,7 +107,7 @@ TEST_F(Individual, WarnsOfContactsThatDoNotExistAndLeavesThemOutOfTheSum) {
 }
 
 TEST_F(Individual, MaximisesNothingWhenNoChosenContactExists) {
-  ask(kIndividual, kBase11, kTypes11, kFriction11, kBounds11, Contacts{7});
+  ask(kMaximizeIndividual, kBase11, kTypes11, kFriction11, kBounds11, Contacts{7});
   EXPECT_EQ(driver_.definition, kDefs11 + kConstr11 +
                                     "[P0,zeros(1,1);\n"
                                     "zeros(1,1),P1] - \n"
@@ -120,7 +117,7 @@ TEST_F(Individual, MaximisesNothingWhenNoChosenContactExists) {
 }
 
 TEST_F(Individual, ReportsUnknownTypesTwiceInOrder) {
-  ask(kIndividual, {1, 2, 3}, {2, 1}, {0, 0}, {0, 1, 0, 1, 0, 1}, Contacts{0, 9});
+  ask(kMaximizeIndividual, {1, 2, 3}, {2, 1}, {0, 0}, {0, 1, 0, 1, 0, 1}, Contacts{0, 9});
   EXPECT_EQ(said_,
             "sdpsol_wrapper-warning: defined Contact to maximize does not exist, maxContact 9\n"
             "Warning, unknown friction type 2\n"
@@ -135,36 +132,37 @@ TEST_F(Individual, ReportsUnknownTypesTwiceInOrder) {
 }
 
 TEST_F(Individual, CountsComponentsOfTheObjectiveModulo32Bits) {
-  ask(kIndividual, {1, 2}, {-1, 3}, {1, 1}, {0, 1, 0, 1}, Contacts{1});
+  ask(kMaximizeIndividual, {1, 2}, {-1, 3}, {1, 1}, {0, 1, 0, 1}, Contacts{1});
   EXPECT_TRUE(driver_.definition.ends_with("\nmaximize objective=(0+x1)/1;\n"));
 }
 
 TEST_F(Individual, WarnsOfABaseThatIsNoMultipleWithItsOwnPrefix) {
-  ask(kIndividual, {1, 2, 3}, kTypes11, kFriction11, kBounds11, Contacts{0});
+  ask(kMaximizeIndividual, {1, 2, 3}, kTypes11, kFriction11, kBounds11, Contacts{0});
   EXPECT_EQ(said_,
             "sdpsol_wrapper-warning: Error calculation Nullspace size; size of Base is 3,sum_cdim "
             "is 2\n");
 }
 
 TEST_F(Individual, WarnsOnceOfShortLists) {
-  ask(kIndividual, {1, 2, 3}, {3}, {}, {}, Contacts{0});
+  ask(kMaximizeIndividual, {1, 2, 3}, {3}, {}, {}, Contacts{0});
   EXPECT_EQ(said_, kTooShort);
 }
 
 TEST_F(Individual, AnswersTheObjectiveOrZero) {
   answer_with(kObjective);
-  EXPECT_EQ(ask(kIndividual, kBase31, kTypes31, kFriction31, kBounds31, Contacts{0}), 3.43119587F);
+  EXPECT_EQ(ask(kMaximizeIndividual, kBase31, kTypes31, kFriction31, kBounds31, Contacts{0}),
+            3.43119587F);
   answer_with(kInfeasibleWithNumbers);
-  EXPECT_EQ(ask(kIndividual, kBase31, kTypes31, kFriction31, kBounds31, Contacts{0}), 0.0F);
+  EXPECT_EQ(ask(kMaximizeIndividual, kBase31, kTypes31, kFriction31, kBounds31, Contacts{0}), 0.0F);
 }
 
 TEST_F(Individual, RefusesAProblemWithoutContacts) {
-  expect_refused(ask(kIndividual, {1}, {}, {}, {}, Contacts{0}), kNoComponents);
+  expect_refused(ask(kMaximizeIndividual, {1}, {}, {}, {}, Contacts{0}), kNoComponents);
 }
 
 TEST_F(FrictionContacts, PosesMarginsOfContactsWithFrictionFirst) {
   Values values(3);
-  ask(kFrictionContacts, kBase313, kTypes313, kFriction313, kBounds313, &values);
+  ask(kMaximizeFrictionContacts, kBase313, kTypes313, kFriction313, kBounds313, &values);
   EXPECT_EQ(driver_.definition,
             "variable epsilon0;\n"
             "variable epsilon2;\n" +
@@ -183,7 +181,7 @@ TEST_F(FrictionContacts, PosesMarginsOfContactsWithFrictionFirst) {
 
 TEST_F(FrictionContacts, DividesByZeroForASingleContact) {
   Values values(1);
-  ask(kFrictionContacts, kBase3, kTypes3, kFriction3, kBounds3, &values);
+  ask(kMaximizeFrictionContacts, kBase3, kTypes3, kFriction3, kBounds3, &values);
   EXPECT_EQ(driver_.definition, "variable epsilon0;\n" + kDefs3 + kConstr3 +
                                     "epsilon0>0;\n"
                                     "[P0] - \n"
@@ -193,7 +191,7 @@ TEST_F(FrictionContacts, DividesByZeroForASingleContact) {
 
 TEST_F(FrictionContacts, PosesNoMarginsWithoutFriction) {
   Values values(2);
-  ask(kFrictionContacts, kBase11, kTypes11, kFriction11, kBounds11, &values);
+  ask(kMaximizeFrictionContacts, kBase11, kTypes11, kFriction11, kBounds11, &values);
   EXPECT_EQ(driver_.definition, kDefs11 + kConstr11 +
                                     "[P0,zeros(1,1);\n"
                                     "zeros(1,1),P1] - \n"
@@ -205,7 +203,7 @@ TEST_F(FrictionContacts, PosesNoMarginsWithoutFriction) {
 TEST_F(FrictionContacts, HandsTheFirstValuesOutWhateverTheyBelongTo) {
   answer_with(kObjective);
   Values values{-1, -1, -1};
-  EXPECT_EQ(ask(kFrictionContacts, kBase313, kTypes313, kFriction313, kBounds313, &values),
+  EXPECT_EQ(ask(kMaximizeFrictionContacts, kBase313, kTypes313, kFriction313, kBounds313, &values),
             3.43119587F);
   EXPECT_EQ(values, (Values{1.5, 2.5, 3.5}));
 }
@@ -213,23 +211,23 @@ TEST_F(FrictionContacts, HandsTheFirstValuesOutWhateverTheyBelongTo) {
 TEST_F(FrictionContacts, LeavesElementsBehindTheValuesUntouched) {
   answer_with(kFeasible);
   Values values{-1, -2, -3, -4};
-  ask(kFrictionContacts, kBase313, kTypes313, kFriction313, kBounds313, &values);
+  ask(kMaximizeFrictionContacts, kBase313, kTypes313, kFriction313, kBounds313, &values);
   EXPECT_EQ(values, (Values{1.0, -2, -3, -4}));
 }
 
 TEST_F(FrictionContacts, NeverWritesMoreValuesThanContacts) {
   answer_with(kObjective);
   Values values{-1, -2, -3, -4};
-  ask(kFrictionContacts, kBase3, kTypes3, kFriction3, kBounds3, &values);
+  ask(kMaximizeFrictionContacts, kBase3, kTypes3, kFriction3, kBounds3, &values);
   EXPECT_EQ(values, (Values{1.5, -2, -3, -4}));
 }
 
 TEST_F(FrictionContacts, NeverWritesBehindAShortOutputList) {
   answer_with(kObjective);
   Values values{-1};
-  ask(kFrictionContacts, kBase313, kTypes313, kFriction313, kBounds313, &values);
+  ask(kMaximizeFrictionContacts, kBase313, kTypes313, kFriction313, kBounds313, &values);
   EXPECT_EQ(values, Values{1.5});
-  EXPECT_EQ(ask(kFrictionContacts, kBase313, kTypes313, kFriction313, kBounds313,
+  EXPECT_EQ(ask(kMaximizeFrictionContacts, kBase313, kTypes313, kFriction313, kBounds313,
                 static_cast<Values*>(nullptr)),
             3.43119587F);
 }
@@ -237,20 +235,22 @@ TEST_F(FrictionContacts, NeverWritesBehindAShortOutputList) {
 TEST_F(FrictionContacts, HandsValuesOutWhenInfeasibleToo) {
   answer_with(kInfeasibleWithNumbers);
   Values values{-1, -1, -1};
-  EXPECT_EQ(ask(kFrictionContacts, kBase313, kTypes313, kFriction313, kBounds313, &values), 0.0F);
+  EXPECT_EQ(ask(kMaximizeFrictionContacts, kBase313, kTypes313, kFriction313, kBounds313, &values),
+            0.0F);
   EXPECT_EQ(values, (Values{3.5, -1, -1}));
 }
 
 TEST_F(FrictionContacts, LeavesTheOutputListAfterAFailedRun) {
   driver_ = scripted_driver(dir_, "exit 1\n");
   Values values{-1, -1, -1};
-  EXPECT_EQ(ask(kFrictionContacts, kBase313, kTypes313, kFriction313, kBounds313, &values), 0.0F);
+  EXPECT_EQ(ask(kMaximizeFrictionContacts, kBase313, kTypes313, kFriction313, kBounds313, &values),
+            0.0F);
   EXPECT_EQ(values, (Values{-1, -1, -1}));
 }
 
 TEST_F(FrictionContacts, ReportsUnknownTypesTwiceAndOmitsTheirBlocks) {
   Values values(2);
-  ask(kFrictionContacts, {1, 2, 3}, {2, 1}, {0, 0}, {0, 1, 0, 1, 0, 1}, &values);
+  ask(kMaximizeFrictionContacts, {1, 2, 3}, {2, 1}, {0, 0}, {0, 1, 0, 1, 0, 1}, &values);
   EXPECT_EQ(said_,
             "Warning, unknown friction type 2\n"
             "unknown friction type 2\n");
@@ -265,26 +265,26 @@ TEST_F(FrictionContacts, ReportsUnknownTypesTwiceAndOmitsTheirBlocks) {
 
 TEST_F(FrictionContacts, WarnsOfABaseThatIsNoMultiple) {
   Values values(2);
-  ask(kFrictionContacts, {1, 2, 3}, kTypes11, kFriction11, kBounds11, &values);
+  ask(kMaximizeFrictionContacts, {1, 2, 3}, kTypes11, kFriction11, kBounds11, &values);
   EXPECT_EQ(said_,
             "iFE-warning: Error calculation Nullspace size; size of Base is 3,sum_cdim is 2\n");
 }
 
 TEST_F(FrictionContacts, WarnsOnceOfShortLists) {
   Values values(1);
-  ask(kFrictionContacts, {1, 2, 3}, {3}, {}, {}, &values);
+  ask(kMaximizeFrictionContacts, {1, 2, 3}, {3}, {}, {}, &values);
   EXPECT_EQ(said_, kTooShort);
 }
 
 TEST_F(FrictionContacts, RefusesAProblemWithoutContacts) {
   Values values{-1};
-  expect_refused(ask(kFrictionContacts, {1}, {}, {}, {}, &values), kNoComponents);
+  expect_refused(ask(kMaximizeFrictionContacts, {1}, {}, {}, {}, &values), kNoComponents);
   EXPECT_EQ(values, Values{-1});
 }
 
 TEST_F(All, PosesMarginsOfAllContactsFirst) {
   Values values(3);
-  ask(kAll, kBase313, kTypes313, kFriction313, kBounds313, &values);
+  ask(kMaximizeAll, kBase313, kTypes313, kFriction313, kBounds313, &values);
   EXPECT_EQ(driver_.definition,
             "variable epsilon0;\n"
             "variable epsilon1;\n"
@@ -305,7 +305,7 @@ TEST_F(All, PosesMarginsOfAllContactsFirst) {
 
 TEST_F(All, DividesByZeroForASingleContact) {
   Values values(1);
-  ask(kAll, kBase3, kTypes3, kFriction3, kBounds3, &values);
+  ask(kMaximizeAll, kBase3, kTypes3, kFriction3, kBounds3, &values);
   EXPECT_EQ(driver_.definition, "variable epsilon0;\n" + kDefs3 + kConstr3 +
                                     "epsilon0>0;\n"
                                     "[P0] - \n"
@@ -315,7 +315,7 @@ TEST_F(All, DividesByZeroForASingleContact) {
 
 TEST_F(All, AddsMarginsWithoutFrictionUndivided) {
   Values values(2);
-  ask(kAll, kBase11, kTypes11, kFriction11, kBounds11, &values);
+  ask(kMaximizeAll, kBase11, kTypes11, kFriction11, kBounds11, &values);
   EXPECT_EQ(driver_.definition,
             "variable epsilon0;\n"
             "variable epsilon1;\n" +
@@ -332,17 +332,17 @@ TEST_F(All, AddsMarginsWithoutFrictionUndivided) {
 TEST_F(All, HandsTheFirstValuesOut) {
   answer_with(kObjective);
   Values values{-1, -1, -1};
-  EXPECT_EQ(ask(kAll, kBase313, kTypes313, kFriction313, kBounds313, &values), 3.43119587F);
+  EXPECT_EQ(ask(kMaximizeAll, kBase313, kTypes313, kFriction313, kBounds313, &values), 3.43119587F);
   EXPECT_EQ(values, (Values{1.5, 2.5, 3.5}));
   answer_with(kInfeasibleWithNumbers);
   values = {-1, -1, -1};
-  EXPECT_EQ(ask(kAll, kBase313, kTypes313, kFriction313, kBounds313, &values), 0.0F);
+  EXPECT_EQ(ask(kMaximizeAll, kBase313, kTypes313, kFriction313, kBounds313, &values), 0.0F);
   EXPECT_EQ(values, (Values{3.5, -1, -1}));
 }
 
 TEST_F(All, GivesContactsOfUnknownTypeAVariableButNoBlock) {
   Values values(2);
-  ask(kAll, {1, 2, 3}, {2, 1}, {0, 0}, {0, 1, 0, 1, 0, 1}, &values);
+  ask(kMaximizeAll, {1, 2, 3}, {2, 1}, {0, 0}, {0, 1, 0, 1, 0, 1}, &values);
   EXPECT_EQ(said_,
             "Warning, unknown friction type 2\n"
             "unknown friction type 2\n");
@@ -372,20 +372,20 @@ TEST_F(All, GivesContactsOfUnknownTypeAVariableButNoBlock) {
 
 TEST_F(All, WarnsOfABaseThatIsNoMultiple) {
   Values values(2);
-  ask(kAll, {1, 2, 3}, kTypes11, kFriction11, kBounds11, &values);
+  ask(kMaximizeAll, {1, 2, 3}, kTypes11, kFriction11, kBounds11, &values);
   EXPECT_EQ(said_,
             "iFE-warning: Error calculation Nullspace size; size of Base is 3,sum_cdim is 2\n");
 }
 
 TEST_F(All, WarnsOnceOfShortLists) {
   Values values(1);
-  ask(kAll, {1, 2, 3}, {3}, {}, {}, &values);
+  ask(kMaximizeAll, {1, 2, 3}, {3}, {}, {}, &values);
   EXPECT_EQ(said_, kTooShort);
 }
 
 TEST_F(All, RefusesAProblemWithoutContacts) {
   Values values{-1};
-  expect_refused(ask(kAll, {1}, {}, {}, {}, &values), kNoComponents);
+  expect_refused(ask(kMaximizeAll, {1}, {}, {}, {}, &values), kNoComponents);
 }
 
 }  // namespace

@@ -7,16 +7,18 @@
 #include <charconv>
 #include <cmath>
 #include <random>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "unit/reference_parser.h"
 #include "unit/sdpsol_wrapper.h"
+#include "unit/test_readings.h"
 
 namespace {
 
+using unit_test::by_driver;
+using unit_test::by_reference;
+using unit_test::Reading;
 using Random = std::mt19937_64;
 
 std::string pick(Random& random, std::initializer_list<std::string_view> choices) {
@@ -108,45 +110,6 @@ void expect_equal(const sdpsol_wrapper::result& a, const sdpsol_wrapper::result&
   EXPECT_EQ(a.valueCount, b.valueCount);
 }
 
-constexpr int kThrown = -2;
-
-struct Outcome {
-  int code = 0;
-  std::string error;
-  sdpsol_wrapper::result last;
-};
-
-template <class Parse>
-Outcome outcome_of(const Parse& parse) {
-  Outcome outcome;
-  try {
-    outcome.code = parse(outcome.last);
-  } catch (const std::out_of_range& error) {
-    outcome.code = kThrown;
-    outcome.error = error.what();
-  }
-  return outcome;
-}
-
-Outcome by_driver(const std::string& text) {
-  sdpsol_wrapper driver("", "", "");
-  driver.resultText = text;
-  int code = 0;
-  std::string error;
-  try {
-    code = driver.parseResult();
-  } catch (const std::out_of_range& thrown) {
-    code = kThrown;
-    error = thrown.what();
-  }
-  return {code, error, driver.lastResult};
-}
-
-Outcome by_reference(const std::string& text) {
-  return outcome_of(
-      [&text](sdpsol_wrapper::result& last) { return unit_test::reference_parse(text, last); });
-}
-
 // Both lists of a circle are the beginning of one endless list.
 void cut_to_common_length(sdpsol_wrapper::result& a, sdpsol_wrapper::result& b) {
   const std::size_t common = std::min(a.variableValues.size(), b.variableValues.size());
@@ -165,8 +128,8 @@ struct Endings {
 };
 
 void compare(const std::string& text, Endings& endings) {
-  Outcome ours = by_driver(text);
-  Outcome reference = by_reference(text);
+  Reading ours = by_driver(text);
+  Reading reference = by_reference(text);
   ASSERT_EQ(ours.code, reference.code) << text;
   ASSERT_EQ(ours.error, reference.error) << text;
   ASSERT_EQ(ours.last.variableNames.size(), ours.last.variableValues.size()) << text;
@@ -204,7 +167,7 @@ TEST(RandomResults, AreReadAsTheyWereWritten) {
   Random random(21);
   for (int i = 0; i < 3000; ++i) {
     const KnownText known = known_text(random);
-    const Outcome outcome = by_driver(known.text);
+    const Reading outcome = by_driver(known.text);
     ASSERT_EQ(outcome.code, 0) << known.text;
     expect_equal(outcome.last, known.expected);
     ASSERT_FALSE(HasFailure()) << known.text;

@@ -1,59 +1,44 @@
 // Result texts written by hand, each with everything that is read out of it.
 #include <gtest/gtest.h>
 
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "unit/sdpsol_wrapper.h"
+#include "unit/test_readings.h"
 
 namespace {
 
+using unit_test::kThrown;
+using unit_test::Reading;
 using Names = std::vector<std::string>;
 using Values = std::vector<double>;
 
-constexpr int kThrown = -2;
-
-struct Parsed {
-  int code = 0;
-  std::string error;
-  sdpsol_wrapper::result last;
-};
-
-Parsed parse(const std::string& text) {
-  sdpsol_wrapper driver("sdpsol", "sdpsol.in", "sdpsol.out");
-  driver.resultText = text;
-  Parsed parsed;
-  try {
-    parsed.code = driver.parseResult();
-  } catch (const std::out_of_range& error) {
-    parsed.code = kThrown;
-    parsed.error = error.what();
-  }
-  parsed.last = driver.lastResult;
+Reading parse(const std::string& text) {
+  Reading parsed = unit_test::by_driver(text);
   EXPECT_EQ(parsed.last.errorCode, 100);
   EXPECT_EQ(parsed.last.variableNames.size(), parsed.last.variableValues.size());
   EXPECT_EQ(static_cast<std::size_t>(parsed.last.valueCount), parsed.last.variableValues.size());
   return parsed;
 }
 
-void expect_entries(const Parsed& parsed, const Names& names, const Values& values) {
+void expect_entries(const Reading& parsed, const Names& names, const Values& values) {
   EXPECT_EQ(parsed.last.variableNames, names);
   EXPECT_EQ(parsed.last.variableValues, values);
 }
 
-void expect_thrown(const Parsed& parsed) {
+void expect_thrown(const Reading& parsed) {
   EXPECT_EQ(parsed.code, kThrown);
   EXPECT_EQ(parsed.error.substr(0, 20), "basic_string::substr");
 }
 
 // A variables section behind a result without objective.
-Parsed parse_variables(const std::string& section) {
+Reading parse_variables(const std::string& section) {
   return parse("*** Objective value\nNO OBJECTIVE.\n\n*** Variables\n" + section);
 }
 
 TEST(ParseResult, ReadsACompleteResult) {
-  const Parsed parsed = parse(
+  const Reading parsed = parse(
       "solved, FEASIBLE\n"
       "\n"
       "*** Objective value\n"
@@ -80,7 +65,7 @@ TEST(ParseResult, ReadsACompleteResult) {
 }
 
 TEST(ParseResult, ThrowsOnAnEmptyTextWithTheVerdictSetToFeasible) {
-  const Parsed parsed = parse("");
+  const Reading parsed = parse("");
   expect_thrown(parsed);
   EXPECT_TRUE(parsed.last.feasible);
   EXPECT_EQ(parsed.last.objectiveValue, 0.0);
@@ -93,7 +78,7 @@ TEST(ParseResult, ThrowsOnASingleCharacter) {
 
 TEST(ParseResult, EndsQuietlyOnTwoToFourCharacters) {
   for (const char* text : {"ab", "12", "\n\n", "abcd"}) {
-    const Parsed parsed = parse(text);
+    const Reading parsed = parse(text);
     EXPECT_EQ(parsed.code, 0) << text;
     expect_entries(parsed, {}, {});
   }
@@ -112,7 +97,7 @@ TEST(ParseResult, StartsFromAnEmptyRecord) {
 }
 
 TEST(ParseVerdict, IsInfeasibleWhereverTheWordStandsAndReadsOn) {
-  const Parsed parsed =
+  const Reading parsed =
       parse("*** Objective value\nobjective = 4\n\n*** Variables\nx = 2.5\n\nyINFEASIBLEy = 3\n\n");
   EXPECT_EQ(parsed.code, 0);
   EXPECT_FALSE(parsed.last.feasible);
@@ -121,7 +106,7 @@ TEST(ParseVerdict, IsInfeasibleWhereverTheWordStandsAndReadsOn) {
 }
 
 TEST(ParseVerdict, IsNotFeasibleWhenItCannotBeDetermined) {
-  const Parsed parsed = parse(
+  const Reading parsed = parse(
       "FEASIBILITY CANNOT BE DETERMINED\n*** Objective value\nNO OBJECTIVE.\n\n*** Variables\n\n");
   EXPECT_EQ(parsed.code, 0);
   EXPECT_FALSE(parsed.last.feasible);
@@ -134,13 +119,13 @@ TEST(ParseVerdict, IsFeasibleForAnyOtherSpelling) {
 }
 
 TEST(ParseObjective, IsZeroForTheWholeLineNoObjective) {
-  const Parsed parsed = parse_variables("x = 2.5\n\n");
+  const Reading parsed = parse_variables("x = 2.5\n\n");
   EXPECT_EQ(parsed.last.objectiveValue, 0.0);
   expect_entries(parsed, {"x"}, {2.5});
 }
 
 TEST(ParseObjective, DoesNotRecogniseNoObjectiveWithABlankBehindIt) {
-  const Parsed parsed = parse("*** Objective value\nNO OBJECTIVE. \n\n*** Variables\nx = 2.5\n\n");
+  const Reading parsed = parse("*** Objective value\nNO OBJECTIVE. \n\n*** Variables\nx = 2.5\n\n");
   EXPECT_EQ(parsed.last.objectiveValue, 2.5);
   expect_entries(parsed, {"x"}, {2.5});
 }
@@ -162,7 +147,7 @@ TEST(ParseObjective, ComesFromTheFirstLineWithoutAMarker) {
 }
 
 TEST(ParseObjective, ComesFromTheFirstLineWhenTheMarkersLineIsTheLast) {
-  const Parsed parsed = parse("obj = 4\nVariable\n\n*** Objective value");
+  const Reading parsed = parse("obj = 4\nVariable\n\n*** Objective value");
   EXPECT_EQ(parsed.code, 0);
   EXPECT_EQ(parsed.last.objectiveValue, 4.0);
   expect_entries(parsed, {"\n*** Objective value"}, {0.0});
@@ -221,13 +206,13 @@ TEST(ParseScalar, TakesTheRestOfTheTextAsNameWhenTheEqualsSignComesFirst) {
 }
 
 TEST(ParseScalar, EndsTheScanAtAMissingLineBreak) {
-  const Parsed parsed = parse_variables("x = 1\n\ny = 2");
+  const Reading parsed = parse_variables("x = 1\n\ny = 2");
   EXPECT_EQ(parsed.code, 0);
   expect_entries(parsed, {"x", "y"}, {1.0, 2.0});
 }
 
 TEST(ParseScalar, ThrowsWhenTheEqualsSignEndsTheText) {
-  const Parsed parsed = parse_variables("x = 1\n\nyyyyy =");
+  const Reading parsed = parse_variables("x = 1\n\nyyyyy =");
   expect_thrown(parsed);
   EXPECT_TRUE(parsed.last.feasible);
   expect_entries(parsed, {"x"}, {1.0});
@@ -282,67 +267,67 @@ TEST(ParseMatrix, ReadsOneMatrixAfterTheOther) {
 }
 
 TEST(ParseMatrix, ThrowsWhenItsFirstElementLiesBehindTheEnd) {
-  const Parsed parsed = parse_variables("x = 1\n\nXXXX =\n[\n");
+  const Reading parsed = parse_variables("x = 1\n\nXXXX =\n[\n");
   expect_thrown(parsed);
   expect_entries(parsed, {"x"}, {1.0});
 }
 
 TEST(ParseMatrix, ThrowsWhenTheLastCommaIsFollowedByTooLittle) {
-  const Parsed parsed = parse_variables("X =\n[\n  1,\n  2,\n");
+  const Reading parsed = parse_variables("X =\n[\n  1,\n  2,\n");
   expect_thrown(parsed);
   expect_entries(parsed, {"X_0", "X_1"}, {1.0, 2.0});
 }
 
 TEST(ParseMatrix, ReadsOnFromTheFrontOfTheTextWhenCommasRunOut) {
-  const Parsed parsed = parse(
+  const Reading parsed = parse(
       "abc5,]\n*** Objective value\nNO OBJECTIVE.\n\n*** Variables\nX =\n[\n  1,\n  2,\n     \n");
   EXPECT_EQ(parsed.code, 0);
   expect_entries(parsed, {"X_0", "X_1", "X_2", "X_3"}, {1.0, 2.0, 0.0, 5.0});
 }
 
 TEST(ParseTrailer, AddsAnEntryNamedAfterTheWholeRest) {
-  const Parsed parsed =
+  const Reading parsed =
       parse("42 lines\n*** Objective value\nNO OBJECTIVE.\n\n*** Variables\nx = 1\n\nThe end.\n");
   EXPECT_EQ(parsed.code, 0);
   expect_entries(parsed, {"x", "The end.\n"}, {1.0, 2.0});
 }
 
 TEST(ParseTrailer, IsIgnoredUpToFourCharacters) {
-  const Parsed parsed = parse_variables("x = 1\n\nEnd.");
+  const Reading parsed = parse_variables("x = 1\n\nEnd.");
   EXPECT_EQ(parsed.code, 0);
   expect_entries(parsed, {"x"}, {1.0});
 }
 
 TEST(ParseTrailer, StopsAtAnEntryWithoutLineBreakBehindAnEarlyStart) {
-  const Parsed parsed = parse("Variable\nx = 1");
+  const Reading parsed = parse("Variable\nx = 1");
   EXPECT_EQ(parsed.code, 0);
   EXPECT_EQ(parsed.last.objectiveValue, 1.0);
   expect_entries(parsed, {"x"}, {1.0});
 }
 
 TEST(ParseCircle, IsNoticedInATextWithoutVariablesAndEqualsSigns) {
-  const Parsed parsed = parse("garbage\nwithout any marker\n");
+  const Reading parsed = parse("garbage\nwithout any marker\n");
   EXPECT_EQ(parsed.code, 1);
   EXPECT_TRUE(parsed.last.feasible);
   expect_entries(parsed, {"garbage\nwithout any marker\n", "ithout any marker\n"}, {0.0, 0.0});
 }
 
 TEST(ParseCircle, IsNoneWhereTheFirstLineIsFollowedByTooLittle) {
-  const Parsed parsed = parse("garbage\n12345");
+  const Reading parsed = parse("garbage\n12345");
   EXPECT_EQ(parsed.code, 0);
   expect_entries(parsed, {"garbage\n12345"}, {0.0});
   EXPECT_EQ(parse("garbage\n123456").code, 1);
 }
 
 TEST(ParseCircle, IsNoticedInALineWithoutEnd) {
-  const Parsed parsed = parse("*** Objective value\nobjective = 7");
+  const Reading parsed = parse("*** Objective value\nobjective = 7");
   EXPECT_EQ(parsed.code, 1);
   EXPECT_EQ(parsed.last.objectiveValue, 7.0);
   EXPECT_EQ(parsed.last.variableValues, (Values{7.0, 7.0}));
 }
 
 TEST(ParseCircle, IsNoticedAmongTheElementsOfAMatrix) {
-  const Parsed parsed = parse_variables("X =\n[\n  1\n  2\n]\n\n");
+  const Reading parsed = parse_variables("X =\n[\n  1\n  2\n]\n\n");
   EXPECT_EQ(parsed.code, 1);
   EXPECT_EQ(parsed.last.variableNames[0], "X_0");
   EXPECT_EQ(parsed.last.variableValues[0], 1.0);
@@ -350,14 +335,14 @@ TEST(ParseCircle, IsNoticedAmongTheElementsOfAMatrix) {
 }
 
 TEST(ParseCircle, IsNoticedWhenAMatrixNeverCloses) {
-  const Parsed parsed = parse_variables("X =\n[\n  1,\n  2,\n        \n");
+  const Reading parsed = parse_variables("X =\n[\n  1,\n  2,\n        \n");
   EXPECT_EQ(parsed.code, 1);
   EXPECT_EQ(parsed.last.variableValues[0], 1.0);
   EXPECT_EQ(parsed.last.variableValues[1], 2.0);
 }
 
 TEST(ParseCircle, IsNoticedWhenAnUnclosedMatrixLeadsBackToAnEarlierOne) {
-  const Parsed parsed = parse_variables("A =\n[\n  1,\n]\n\nX =\n[\n  2,\n       \n");
+  const Reading parsed = parse_variables("A =\n[\n  1,\n]\n\nX =\n[\n  2,\n       \n");
   EXPECT_EQ(parsed.code, 1);
   EXPECT_EQ(parsed.last.variableNames[0], "A_0");
   EXPECT_EQ(parsed.last.variableNames[1], "X_0");
@@ -366,7 +351,7 @@ TEST(ParseCircle, IsNoticedWhenAnUnclosedMatrixLeadsBackToAnEarlierOne) {
 TEST(ParseCost, IsLinearWhenNoBracketEverComes) {
   std::string section = "X =\n[\n";
   for (int i = 0; i < 1000000; ++i) section += "  1,\n";
-  const Parsed parsed = parse_variables(section);
+  const Reading parsed = parse_variables(section);
   expect_thrown(parsed);
   EXPECT_EQ(parsed.last.valueCount, 1000000);
 }
@@ -378,7 +363,7 @@ TEST(ParseCost, IsLinearWhenEveryNumberIsOdd) {
 }
 
 TEST(ParseCost, IsLinearWhenTheWholeTextIsOneNumber) {
-  const Parsed parsed = parse_variables("x = " + std::string(5000000, '9') + "\n\n");
+  const Reading parsed = parse_variables("x = " + std::string(5000000, '9') + "\n\n");
   EXPECT_EQ(parsed.code, 0);
   EXPECT_EQ(parsed.last.valueCount, 1);
 }

@@ -19,11 +19,11 @@ typedef struct zel_fact {
   long long wanted;
 } zel_fact;
 
-enum { kMostFacts = 80 };
+enum { kMaxFacts = 80 };
 
 /* Facts are listed one by one so that a failing one is named. */
 typedef struct zel_facts {
-  zel_fact list[kMostFacts];
+  zel_fact list[kMaxFacts];
   int count;
 } zel_facts;
 

@@ -34,7 +34,7 @@ static_assert(kIs<zel_reassign, int(const def_unittype*, int, int, int, void*)>)
 
 void expect_true(const zel_facts& facts) {
   ASSERT_GT(facts.count, 50);
-  ASSERT_LE(facts.count, kMostFacts);
+  ASSERT_LE(facts.count, kMaxFacts);
   for (int i = 0; i < facts.count; ++i) {
     EXPECT_EQ(facts.list[i].found, facts.list[i].wanted) << facts.list[i].what;
   }

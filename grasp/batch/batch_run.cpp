@@ -24,15 +24,15 @@ using zelhost::Json;
 
 // How far the fastest line may be ahead of the slowest. A few seconds' work of many
 // workers, and some megabytes.
-constexpr std::size_t kMostLines = 1024;
-constexpr std::uint64_t kMostBytes = std::uint64_t{4} * kLongestInputLine;
+constexpr std::size_t kMaxLines = 1024;
+constexpr std::uint64_t kMaxBytes = std::uint64_t{4} * kLongestInputLine;
 
 // What may wait for a slow reader of the result.
-constexpr std::size_t kMostWaiting = 65536;
+constexpr std::size_t kMaxWaiting = 65536;
 
 // A worker that dies before it has begun may have met somebody's kill; the third one
 // has not.
-constexpr int kMostStillborn = 3;
+constexpr int kMaxStillborn = 3;
 
 zelhost::Descriptor open_input(const std::string& name) {
   // Above the standard descriptors, in case one of those is closed.
@@ -80,7 +80,7 @@ BatchRun::BatchRun(const BatchOptions& options, const MakeAnswerLine& make,
       input_(open_input(options.input)),
       result_(options.output, options.resume),
       reader_(input_.get(), kLongestInputLine, shown_name(options.input)),
-      window_(kMostLines, kMostBytes) {
+      window_(kMaxLines, kMaxBytes) {
   if (options.resume && options.output) partial_ = result_.examine(options.first_line);
   tally_ = partial_.tally;
   state_.lines_before = partial_.lines;
@@ -213,7 +213,7 @@ void BatchRun::take_report(Hand& hand, const WorkerReport& report) {
 }
 
 std::unique_ptr<Worker> BatchRun::succeed(const Hand& hand, const std::string& how_it_died) {
-  if (!hand.is_ready && ++stillborn_ == kMostStillborn)
+  if (!hand.is_ready && ++stillborn_ == kMaxStillborn)
     throw zelhost::HostError("no worker can begin; the last one: " + how_it_died);
   if (hand.line != 0) {
     if (++window_.line(hand.line).crashes < 2)
@@ -230,7 +230,7 @@ bool BatchRun::put_out() {
   // Nothing is touched of results of more lines than there are.
   if (lines_read_ < partial_.all_lines && window_.has_room()) return false;
   bool has_taken = false;
-  while (result_.waiting() < kMostWaiting) {
+  while (result_.waiting() < kMaxWaiting) {
     const std::optional<WindowLine> line = window_.take_answered();
     if (!line) break;
     has_taken = true;

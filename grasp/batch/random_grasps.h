@@ -16,7 +16,7 @@ namespace grasp {
 class RandomGrasps {
  public:
   static constexpr std::size_t kFewestContacts = 2;
-  static constexpr std::size_t kMostContacts = 12;
+  static constexpr std::size_t kMaxContacts = 12;
 
   /// @param contacts of every grasp, within the limits above; none: a mixture, four
   /// more often than not.

@@ -65,7 +65,7 @@ TEST(RandomGrasps, AreGraspsOfAHandsSize) {
 }
 
 TEST(RandomGrasps, HaveAsManyContactsAsIsAskedFor) {
-  for (std::size_t count = RandomGrasps::kFewestContacts; count <= RandomGrasps::kMostContacts;
+  for (std::size_t count = RandomGrasps::kFewestContacts; count <= RandomGrasps::kMaxContacts;
        ++count) {
     RandomGrasps grasps(3, count);
     for (int i = 0; i < 20; ++i) EXPECT_EQ(read(grasps.next()).contacts.size(), count);

@@ -245,7 +245,7 @@ TEST_F(OfWorkers, SeeThatTheirParentIsKilled) {
     for (;;) pause();
   }
   char byte = 0;
-  ASSERT_EQ(read(ends[0], &byte, 1), 1);
+  ASSERT_EQ(::read(ends[0], &byte, 1), 1);
   EXPECT_FALSE(scratch_is_empty());
   kill(parent, SIGKILL);
   waitpid(parent, nullptr, 0);

@@ -11,7 +11,7 @@
 namespace grasp::command {
 namespace {
 
-constexpr unsigned kMostWorkers = 1000;
+constexpr unsigned kMaxWorkers = 1000;
 
 const std::map<std::string, Question>& questions() {
   static const std::map<std::string, Question> all = [] {
@@ -25,7 +25,7 @@ const std::map<std::string, Question>& questions() {
 }
 
 unsigned cores() {
-  return std::clamp(std::thread::hardware_concurrency(), 1U, kMostWorkers);
+  return std::clamp(std::thread::hardware_concurrency(), 1U, kMaxWorkers);
 }
 
 // What the user wrote, before it is known which of the three it is about.
@@ -76,7 +76,7 @@ void add_batch(CLI::App& app, Written& written) {
   app.add_option("-j,--jobs", written.batch.workers,
                  "How many grasps at a time; default: one a core")
       ->type_name("N")
-      ->check(CLI::Range(1U, kMostWorkers));
+      ->check(CLI::Range(1U, kMaxWorkers));
   app.add_option("-o,--output", written.batch.output,
                  "Write the results of a batch to FILE, which must not exist")
       ->type_name("FILE");
@@ -92,18 +92,18 @@ void add_batch(CLI::App& app, Written& written) {
 }
 
 void add_random(CLI::App& app, Written& written) {
-  constexpr std::uint64_t kMost = std::uint64_t{1} << 53;
+  constexpr std::uint64_t kMax = std::uint64_t{1} << 53;
   app.add_option("--random", written.random.count, "Print N random grasps, one a line")
       ->type_name("N")
-      ->check(CLI::Range(std::uint64_t{1}, kMost));
+      ->check(CLI::Range(std::uint64_t{1}, kMax));
   app.add_option("--seed", written.random.seed, "Which random grasps")
       ->type_name("S")
-      ->check(CLI::Range(std::uint64_t{0}, kMost))
+      ->check(CLI::Range(std::uint64_t{0}, kMax))
       ->capture_default_str();
   app.add_option("--contacts", written.random.contacts,
                  "How many contacts a random grasp has, 2 to 12; default: a mixture")
       ->type_name("N")
-      ->check(CLI::Range(RandomGrasps::kFewestContacts, RandomGrasps::kMostContacts));
+      ->check(CLI::Range(RandomGrasps::kFewestContacts, RandomGrasps::kMaxContacts));
 }
 
 void add_common(CLI::App& app, Written& written) {

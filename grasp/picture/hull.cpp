@@ -9,7 +9,7 @@
 namespace grasp::picture {
 namespace {
 
-constexpr std::size_t kMostPoints = 60;
+constexpr std::size_t kMaxPoints = 60;
 
 double cross(const Spot& from, const Spot& a, const Spot& b) {
   return (a.x() - from.x()) * (b.y() - from.y()) - (a.y() - from.y()) * (b.x() - from.x());
@@ -110,7 +110,7 @@ std::vector<Spot> convex_hull(std::vector<Spot> spots) {
 
 std::vector<Edge> hull_edges(const std::vector<Vector>& points) {
   std::vector<Edge> edges;
-  if (points.size() < 4 || points.size() > kMostPoints) return edges;
+  if (points.size() < 4 || points.size() > kMaxPoints) return edges;
   double size = 0;
   for (const Vector& point : points) size = std::max(size, (point - points.front()).norm());
   std::vector<std::vector<std::size_t>> seen;

@@ -94,8 +94,8 @@ Scene make_scene(const Grasp& grasp, const Answer& answer) {
   }
   if (scene.largest_force > 0) scene.pixels_per_newton = kLongestArrow / scene.largest_force;
   // Names that were cut may be left alike, and then they name nothing.
-  if (count <= kMostNames) scene.labels = names_of(grasp);
-  scene.has_numbers = count > kMostNames || !are_apart(scene.labels);
+  if (count <= kMaxNames) scene.labels = names_of(grasp);
+  scene.has_numbers = count > kMaxNames || !are_apart(scene.labels);
   if (scene.has_numbers) scene.labels = numbers_of(grasp);
   if (grasp.hull) {
     if (const auto* hull = std::get_if<PointHull>(&*grasp.hull))

@@ -18,9 +18,9 @@ constexpr double kLongestArrow = 84;
 /// Up to so many contacts have their names in the views, unless those would look alike
 /// when they are cut, and labels for all of them; more have their numbers, and labels as
 /// long as there is room.
-constexpr std::size_t kMostNames = 8;
+constexpr std::size_t kMaxNames = 8;
 /// More contacts than this have no labels: nothing would tell whose they are.
-constexpr std::size_t kMostLabels = 60;
+constexpr std::size_t kMaxLabels = 60;
 
 struct Scene {
   const Grasp& grasp;

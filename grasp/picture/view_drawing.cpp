@@ -183,7 +183,7 @@ void ViewDrawing::draw_contacts() {
 }
 
 void ViewDrawing::draw_labels() {
-  if (order_.size() > kMostLabels) return;
+  if (order_.size() > kMaxLabels) return;
   std::vector<Wish> wishes;
   for (std::size_t k = 0; k < order_.size(); ++k) {
     const double name = text_width(scene_.labels[k], true) * kNameFont.size;

@@ -9,18 +9,18 @@
 #include <vector>
 
 #include "host/check/child.h"
+#include "host/test_port_types.h"
 
 namespace zelcheck {
 namespace {
 
+using zelhost::kFloatArray;
+using zelhost::kIntegerArray;
 using zelhost::Port;
 using zelhost::PortKind;
 using zelhost::PortType;
 
 using Texts = std::vector<std::string>;
-
-constexpr PortType kFloatArray{PortKind::kFloatArray, 1};
-constexpr PortType kIntegerArray{PortKind::kIntegerArray, 1};
 
 // Of an array that is none from new[]. It is not freed: the process ends before.
 Texts wrong_with(float* array) {

@@ -11,20 +11,21 @@
 #include <variant>
 #include <vector>
 
+#include "host/test_port_types.h"
+
 namespace zelcheck {
 namespace {
 
+using zelhost::kFloatArray;
+using zelhost::kIntegerArray;
+using zelhost::kText;
+using zelhost::kThreeFloats;
 using zelhost::PortKind;
 using zelhost::PortType;
 using zelhost::Unit;
 
 using Floats = std::vector<float>;
 using Integers = std::vector<std::int32_t>;
-
-constexpr PortType kThreeFloats = {PortKind::kFloats, 3};
-constexpr PortType kText = {PortKind::kText, 1};
-constexpr PortType kFloatArray = {PortKind::kFloatArray, 1};
-constexpr PortType kIntegerArray = {PortKind::kIntegerArray, 1};
 
 Unit unit_with(const std::vector<PortType>& inputs) {
   return Unit(nullptr, inputs, {});

@@ -12,18 +12,16 @@ namespace sdpsol {
 namespace {
 
 using testing::Form;
+using testing::kEqual;
+using testing::kNonStrict;
+using testing::kStrict;
+using testing::kX;
 using testing::ProblemBuilder;
-
-constexpr Sense kStrict = Sense::kStrict;
-constexpr Sense kNonStrict = Sense::kNonStrict;
-constexpr Sense kEqual = Sense::kEqual;
 
 PointResult at(const ProblemBuilder& builder, std::vector<double> point,
                RoomAsked asked = RoomAsked::kForVerdict) {
   return check_point(builder.build(), std::move(point), asked).result;
 }
-
-const Form kX{0, {{0, 1}}};
 
 TEST(CheckPoint, AStrictRowNeedsRoom) {
   // x > 1: what was added up is about 2, the room asked 8.8e-6

@@ -7,21 +7,18 @@
 #include <random>
 
 #include "solver/check/test_known_optimum.h"
+#include "solver/check/test_multipliers.h"
 #include "solver/problem/test_problem.h"
 
 namespace sdpsol {
 namespace {
 
+using testing::kEqual;
+using testing::kNonStrict;
 using testing::KnownOptimum;
+using testing::kStrict;
+using testing::on_row;
 using testing::ProblemBuilder;
-
-constexpr Sense kStrict = Sense::kStrict;
-constexpr Sense kNonStrict = Sense::kNonStrict;
-constexpr Sense kEqual = Sense::kEqual;
-
-Multiplier on_row(std::size_t block, double l) {
-  return {block, Eigen::MatrixXd::Constant(1, 1, l)};
-}
 
 // l < x < u
 Problem between(double l, double u, Sense sense = kStrict) {

@@ -9,15 +9,10 @@
 namespace sdpsol {
 namespace {
 
+using testing::kEqual;
+using testing::kStrict;
+using testing::on_row;
 using testing::ProblemBuilder;
-
-constexpr Sense kStrict = Sense::kStrict;
-constexpr Sense kEqual = Sense::kEqual;
-
-/// The multiplier with the weight l*l on a row (l itself on an equation).
-Multiplier on_row(std::size_t block, double l) {
-  return {block, Eigen::MatrixXd::Constant(1, 1, l)};
-}
 
 // x > 1, x < 0
 const Problem kApart =

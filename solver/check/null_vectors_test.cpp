@@ -12,13 +12,12 @@ namespace sdpsol {
 namespace {
 
 using testing::Form;
+using testing::kX;
 using testing::ProblemBuilder;
 
 Block matrix(std::int32_t size, const std::vector<Form>& upper) {
   return ProblemBuilder(2).matrix(Sense::kNonStrict, size, upper).build().blocks[0];
 }
-
-const Form kX{0, {{0, 1}}};
 
 TEST(NullVectors, OneDirectionIsStruckOut) {
   // [x,x;x,x]

@@ -12,11 +12,11 @@ namespace sdpsol {
 namespace {
 
 using testing::Form;
+using testing::kEqual;
+using testing::kNonStrict;
+using testing::kStrict;
+using testing::kX;
 using testing::ProblemBuilder;
-
-constexpr Sense kStrict = Sense::kStrict;
-constexpr Sense kNonStrict = Sense::kNonStrict;
-constexpr Sense kEqual = Sense::kEqual;
 
 std::string reason(const ProblemBuilder& builder) {
   const auto found = find_obvious_contradiction(builder.build());
@@ -25,7 +25,6 @@ std::string reason(const ProblemBuilder& builder) {
 
 const std::string kFalseRelation = "a relation between constants is false";
 const std::string kBounds = "two bounds exclude each other";
-const Form kX{0, {{0, 1}}};
 
 TEST(Obvious, FalseRelationsBetweenConstants) {
   EXPECT_EQ(reason(ProblemBuilder(0).row(kStrict, {})), kFalseRelation);

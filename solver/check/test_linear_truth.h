@@ -17,11 +17,11 @@ namespace sdpsol::testing {
 
 __extension__ using Wide = __int128;
 
-inline constexpr std::size_t kMostUnknowns = 6;
+inline constexpr std::size_t kMaxUnknowns = 6;
 
 /// constant + sum of coefficients * v, in a relation to 0. Integers.
 struct ExactRow {
-  std::array<std::int64_t, kMostUnknowns> coefficients{};
+  std::array<std::int64_t, kMaxUnknowns> coefficients{};
   std::int64_t constant = 0;
   Sense sense = Sense::kStrict;
 
@@ -36,7 +36,7 @@ struct ExactRow {
 /// equation. @throws std::overflow_error if 64 bits do not hold the result.
 inline ExactRow combine(const ExactRow& a, std::int64_t wa, const ExactRow& b, std::int64_t wb,
                         Sense sense) {
-  std::array<Wide, kMostUnknowns + 1> wide{};
+  std::array<Wide, kMaxUnknowns + 1> wide{};
   Wide common = 0;
   auto gcd = [](Wide x, Wide y) {
     if (x < 0) x = -x;
@@ -44,18 +44,18 @@ inline ExactRow combine(const ExactRow& a, std::int64_t wa, const ExactRow& b, s
     while (y != 0) std::tie(x, y) = std::tuple<Wide, Wide>(y, x % y);
     return x;
   };
-  for (std::size_t k = 0; k <= kMostUnknowns; ++k) {
-    const std::int64_t left = k < kMostUnknowns ? a.coefficients[k] : a.constant;
-    const std::int64_t right = k < kMostUnknowns ? b.coefficients[k] : b.constant;
+  for (std::size_t k = 0; k <= kMaxUnknowns; ++k) {
+    const std::int64_t left = k < kMaxUnknowns ? a.coefficients[k] : a.constant;
+    const std::int64_t right = k < kMaxUnknowns ? b.coefficients[k] : b.constant;
     wide[k] = static_cast<Wide>(left) * wa + static_cast<Wide>(right) * wb;
     common = gcd(common, wide[k]);
   }
   ExactRow row;
   row.sense = sense;
-  for (std::size_t k = 0; k <= kMostUnknowns; ++k) {
+  for (std::size_t k = 0; k <= kMaxUnknowns; ++k) {
     const Wide value = common == 0 ? 0 : wide[k] / common;
     if (value > INT64_MAX / 4 || value < INT64_MIN / 4) throw std::overflow_error("exact row");
-    (k < kMostUnknowns ? row.coefficients[k] : row.constant) = static_cast<std::int64_t>(value);
+    (k < kMaxUnknowns ? row.coefficients[k] : row.constant) = static_cast<std::int64_t>(value);
   }
   return row;
 }
@@ -63,7 +63,7 @@ inline ExactRow combine(const ExactRow& a, std::int64_t wa, const ExactRow& b, s
 inline bool substitute_one_equation(std::vector<ExactRow>& rows) {
   for (std::size_t e = 0; e < rows.size(); ++e) {
     if (rows[e].sense != Sense::kEqual) continue;
-    for (std::size_t k = 0; k < kMostUnknowns; ++k) {
+    for (std::size_t k = 0; k < kMaxUnknowns; ++k) {
       const std::int64_t pivot = rows[e].coefficients[k];
       if (pivot == 0) continue;
       const ExactRow equation = rows[e];
@@ -102,7 +102,7 @@ inline void eliminate(std::vector<ExactRow>& rows, std::size_t k) {
 inline bool exactly_feasible(std::vector<ExactRow> rows) {
   while (substitute_one_equation(rows)) {
   }
-  for (std::size_t k = 0; k < kMostUnknowns; ++k) eliminate(rows, k);
+  for (std::size_t k = 0; k < kMaxUnknowns; ++k) eliminate(rows, k);
   return std::all_of(rows.begin(), rows.end(), [](const ExactRow& row) {
     switch (row.sense) {
       case Sense::kStrict:

@@ -126,7 +126,7 @@ Json conditions(const Report& report) {
     result[margin.condition]["smallest_eigenvalue"] = number(margin.smallest_eigenvalue);
     result[margin.condition]["room"] = number(margin.room);
   }
-  for (const EqualityResidual& residual : report.residuals) {
+  for (const EquationResidual& residual : report.residuals) {
     result[residual.condition]["residual"] = number(residual.largest);
     result[residual.condition]["distance"] = number(residual.distance);
   }

@@ -60,8 +60,8 @@ std::string directory_of(const std::string& name) {
 }
 
 std::optional<std::string> follow_links(std::string name) {
-  constexpr int kMostLinks = 40;
-  for (int i = 0; i < kMostLinks; ++i) {
+  constexpr int kMaxLinks = 40;
+  for (int i = 0; i < kMaxLinks; ++i) {
     std::array<char, PATH_MAX> buffer{};
     const ssize_t length = ::readlink(name.c_str(), buffer.data(), buffer.size());
     if (length < 0) return name;

@@ -44,16 +44,16 @@ std::vector<ConditionMargin> margins_at(const Source& source, const Model& model
 
 /// How well the equalities hold at a point, in the order of the text.
 /// @param distance per unknown, to a point where they all hold; empty if there they do.
-std::vector<EqualityResidual> residuals_at(const Problem& problem, const std::vector<double>& point,
+std::vector<EquationResidual> residuals_at(const Problem& problem, const std::vector<double>& point,
                                            const std::vector<double>& distance) {
-  std::vector<EqualityResidual> residuals;
+  std::vector<EquationResidual> residuals;
   for (const Block& block : problem.blocks) {
     if (block.sense != Sense::kEqual) continue;
     const auto condition = static_cast<std::size_t>(block.condition);
     if (residuals.empty() || residuals.back().condition != condition) {
       residuals.push_back({.condition = condition});
     }
-    EqualityResidual& residual = residuals.back();
+    EquationResidual& residual = residuals.back();
     residual.largest = std::max(residual.largest, std::fabs(evaluate_row(block, point).value));
     if (distance.empty()) continue;
     for (const AffineTerm& t : block.terms) {

@@ -21,7 +21,7 @@ struct ConditionMargin {
 };
 
 /// How well an equality holds at that point.
-struct EqualityResidual {
+struct EquationResidual {
   std::size_t condition = 0;
   double largest = 0;  ///< |difference|, the worst of its entries
   /// A point where all equalities hold exactly is no further away, in any unknown
@@ -48,7 +48,7 @@ struct Report {
   std::int32_t largest_matrix = 0;
   std::vector<std::uint32_t> reason_lines;  ///< lines that the reason speaks of
   std::vector<ConditionMargin> margins;     ///< the tightest first; only with kFeasible
-  std::vector<EqualityResidual> residuals;  ///< only with kFeasible
+  std::vector<EquationResidual> residuals;  ///< only with kFeasible
   double gap = 0;                           ///< bound - objective, with an objective
   bool gap_is_large = false;                ///< more than ABSTOL and RELTOL ask
   std::vector<std::string> warnings;

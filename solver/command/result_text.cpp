@@ -17,12 +17,12 @@ constexpr int kDigits = 3;
 
 std::string lines_of(const std::vector<std::uint32_t>& lines) {
   if (lines.empty()) return "";
-  constexpr std::size_t kMost = 8;
+  constexpr std::size_t kMax = 8;
   std::string text = lines.size() == 1 ? ", line " : ", lines ";
-  for (std::size_t i = 0; i < lines.size() && i < kMost; ++i) {
+  for (std::size_t i = 0; i < lines.size() && i < kMax; ++i) {
     text += (i == 0 ? "" : ", ") + std::to_string(lines[i]);
   }
-  return text + (lines.size() > kMost ? ", ..." : "");
+  return text + (lines.size() > kMax ? ", ..." : "");
 }
 
 void append_sizes(const Report& report, std::string& text) {
@@ -46,8 +46,8 @@ void append_point(const Report& report, std::string& text) {
             " of its terms\n";
   }
   if (report.residuals.empty()) return;
-  EqualityResidual worst;
-  for (const EqualityResidual& residual : report.residuals) {
+  EquationResidual worst;
+  for (const EquationResidual& residual : report.residuals) {
     worst.largest = std::max(worst.largest, residual.largest);
     worst.distance = std::max(worst.distance, residual.distance);
   }

@@ -17,6 +17,7 @@
 #include "solver/engine/cones_engine.h"
 #include "solver/engine/csdp_engine.h"
 #include "solver/engine/watched_engine.h"
+#include "solver/exchange/exported_programs.h"
 #include "solver/exchange/sdpa_reader.h"
 #include "solver/exchange/sdpa_writer.h"
 #include "solver/language/limits.h"

@@ -34,9 +34,9 @@ void append_variables(const Model& model, std::string& text) {
     return shape_text(a) == shape_text(b);
   };
   for_each_run(all, alike, [&](std::size_t first, std::size_t last) {
-    constexpr std::size_t kMostNames = 4;
+    constexpr std::size_t kMaxNames = 4;
     text += "  ";
-    if (last - first > kMostNames) {
+    if (last - first > kMaxNames) {
       text += all[first].name + ", " + all[first + 1].name + ", ..., " + all[last - 1].name + " (" +
               std::to_string(last - first) + ")";
     } else {

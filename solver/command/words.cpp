@@ -3,6 +3,8 @@
 #include <array>
 #include <charconv>
 
+#include "solver/language/number.h"
+
 namespace sdpsol {
 
 const char* verdict_words(Verdict verdict) {
@@ -18,10 +20,7 @@ const char* verdict_words(Verdict verdict) {
 }
 
 std::string shortest(double value) {
-  if (value == 0) return "0";
-  std::array<char, 32> buffer{};
-  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
-  return {buffer.data(), end};
+  return number_text(value + 0.0);
 }
 
 std::string rounded(double value, int digits) {

@@ -15,18 +15,17 @@ namespace sdpsol {
 namespace {
 
 using testing::Form;
+using testing::kEqual;
+using testing::kNonStrict;
+using testing::kStrict;
+using testing::kX;
 using testing::ProblemBuilder;
-
-constexpr Sense kStrict = Sense::kStrict;
-constexpr Sense kNonStrict = Sense::kNonStrict;
-constexpr Sense kEqual = Sense::kEqual;
 
 Outcome decided(const ProblemBuilder& builder) {
   const auto engine = make_csdp_engine();
   return decide(builder.build(), *engine, {});
 }
 
-const Form kX{0, {{0, 1}}};
 const Form kMinusX{0, {{0, -1}}};
 
 TEST(Decide, BothSignsNotStrictLeaveZero) {

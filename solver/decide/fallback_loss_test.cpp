@@ -8,6 +8,8 @@
 namespace sdpsol {
 namespace {
 
+using testing::kNonStrict;
+using testing::kStrict;
 using testing::ProblemBuilder;
 
 /// Finds points of everything, and multipliers of no use.
@@ -49,13 +51,12 @@ class WithoutPoints final : public Engine {
 
 TEST(Fallback, AVerdictIsNotTakenBackBecauseAnotherEngineHasNone) {
   // x >= 0, y >= 0, -x - y >= 0, 1/4 < z < 1: x = y = 0; maximise z
-  constexpr Sense kNonStrict = Sense::kNonStrict;
   const Problem problem = ProblemBuilder(3)
                               .row(kNonStrict, {0, {{0, 1}}})
                               .row(kNonStrict, {0, {{1, 1}}})
                               .row(kNonStrict, {0, {{0, -1}, {1, -1}}})
-                              .row(Sense::kStrict, {-0.25, {{2, 1}}})
-                              .row(Sense::kStrict, {1, {{2, -1}}})
+                              .row(kStrict, {-0.25, {{2, 1}}})
+                              .row(kStrict, {1, {{2, -1}}})
                               .maximise({0, 0, 1})
                               .build();
   WithoutBound first;

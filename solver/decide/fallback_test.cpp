@@ -12,9 +12,8 @@
 namespace sdpsol {
 namespace {
 
+using testing::kStrict;
 using testing::ProblemBuilder;
-
-constexpr Sense kStrict = Sense::kStrict;
 
 /// How well an engine does.
 enum class Skill {

@@ -15,8 +15,8 @@
 namespace sdpsol {
 namespace {
 
-constexpr int kMostRounds = 10;
-constexpr int kMostRescalings = 3;
+constexpr int kMaxRounds = 10;
+constexpr int kMaxRescalings = 3;
 // Margins below this are taken for 0 where only the next step depends on it.
 constexpr double kNoMargin = 1e-6;
 
@@ -30,7 +30,7 @@ class MarginSearch {
         scaling_(scale_by_constants(problem)) {}
 
   Feasibility run() {
-    for (int round = 0; round < kMostRounds && !decided_; ++round) {
+    for (int round = 0; round < kMaxRounds && !decided_; ++round) {
       const Program program(problem_, selection_, scaling_, Goal::kMargin);
       if (!program.has_unknowns()) {
         examine_point(std::vector<double>(static_cast<std::size_t>(problem_.unknowns), 0.0));
@@ -194,7 +194,7 @@ class MarginSearch {
   }
 
   bool rescale() {
-    if (++rescalings_ > kMostRescalings) return false;
+    if (++rescalings_ > kMaxRescalings) return false;
     const auto finite = [](double v) { return std::isfinite(v); };
     if (!std::all_of(result_.point.begin(), result_.point.end(), finite)) return false;
     Scaling next = scale_by_point(problem_, scaling_, result_.point);

@@ -11,7 +11,7 @@
 namespace sdpsol {
 namespace {
 
-constexpr int kMostBoxRounds = 5;
+constexpr int kMaxBoxRounds = 5;
 // The relative gap aimed at: people compare the fifth digit.
 constexpr double kGap = 1e-7;
 // An engine that would leave the box stays as far inside of it.
@@ -65,7 +65,7 @@ class Maximisation {
   }
 
   Optimum run() {
-    for (int round = 0; round < kMostBoxRounds; ++round) {
+    for (int round = 0; round < kMaxBoxRounds; ++round) {
       const Program program(problem_, selection_, scaling_, Goal::kObjective);
       if (!program.has_unknowns()) {
         optimum_.point = point_of(program, {});

@@ -8,7 +8,7 @@ namespace sdpsol {
 namespace {
 
 constexpr int kSteps = 4;
-constexpr Eigen::Index kMostEntries = 1'000'000;
+constexpr Eigen::Index kMaxEntries = 1'000'000;
 
 Eigen::Index entries_of(const std::vector<Multiplier>& multipliers) {
   Eigen::Index entries = 0;
@@ -70,7 +70,7 @@ void add(const Eigen::VectorXd& step, std::vector<Multiplier>& multipliers) {
 }  // namespace
 
 std::vector<Multiplier> polish(const Problem& problem, std::vector<Multiplier> multipliers) {
-  if (multipliers.empty() || entries_of(multipliers) * problem.unknowns > kMostEntries) {
+  if (multipliers.empty() || entries_of(multipliers) * problem.unknowns > kMaxEntries) {
     return multipliers;
   }
   std::vector<Multiplier> best = multipliers;

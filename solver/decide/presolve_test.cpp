@@ -9,11 +9,10 @@ namespace sdpsol {
 namespace {
 
 using testing::Form;
+using testing::kEqual;
+using testing::kNonStrict;
+using testing::kStrict;
 using testing::ProblemBuilder;
-
-constexpr Sense kStrict = Sense::kStrict;
-constexpr Sense kNonStrict = Sense::kNonStrict;
-constexpr Sense kEqual = Sense::kEqual;
 
 using Blocks = std::vector<std::size_t>;
 

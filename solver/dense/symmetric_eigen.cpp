@@ -11,7 +11,7 @@ namespace {
 
 // Up to this size rotations are quicker than going through a tridiagonal matrix.
 constexpr Eigen::Index kSmall = 4;
-constexpr int kMostSweeps = 30;
+constexpr int kMaxSweeps = 30;
 
 using Solver = Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd>;
 
@@ -32,7 +32,7 @@ class Rotations {
       for (Eigen::Index i = j; i < n_; ++i) a_(i, j) = a_(j, i) = matrix(i, j);
     }
     if (!a_.allFinite()) return;
-    for (int sweep = 0; sweep < kMostSweeps && !converged_; ++sweep) converged_ = !this->sweep();
+    for (int sweep = 0; sweep < kMaxSweeps && !converged_; ++sweep) converged_ = !this->sweep();
   }
 
   bool converged() const { return converged_; }

@@ -3,11 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include "solver/engine/cones/test_cones.h"
 #include "solver/engine/cones_engine.h"
 #include "solver/engine/csdp_engine.h"
 
 namespace sdpsol {
 namespace {
+
+using testing::kOne;
 
 class ScriptedEngine final : public Engine {
  public:
@@ -73,7 +76,6 @@ TEST(AutoEngine, TellsTheNameOfTheOneThatWasAskedLast) {
   const auto cones = make_cones_engine();
   const auto csdp = make_csdp_engine();
   AutoEngine engine(*cones, *csdp);
-  constexpr std::int32_t kOne = ConeProgram::kConstantTerm;
   const ConeProgram small{1, {1}, {{1, {{0, 0, kOne, 1}, {0, 0, 0, -1}}}}, {}};
   ConeProgram large = small;
   large.cones.push_back({5, {}});

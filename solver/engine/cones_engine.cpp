@@ -22,8 +22,8 @@ std::unique_ptr<cones::NewtonSystem> system_for(const cones::Layout& layout,
   }
   const double entries = static_cast<double>(layout.dimension) * unknowns;
   const auto terms = static_cast<double>(layout.linear.terms.size());
-  const bool is_sparse = unknowns > kMostSparseUnknowns && terms < kSparse * entries;
-  if (is_sparse || entries * unknowns > kMostWork) return nullptr;
+  const bool is_sparse = unknowns > kMaxSparseUnknowns && terms < kSparse * entries;
+  if (is_sparse || entries * unknowns > kMaxWork) return nullptr;
   return std::make_unique<cones::VariableSystem>(layout, objective);
 }
 
@@ -35,7 +35,7 @@ bool has_suitable_blocks(const cones::Layout& layout) {
     if (part.order > kLargestDenseBlock) return false;
     ++dense;
   }
-  return dense <= kMostDenseBlocks;
+  return dense <= kMaxDenseBlocks;
 }
 
 Candidate unsuited(const ConeProgram& program, const std::vector<std::size_t>& offsets) {

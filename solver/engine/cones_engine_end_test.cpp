@@ -19,17 +19,14 @@ using testing::kOne;
 using testing::matrix;
 using testing::Numbers;
 using testing::row;
-
-Candidate solved(const ConeProgram& program, const Observer& observer = {}) {
-  return make_cones_engine()->solve(program, {}, observer);
-}
+using testing::solved_by_cones;
 
 TEST(ConesEngineEnd, TheMultipliersOfAnInfeasibleCandidateAreACertificate) {
   // 1 >= |(x, 2)|, in the observer's iterate and in the candidate
   const ConeProgram program =
       testing::program({1}, {arrow(2, {{kOne, 1}}, {{{0, 1}}, {{kOne, 2}}})});
   Iterate last_told;
-  const Candidate candidate = solved(program, [&](const Iterate& iterate) {
+  const Candidate candidate = solved_by_cones(program, [&](const Iterate& iterate) {
     last_told = iterate;
     return false;
   });
@@ -45,23 +42,23 @@ TEST(ConesEngineEnd, TheMultipliersOfAnInfeasibleCandidateAreACertificate) {
 TEST(ConesEngineEnd, TheBoundOfACandidateIsThatOfItsMultipliers) {
   const ConeProgram program =
       testing::program({1}, {matrix(2, {{{kOne, 2}, {0, -1}}, {{kOne, 1}}, {{kOne, 3}, {0, -1}}})});
-  const Candidate candidate = solved(program);
+  const Candidate candidate = solved_by_cones(program);
   EXPECT_NEAR(candidate.last.bound, testing::weighed(program, candidate.last)[1], 1e-12);
   const ConeProgram rows = testing::program({1}, {row({{kOne, -1}, {0, 1}}), row({{0, -1}})});
-  const Candidate infeasible = solved(rows);
+  const Candidate infeasible = solved_by_cones(rows);
   EXPECT_NEAR(infeasible.last.bound, testing::weighed(rows, infeasible.last)[1], 1e-12);
 }
 
 TEST(ConesEngineEnd, TheCandidateIsTheIterateThatTheObserverAccepted) {
   const ConeProgram rows = testing::program({1}, {row({{kOne, -1}, {0, 1}}), row({{0, -1}})});
   int last = 0;
-  solved(rows, [&](const Iterate& iterate) {
+  solved_by_cones(rows, [&](const Iterate& iterate) {
     last = iterate.iteration;
     return false;
   });
   for (int at = 1; at <= last; ++at) {
     Iterate told;
-    const Candidate candidate = solved(rows, [&](const Iterate& iterate) {
+    const Candidate candidate = solved_by_cones(rows, [&](const Iterate& iterate) {
       told = iterate;
       return iterate.iteration == at;
     });
@@ -77,7 +74,7 @@ TEST(ConesEngineEnd, WhatHasNoPointIsTold) {
   for (int round = 0; round < 100; ++round) {
     const ConeProgram program = numbers.mixture(3);
     ASSERT_EQ(make_csdp_engine()->solve(program, {}, {}).reason, StopReason::kInfeasible);
-    told += solved(program).reason == StopReason::kInfeasible;
+    told += solved_by_cones(program).reason == StopReason::kInfeasible;
   }
   EXPECT_GE(told, 95);
 }
@@ -107,7 +104,7 @@ TEST(ConesEngineEnd, AnUnknownOfOneCoordinateIsNoTrouble) {
     optimum += std::fabs(sums[static_cast<std::size_t>(k)]);
   }
   EXPECT_NEAR(make_csdp_engine()->solve(program, {}, {}).last.value, optimum, 1e-6 * optimum);
-  const Candidate candidate = solved(program);
+  const Candidate candidate = solved_by_cones(program);
   EXPECT_EQ(candidate.reason, StopReason::kConverged);
   EXPECT_NEAR(candidate.last.value, optimum, 1e-6 * optimum);
 }
@@ -129,7 +126,7 @@ TEST(ConesEngineEnd, ASizeWithoutHopeTakesLittleMemory) {
     return usage.ru_maxrss / 1024;
   };
   const auto before = peak();
-  EXPECT_EQ(solved(program).reason, StopReason::kUnsuited);
+  EXPECT_EQ(solved_by_cones(program).reason, StopReason::kUnsuited);
   EXPECT_LE(peak() - before, 100) << "MB";
 }
 

@@ -5,27 +5,21 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <string>
 
+#include "solver/engine/cones/test_cones.h"
+
 namespace sdpsol {
 namespace {
 
-constexpr std::int32_t kOne = ConeProgram::kConstantTerm;
+using testing::kOne;
+using testing::kSmallestEigenvalue;
+using testing::smallest_eigenvalue;
 
-/// maximise y_0 with [2 - y_0, 1; 1, 3 - y_0] psd: (5 - sqrt 5) / 2
-ConeProgram smallest_eigenvalue() {
-  return {1,
-          {1},
-          {{2, {{0, 0, kOne, 2}, {0, 1, kOne, 1}, {1, 1, kOne, 3}, {0, 0, 0, -1}, {1, 1, 0, -1}}}},
-          {}};
-}
-const double kSmallest = (5 - std::sqrt(5.0)) / 2;
-
-Candidate solved(const ConeProgram& program, const Limits& limits = {}) {
+Candidate solved_by_csdp(const ConeProgram& program, const Limits& limits = {}) {
   return make_csdp_engine()->solve(program, limits, {});
 }
 
@@ -53,10 +47,10 @@ class CapturedOutput {
 
 TEST(CsdpEngine, PrintsNothing) {
   CapturedOutput output;
-  solved(smallest_eigenvalue());
-  solved({1, {1}, {{1, {{0, 0, 0, 1}}}}, {}});
-  solved({1, {1}, {{1, {{0, 0, kOne, -1}, {0, 0, 0, 1}}}, {1, {{0, 0, 0, -1}}}}, {}});
-  solved(smallest_eigenvalue(), {.max_iterations = 1});
+  solved_by_csdp(smallest_eigenvalue());
+  solved_by_csdp({1, {1}, {{1, {{0, 0, 0, 1}}}}, {}});
+  solved_by_csdp({1, {1}, {{1, {{0, 0, kOne, -1}, {0, 0, 0, 1}}}, {1, {{0, 0, 0, -1}}}}, {}});
+  solved_by_csdp(smallest_eigenvalue(), {.max_iterations = 1});
   EXPECT_EQ(output.end(), 0);
 }
 
@@ -71,13 +65,13 @@ TEST(CsdpEngine, ReadsNoParametersFromTheWorkingDirectory) {
                                  "minstepp=1.0e-8\nminstepd=1.0e-8\nusexzgap=1\ntweakgap=0\n"
                                  "affine=0\nprintlevel=5\nperturbobj=1\nfastmode=0\n";
   CapturedOutput output;
-  const Candidate candidate = solved(smallest_eigenvalue());
+  const Candidate candidate = solved_by_csdp(smallest_eigenvalue());
   const long printed = output.end();
   std::filesystem::current_path(before);
   std::filesystem::remove_all(folder);
   EXPECT_EQ(printed, 0);
   EXPECT_EQ(candidate.reason, StopReason::kConverged);
-  EXPECT_NEAR(candidate.last.point[0], kSmallest, 1e-7);
+  EXPECT_NEAR(candidate.last.point[0], kSmallestEigenvalue, 1e-7);
 }
 
 }  // namespace

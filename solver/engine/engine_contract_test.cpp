@@ -2,7 +2,6 @@
 // programs that have no optimum, when it stops, and what it takes apart before it begins.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -16,15 +15,10 @@ namespace {
 
 using testing::expect_optimal;
 using testing::kOne;
+using testing::kSmallestEigenvalue;
 using testing::matrix;
 using testing::row;
-
-/// maximise y_0 with [2 - y_0, 1; 1, 3 - y_0] psd: (5 - sqrt 5) / 2
-ConeProgram smallest_eigenvalue() {
-  return testing::program({1},
-                          {matrix(2, {{{kOne, 2}, {0, -1}}, {{kOne, 1}}, {{kOne, 3}, {0, -1}}})});
-}
-const double kSmallest = (5 - std::sqrt(5.0)) / 2;
+using testing::smallest_eigenvalue;
 
 /// maximise y_0 with y_1 - 1 >= 0, 10 + y_0 >= 0; an equation is to tie them together.
 ConeProgram two_rows() {
@@ -57,8 +51,8 @@ TEST_P(EveryEngine, HasItsName) {
 TEST_P(EveryEngine, FindsTheOptimumAndItsMultipliers) {
   const Candidate candidate = solved(smallest_eigenvalue());
   expect_optimal(smallest_eigenvalue(), candidate, accuracy());
-  EXPECT_NEAR(candidate.last.point[0], kSmallest, accuracy());
-  EXPECT_NEAR(candidate.last.bound, kSmallest, accuracy());
+  EXPECT_NEAR(candidate.last.point[0], kSmallestEigenvalue, accuracy());
+  EXPECT_NEAR(candidate.last.bound, kSmallestEigenvalue, accuracy());
 }
 
 TEST_P(EveryEngine, TellsWhatHasNoBoundAndWhatHasNoPoint) {
@@ -121,7 +115,7 @@ TEST_P(EveryEngine, AnUnknownThatNoConeFeelsIsZero) {
   const Candidate candidate = solved(program);
   EXPECT_EQ(candidate.reason, StopReason::kConverged);
   ASSERT_EQ(candidate.last.point.size(), 3U);
-  EXPECT_NEAR(candidate.last.point[0], kSmallest, accuracy());
+  EXPECT_NEAR(candidate.last.point[0], kSmallestEigenvalue, accuracy());
   EXPECT_EQ(candidate.last.point[1], 0);
   program.objective = {1, 0, 2};
   EXPECT_EQ(solved(program).reason, StopReason::kUnbounded);

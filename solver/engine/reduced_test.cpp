@@ -6,11 +6,12 @@
 #include <cmath>
 
 #include "solver/engine/compact.h"
+#include "solver/engine/cones/test_cones.h"
 
 namespace sdpsol {
 namespace {
 
-constexpr std::int32_t kOne = ConeProgram::kConstantTerm;
+using testing::kOne;
 
 /// Three unknowns of which the cones feel the last alone.
 ConeProgram with_idle_unknowns() {

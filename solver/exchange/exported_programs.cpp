@@ -1,12 +1,12 @@
-// What of a problem is written to files for other programs.
+#include "solver/exchange/exported_programs.h"
+
 #include <cstddef>
 #include <utility>
 
 #include "solver/decide/presolve.h"
 #include "solver/decide/program.h"
 #include "solver/decide/scaling.h"
-#include "solver/exchange/sdpa_writer.h"
-#include "solver/language/operand.h"
+#include "solver/language/number.h"
 
 namespace sdpsol {
 namespace {

@@ -1,3 +1,5 @@
+#include "solver/exchange/exported_programs.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -7,7 +9,7 @@
 #include "solver/decide/program.h"
 #include "solver/exchange/sdpa_writer.h"
 #include "solver/exchange/test_read_sdpa.h"
-#include "solver/language/read_text.h"
+#include "solver/language/test_read_text.h"
 #include "solver/problem/structure.h"
 
 namespace sdpsol {

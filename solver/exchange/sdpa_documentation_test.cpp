@@ -5,9 +5,10 @@
 #include <iterator>
 #include <string>
 
+#include "solver/exchange/exported_programs.h"
 #include "solver/exchange/sdpa_writer.h"
 #include "solver/exchange/test_read_sdpa.h"
-#include "solver/language/read_text.h"
+#include "solver/language/test_read_text.h"
 #include "solver/problem/structure.h"
 
 namespace sdpsol {

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "solver/exchange/sdpa_reader.h"
-#include "solver/language/model_dump.h"
+#include "solver/language/test_model_dump.h"
 #include "tests/support/golden_files.h"
 
 namespace sdpsol {

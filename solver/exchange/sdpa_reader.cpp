@@ -50,7 +50,7 @@ Objective objective_of(const SdpaHeader& header) {
 Condition condition_of(const SdpaBlock& block, const SdpaEntry* entries, const SdpaEntry* end,
                        std::string_view text) {
   Condition condition;
-  condition.sense = Condition::Sense::kNonStrict;
+  condition.sense = Sense::kNonStrict;
   condition.is_matrix = !block.diagonal;
   condition.difference.rows = block.size;
   condition.difference.columns = block.diagonal ? 1 : block.size;

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "solver/exchange/exported_programs.h"
 #include "solver/exchange/sdpa_writer.h"
 #include "solver/exchange/test_cone_programs.h"
 #include "solver/exchange/test_read_sdpa.h"

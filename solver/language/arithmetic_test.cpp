@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "solver/language/language_error.h"
+#include "tests/support/message_of.h"
 
 namespace sdpsol {
 namespace {
@@ -37,13 +38,9 @@ AffineMatrix collected(AffineMatrix matrix) {
   return matrix;
 }
 
-std::string error_of(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const LanguageError& error) {
-    return error.what();
-  }
-  return "no error";
+template <typename Action>
+std::string error_of(const Action& action) {
+  return test_support::message_of<LanguageError>(action);
 }
 
 TEST(Add, AddsValuesAndMagnitudes) {

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "solver/language/model_dump.h"
 #include "solver/language/reader.h"
+#include "solver/language/test_model_dump.h"
 #include "tests/support/golden_files.h"
 
 namespace sdpsol {

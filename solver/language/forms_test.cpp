@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "solver/language/read_text.h"
+#include "solver/language/test_read_text.h"
 
 namespace sdpsol {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "solver/language/read_text.h"
+#include "solver/language/test_read_text.h"
 
 namespace sdpsol {
 namespace {

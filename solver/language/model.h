@@ -9,6 +9,7 @@
 
 #include "solver/language/affine_matrix.h"
 #include "solver/language/forms.h"
+#include "solver/language/sense.h"
 #include "solver/language/source.h"
 
 namespace sdpsol {
@@ -28,7 +29,6 @@ struct Variable {
 
 /// One relation, brought to the form `difference > 0`, `>= 0` or `== 0`.
 struct Condition {
-  enum class Sense { kStrict, kNonStrict, kEqual };
   /// Terms collected; they may refer to forms of the model. For a matrix condition
   /// symmetric, both triangles present.
   AffineMatrix difference;

@@ -84,4 +84,10 @@ ScannedNumber scan_number(std::string_view text) {
   return result;
 }
 
+std::string number_text(double value) {
+  std::array<char, 32> buffer{};
+  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+  return {buffer.data(), end.ptr};
+}
+
 }  // namespace sdpsol

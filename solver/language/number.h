@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace sdpsol {
@@ -19,5 +20,8 @@ struct ScannedNumber {
 /// value is the nearest double; what underflows is 0. Letters or points that
 /// touch the number make it malformed ("1.2.3", "1e", "2x").
 ScannedNumber scan_number(std::string_view text);
+
+/// A number as messages show it: the shortest text that reads back equal.
+std::string number_text(double value);
 
 }  // namespace sdpsol

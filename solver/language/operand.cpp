@@ -1,11 +1,11 @@
 #include "solver/language/operand.h"
 
-#include <array>
-#include <charconv>
 #include <cmath>
+#include <string>
 
 #include "solver/language/arithmetic.h"
 #include "solver/language/language_error.h"
+#include "solver/language/number.h"
 
 namespace sdpsol {
 
@@ -35,12 +35,6 @@ std::int32_t whole_number(const Operand& operand, const char* what, std::int32_t
                                           ", this is " + number_text(value));
   }
   return static_cast<std::int32_t>(value);
-}
-
-std::string number_text(double value) {
-  std::array<char, 32> buffer{};
-  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
-  return {buffer.data(), end.ptr};
 }
 
 }  // namespace sdpsol

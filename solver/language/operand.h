@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
 #include "solver/language/affine_matrix.h"
 #include "solver/language/source.h"
@@ -21,8 +20,5 @@ double constant_scalar(const Operand& operand, const char* what);
 /// Likewise, a whole number within [low, high].
 std::int32_t whole_number(const Operand& operand, const char* what, std::int32_t low,
                           std::int32_t high);
-
-/// A number as a message shows it: the shortest text that reads back equal.
-std::string number_text(double value);
 
 }  // namespace sdpsol

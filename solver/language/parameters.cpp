@@ -4,6 +4,7 @@
 #include <string>
 
 #include "solver/language/language_error.h"
+#include "solver/language/number.h"
 
 namespace sdpsol {
 namespace {

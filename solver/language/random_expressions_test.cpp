@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "solver/language/read_text.h"
 #include "solver/language/test_random_expressions.h"
+#include "solver/language/test_read_text.h"
 
 namespace sdpsol {
 namespace {
@@ -106,12 +106,12 @@ Sample difference(const Sample& a, const Sample& b) {
 
 struct Sign {
   const char* text;
-  Condition::Sense sense;
+  Sense sense;
   double factor;  ///< of left - right in the condition
 };
 
 TEST_P(RandomTexts, RelateWhatStandsNextToEachSign) {
-  using Sense = Condition::Sense;
+  using Sense = Sense;
   const std::vector<Sign> signs = {{">", Sense::kStrict, 1},
                                    {">=", Sense::kNonStrict, 1},
                                    {"<", Sense::kStrict, -1},

@@ -6,16 +6,17 @@
 #include "solver/language/arithmetic.h"
 #include "solver/language/explain.h"
 #include "solver/language/language_error.h"
+#include "solver/language/number.h"
 #include "solver/language/symmetry.h"
 #include "solver/language/variables.h"
 
 namespace sdpsol {
 namespace {
 
-Condition::Sense sense_of(TokenKind kind) {
-  if (kind == TokenKind::kEqual) return Condition::Sense::kEqual;
+Sense sense_of(TokenKind kind) {
+  if (kind == TokenKind::kEqual) return Sense::kEqual;
   const bool strict = kind == TokenKind::kGreater || kind == TokenKind::kLess;
-  return strict ? Condition::Sense::kStrict : Condition::Sense::kNonStrict;
+  return strict ? Sense::kStrict : Sense::kNonStrict;
 }
 
 bool is_vector(const AffineMatrix& matrix) {
@@ -79,13 +80,13 @@ bool is_relation(TokenKind kind) {
          kind == TokenKind::kLess || kind == TokenKind::kLessEqual || kind == TokenKind::kEqual;
 }
 
-const char* relation_text(Condition::Sense sense) {
+const char* relation_text(Sense sense) {
   switch (sense) {
-    case Condition::Sense::kStrict:
+    case Sense::kStrict:
       return "> 0";
-    case Condition::Sense::kNonStrict:
+    case Sense::kNonStrict:
       return ">= 0";
-    case Condition::Sense::kEqual:
+    case Sense::kEqual:
       return "== 0";
   }
   return "";
@@ -106,7 +107,7 @@ RelationResult make_condition(Operand left, const Token& sign, Operand right,
   forms.settle(condition.difference, sign.span);
 
   AffineMatrix& difference = condition.difference;
-  if (condition.sense == Condition::Sense::kEqual || is_vector(difference)) return result;
+  if (condition.sense == Sense::kEqual || is_vector(difference)) return result;
   if (difference.rows != difference.columns) {
     throw LanguageError(sign.span,
                         "an inequality needs scalars, vectors or square matrices, this is " +

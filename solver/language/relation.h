@@ -14,7 +14,7 @@ namespace sdpsol {
 bool is_relation(TokenKind kind);
 
 /// "> 0", ">= 0" or "== 0".
-const char* relation_text(Condition::Sense sense);
+const char* relation_text(Sense sense);
 
 struct RelationResult {
   Condition condition;

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "solver/language/read_text.h"
+#include "solver/language/test_read_text.h"
 
 namespace sdpsol {
 namespace {

@@ -10,10 +10,9 @@
 #include <vector>
 
 #include "solver/language/affine_matrix.h"
+#include "solver/language/sense.h"
 
 namespace sdpsol {
-
-enum class Sense { kStrict, kNonStrict, kEqual };
 
 /// F(v) = F_0 + sum over k of v_k * F_k, symmetric, size x size, which must be
 /// positive definite (kStrict) or positive semidefinite (kNonStrict). Size 1 is

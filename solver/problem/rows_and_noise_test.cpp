@@ -8,9 +8,8 @@
 namespace sdpsol {
 namespace {
 
+using testing::kStrict;
 using testing::ProblemBuilder;
-
-constexpr Sense kStrict = Sense::kStrict;
 
 TEST(ParallelRows, ProportionalRowsAreOneGroup) {
   const auto groups = group_parallel_rows(ProblemBuilder(2)

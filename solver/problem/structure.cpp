@@ -44,18 +44,6 @@ Components components_of(const AffineMatrix& matrix) {
   return components;
 }
 
-Sense sense_of(Condition::Sense sense) {
-  switch (sense) {
-    case Condition::Sense::kStrict:
-      return Sense::kStrict;
-    case Condition::Sense::kNonStrict:
-      return Sense::kNonStrict;
-    case Condition::Sense::kEqual:
-      return Sense::kEqual;
-  }
-  return Sense::kStrict;
-}
-
 /// Calls visit for every term behind `pieces`, in their order.
 template <typename Visitor>
 void for_each_written_out(const std::vector<AffineTerm>& pieces, const std::vector<Form>& forms,
@@ -145,7 +133,7 @@ void append_matrix(const Condition& condition, std::int32_t number, std::vector<
     if (root == i) {
       block_of[at] = blocks.size();
       place_in_block[at] = 0;
-      blocks.push_back({1, sense_of(condition.sense), number, {}});
+      blocks.push_back({1, condition.sense, number, {}});
     } else {
       block_of[at] = block_of[static_cast<std::size_t>(root)];
       place_in_block[at] = blocks[block_of[at]].size++;
@@ -165,7 +153,7 @@ void append_matrix(const Condition& condition, std::int32_t number, std::vector<
 void append_rows(const Condition& condition, std::int32_t number, std::vector<Block>& blocks) {
   const AffineMatrix& m = condition.difference;
   const std::size_t first = blocks.size();
-  if (condition.sense == Condition::Sense::kEqual) {
+  if (condition.sense == Sense::kEqual) {
     const AffineTerm* previous = nullptr;
     for (const AffineTerm& t : m.terms) {
       if (previous == nullptr || previous->row != t.row || previous->column != t.column) {
@@ -177,7 +165,7 @@ void append_rows(const Condition& condition, std::int32_t number, std::vector<Bl
     return;
   }
   blocks.resize(first + static_cast<std::size_t>(m.rows) * static_cast<std::size_t>(m.columns),
-                {1, sense_of(condition.sense), number, {}});
+                {1, condition.sense, number, {}});
   for (AffineTerm t : m.terms) {
     const std::int64_t entry = std::int64_t{t.row} * m.columns + t.column;
     t.row = t.column = 0;
@@ -209,7 +197,7 @@ Problem build_problem(const Model& model) {
   problem.boxed = model.boxed;
   std::int32_t number = 0;
   for (const Condition& condition : model.conditions) {
-    if (condition.is_matrix && condition.sense != Condition::Sense::kEqual) {
+    if (condition.is_matrix && condition.sense != Sense::kEqual) {
       append_matrix(condition, number, problem.blocks);
     } else {
       append_rows(condition, number, problem.blocks);
@@ -242,7 +230,7 @@ std::vector<std::vector<std::int32_t>> rows_of_blocks(const Condition& condition
 std::vector<std::pair<std::int32_t, std::int32_t>> entries_of_blocks(const Condition& condition) {
   const AffineMatrix& m = condition.difference;
   std::vector<std::pair<std::int32_t, std::int32_t>> entries;
-  if (condition.sense == Condition::Sense::kEqual) {
+  if (condition.sense == Sense::kEqual) {
     for (const AffineTerm& t : m.terms) entries.emplace_back(t.row, t.column);
     entries.erase(std::unique(entries.begin(), entries.end()), entries.end());
     return entries;

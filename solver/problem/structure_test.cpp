@@ -19,7 +19,7 @@ Condition matrix(std::int32_t size, std::vector<AffineTerm> upper) {
     std::swap(mirrored.row, mirrored.column);
     if (mirrored.row != mirrored.column) upper.push_back(mirrored);
   }
-  return {{size, size, std::move(upper)}, Condition::Sense::kStrict, true, {}};
+  return {{size, size, std::move(upper)}, Sense::kStrict, true, {}};
 }
 
 Problem built(std::vector<Condition> conditions, std::int32_t unknowns = 3) {
@@ -95,10 +95,8 @@ TEST(BuildProblem, OnlyTheUpperTriangleIsKept) {
 }
 
 TEST(BuildProblem, ElementsBecomeRowsEmptyOnesToo) {
-  const Condition condition{{2, 2, {term(0, 1, 0, 1), term(1, 1, kConstant, 7)}},
-                            Condition::Sense::kNonStrict,
-                            false,
-                            {}};
+  const Condition condition{
+      {2, 2, {term(0, 1, 0, 1), term(1, 1, kConstant, 7)}}, Sense::kNonStrict, false, {}};
   const Problem problem = built({matrix(1, {term(0, 0, 0, 1)}), condition});
   ASSERT_EQ(problem.blocks.size(), 5U);
   EXPECT_EQ(problem.blocks[0].sense, Sense::kStrict);
@@ -114,7 +112,7 @@ TEST(BuildProblem, ElementsBecomeRowsEmptyOnesToo) {
 
 TEST(BuildProblem, AMatrixEquationIsTakenElementByElement) {
   Condition condition = matrix(2, {term(0, 0, 0, 1), term(0, 1, 1, 1), term(1, 1, 2, 1)});
-  condition.sense = Condition::Sense::kEqual;
+  condition.sense = Sense::kEqual;
   const Problem problem = built({condition});
   ASSERT_EQ(problem.blocks.size(), 4U);
   for (const Block& block : problem.blocks) {
@@ -126,7 +124,7 @@ TEST(BuildProblem, AMatrixEquationIsTakenElementByElement) {
 TEST(BuildProblem, AnEquationSaysNothingWhereItHasNoTerms) {
   Condition condition{
       {10'000, 10'000, {term(0, 1, 0, 1), term(0, 1, 2, -1), term(9'999, 9'999, 1, 2)}},
-      Condition::Sense::kEqual,
+      Sense::kEqual,
       false,
       {}};
   const Problem problem = built({std::move(condition)});

@@ -11,11 +11,16 @@
 
 namespace sdpsol::testing {
 
+using enum Sense;
+
 /// constant + sum of second * v_first
 struct Form {
   double constant = 0;
   std::vector<std::pair<std::int32_t, double>> terms;
 };
+
+/// x, the first unknown.
+inline const Form kX{0, {{0, 1}}};
 
 /// Builds a problem block by block; each block is a condition of its own.
 class ProblemBuilder {

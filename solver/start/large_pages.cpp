@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t kLargeText = std::size_t{1} << 18U;
 // What a text of grasps becomes: values, conditions, blocks and a cone program.
 constexpr std::size_t kBytesPerByte = 24;
-constexpr std::size_t kMostBytes = std::size_t{1} << 27U;
+constexpr std::size_t kMaxBytes = std::size_t{1} << 27U;
 // The largest block that the heap does not map on its own, and a piece below it.
 constexpr int kMapped = 1 << 25;
 constexpr std::size_t kPiece = std::size_t{1} << 24U;
@@ -38,7 +38,7 @@ void use_large_pages(std::size_t text_bytes) {
   ::mallopt(M_MMAP_THRESHOLD, kMapped);
   ::mallopt(M_TRIM_THRESHOLD, 1 << 30);
   // The heap keeps blocks that are given back at once, and the advice with them.
-  const std::size_t wanted = std::min(kMostBytes, kBytesPerByte * text_bytes);
+  const std::size_t wanted = std::min(kMaxBytes, kBytesPerByte * text_bytes);
   std::vector<Block> blocks;
   for (std::size_t taken = 0; taken < wanted; taken += kPiece) {
     Block block(std::malloc(kPiece));

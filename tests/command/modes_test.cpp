@@ -22,10 +22,6 @@ const char* const kDiscSdpa =
     "0 1 1 1 -1\n0 1 2 2 -1\n0 1 3 3 -1\n"
     "1 1 1 2 1\n2 1 1 3 1\n";
 
-bool has(const std::string& text, const std::string& piece) {
-  return text.find(piece) != std::string::npos;
-}
-
 /// The number behind the objective's name in a result.
 double objective_of(const std::string& text) {
   const std::string before = "\nobjective = ";

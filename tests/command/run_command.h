@@ -43,6 +43,10 @@ inline Ended run_line(const TestFolder& folder, const std::string& line) {
   return ended;
 }
 
+inline bool has(const std::string& text, const std::string& piece) {
+  return text.find(piece) != std::string::npos;
+}
+
 /// A definition that takes the command a good second: correlations of `size`
 /// quantities under random weights.
 inline std::string long_definition(int size) {

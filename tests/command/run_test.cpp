@@ -26,10 +26,6 @@ const char* const kFalseResult =
     "*** Variables\n"
     "\n";
 
-bool has(const std::string& text, const std::string& piece) {
-  return text.find(piece) != std::string::npos;
-}
-
 TEST(Status, Is0ForEveryVerdict) {
   const TestFolder folder;
   folder.file("feasible", kBetween);

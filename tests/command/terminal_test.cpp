@@ -1,9 +1,8 @@
 // The line on a terminal that says how far a long run has come: it is there when
 // somebody can see it and has waited, and out of the way of every message.
+#include "tests/support/terminal.h"
+
 #include <gtest/gtest.h>
-#include <pty.h>
-#include <sys/ioctl.h>
-#include <unistd.h>
 
 #include "tests/command/run_command.h"
 
@@ -18,29 +17,12 @@ struct Terminal {
 };
 
 /// Runs a shell line in the folder on a terminal of its own, where $S is the command.
-Terminal on_terminal(const TestFolder& folder, const std::string& line,
-                     unsigned short columns = 80) {
-  struct winsize size {
-    24, columns, 0, 0
-  };
-  int master = -1;
-  const pid_t child = ::forkpty(&master, nullptr, nullptr, &size);
-  if (child < 0) throw std::runtime_error("no terminal");
-  if (child == 0) {
-    const std::string script = "S=" SDPSOL_BIN_DIR "/sdpsol; cd " + folder.path() + "; " + line;
-    ::execl("/bin/sh", "sh", "-c", script.c_str(), static_cast<char*>(nullptr));
-    ::_exit(127);
-  }
+Terminal on_terminal(const TestFolder& folder, const std::string& line) {
+  test_support::OnATerminal terminal("S=" SDPSOL_BIN_DIR "/sdpsol; cd " + folder.path() + "; " +
+                                     line);
   Terminal ended;
-  char block[256];
-  // The master side fails with EIO once the child has closed its side.
-  for (ssize_t got = 0; (got = ::read(master, block, sizeof block)) > 0;) {
-    ended.text.append(block, static_cast<std::size_t>(got));
-  }
-  int status = 0;
-  ::waitpid(child, &status, 0);
-  ::close(master);
-  if (WIFEXITED(status)) ended.status = WEXITSTATUS(status);
+  ended.text = terminal.until_the_end();
+  if (WIFEXITED(terminal.status())) ended.status = WEXITSTATUS(terminal.status());
   return ended;
 }
 

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "solver/language/operand.h"
+#include "solver/language/number.h"
 
 namespace sdpsol::testing {
 namespace {

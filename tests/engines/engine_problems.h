@@ -50,6 +50,9 @@ struct EngineProblem {
   }
 };
 
+/// Numbers that are so far apart come by every family, however few there are.
+inline constexpr std::uint64_t kStepThroughFamilies = 37;
+
 /// The families of the stream, in the order in which the numbers walk over them.
 const std::vector<const char*>& engine_families();
 

@@ -10,6 +10,7 @@
 
 #include "solver/decide/decide.h"
 #include "solver/engine/csdp_engine.h"
+#include "solver/exchange/exported_programs.h"
 #include "solver/exchange/sdpa_writer.h"
 #include "tests/engines/definition_text.h"
 #include "tests/engines/grasp_problems.h"

@@ -15,6 +15,7 @@
 #include <string>
 
 #include "solver/engine/engine_memory.h"
+#include "solver/exchange/exported_programs.h"
 #include "solver/exchange/sdpa_writer.h"
 #include "tests/engines/definition_text.h"
 #include "tests/engines/soak_workers.h"

@@ -18,8 +18,6 @@ namespace sdpsol::testing {
 namespace {
 
 constexpr std::uint32_t kSeed = 1;
-// Steps of this length come by every family, however few there are.
-constexpr std::uint64_t kStep = 37;
 
 std::string place(std::uint64_t index) {
   return std::string(engine_families()[family_of(index)]) + ": engines_soak --seed " +
@@ -32,7 +30,7 @@ TEST(Engines, AgreeWithEachOtherAndWithWhatWasPlanted) {
   int helped = 0;
   const int count = many(300);
   for (std::uint64_t i = 0; i < static_cast<std::uint64_t>(count); ++i) {
-    const std::uint64_t index = i * kStep;
+    const std::uint64_t index = i * kStepThroughFamilies;
     const Judgement judgement = contest.of(engine_problem(kSeed, index));
     EXPECT_FALSE(judgement.wrong()) << place(index) << "\n" << text_of(judgement);
     EXPECT_FALSE(judgement.first_left_room) << place(index) << "\n" << text_of(judgement);
@@ -46,7 +44,7 @@ TEST(Engines, AgreeWithEachOtherAndWithWhatWasPlanted) {
 TEST(Engines, InAnotherOrderTheReferenceStillAgreesWithItself) {
   Contest contest(std::make_unique<ReorderedEngine>(make_csdp_engine()));
   for (std::uint64_t i = 0; i < static_cast<std::uint64_t>(many(60)); ++i) {
-    const std::uint64_t index = i * kStep;
+    const std::uint64_t index = i * kStepThroughFamilies;
     const Judgement judgement = contest.of(engine_problem(kSeed, index));
     EXPECT_FALSE(judgement.wrong()) << place(index) << "\n" << text_of(judgement);
   }
@@ -72,7 +70,7 @@ TEST(Engines, OneThatLiesIsNeverBelievedAndShowsInTheFallbacks) {
   int helped = 0;
   const int count = many(60);
   for (std::uint64_t i = 0; i < static_cast<std::uint64_t>(count); ++i) {
-    const std::uint64_t index = i * kStep;
+    const std::uint64_t index = i * kStepThroughFamilies;
     const Judgement judgement = contest.of(engine_problem(kSeed, index));
     EXPECT_FALSE(judgement.first_against_truth) << place(index) << "\n" << text_of(judgement);
     EXPECT_FALSE(judgement.against_each_other) << place(index) << "\n" << text_of(judgement);
@@ -102,7 +100,7 @@ TEST(Engines, OneThatStopsEarlyShowsInItsObjectivesOrInTheFallbacks) {
   int objectives = 0;
   int apart = 0;
   for (std::uint64_t i = 0; i < static_cast<std::uint64_t>(many(60)); ++i) {
-    const Judgement judgement = contest.of(engine_problem(kSeed, i * kStep));
+    const Judgement judgement = contest.of(engine_problem(kSeed, i * kStepThroughFamilies));
     objectives += judgement.both_have_objectives ? 1 : 0;
     // A gap to the bound calls for the fallback.
     apart += judgement.disagree() || judgement.fallback_helped() ? 1 : 0;

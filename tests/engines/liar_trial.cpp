@@ -19,7 +19,7 @@
 namespace sdpsol::testing {
 namespace {
 
-constexpr std::size_t kMostTexts = 20;
+constexpr std::size_t kMaxTexts = 20;
 
 Eigen::MatrixXd rounded(const RationalMatrix& exact) {
   const auto n = static_cast<Eigen::Index>(exact.size());
@@ -80,7 +80,7 @@ Outcome outcome_of(Disproof disproof) {
 
 void LiarTally::add_wrong(const std::string& text) {
   ++all_wrong;
-  if (wrong.size() < kMostTexts) wrong.push_back(text);
+  if (wrong.size() < kMaxTexts) wrong.push_back(text);
 }
 
 void LiarTally::print(std::ostream& out) const {

@@ -13,10 +13,8 @@ namespace {
 TEST(Liars, AreNotBelieved) {
   LiarTally tally;
   LiarTrial trial(1, tally);
-  // Steps of this length come by every family, and soon by most kinds of them.
-  constexpr std::uint64_t kStep = 37;
   for (std::uint64_t i = 0; i < static_cast<std::uint64_t>(std::max(30, many(100))); ++i) {
-    trial.examine(i * kStep, 3);
+    trial.examine(i * kStepThroughFamilies, 3);
   }
   for (const std::string& wrong : tally.wrong) ADD_FAILURE() << "liars_soak: " << wrong;
   // A checker that believes nothing would hide what this is for.

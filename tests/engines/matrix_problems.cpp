@@ -198,9 +198,9 @@ EngineProblem rows_alone(std::mt19937& random) {
 }
 
 void change_units(EngineProblem& drawn, std::mt19937& random) {
-  constexpr int kMost = 13;
+  constexpr int kMax = 13;
   RandomProblems drawing = problems_from(random);
-  const auto power = [&] { return std::ldexp(1.0, drawing.uniform(-kMost, kMost)); };
+  const auto power = [&] { return std::ldexp(1.0, drawing.uniform(-kMax, kMax)); };
   Problem& problem = drawn.problem;
   // One unit for all, as of forces, takes the box along. Each with one of its own, the
   // box must hold them all; then it is so far away that what is charged to it shows in
@@ -219,7 +219,7 @@ void change_units(EngineProblem& drawn, std::mt19937& random) {
     }
   }
   problem.big_m =
-      one_for_all && !unit.empty() ? problem.big_m / unit[0] : std::ldexp(problem.big_m, kMost);
+      one_for_all && !unit.empty() ? problem.big_m / unit[0] : std::ldexp(problem.big_m, kMax);
   for (std::size_t k = 0; k < drawn.point.size(); ++k) drawn.point[k] /= unit[k];
   const double factor = problem.objective ? power() : 1;
   for (ExactWeight& y : drawn.weights) y.weight *= Rational(factor / block_unit[y.block]);

@@ -6,7 +6,7 @@
 namespace sdpsol::testing {
 namespace {
 
-constexpr std::size_t kMostNotes = 20;
+constexpr std::size_t kMaxNotes = 20;
 
 bool is_verdict(Claim claim) {
   return claim == Claim::kFeasible || claim == Claim::kInfeasible;
@@ -84,14 +84,14 @@ void Tally::add(std::uint64_t index, const Judgement& judgement) {
   count(all_, judgement);
   count(classes_[static_cast<std::size_t>(judgement.problem_class)], judgement);
   const std::string text = text_of(judgement);
-  if (judgement.wrong() && wrong_.size() < kMostNotes) wrong_.push_back({index, text});
+  if (judgement.wrong() && wrong_.size() < kMaxNotes) wrong_.push_back({index, text});
   const bool open = judgement.first_left_room || judgement.reference_left_room;
-  if (open && open_.size() < kMostNotes) open_.push_back({index, text});
+  if (open && open_.size() < kMaxNotes) open_.push_back({index, text});
 }
 
 void Tally::add_unanswered(std::uint64_t index, const std::string& how) {
   ++unanswered_;
-  if (wrong_.size() < kMostNotes) wrong_.push_back({index, how});
+  if (wrong_.size() < kMaxNotes) wrong_.push_back({index, how});
 }
 
 void Tally::print_line(std::ostream& out, const char* name, const Counts& c) {

@@ -1,20 +1,14 @@
 // Networks as data: zelrun runs every file of tests/networks/good, and refuses
 // every file of bad/, each with one error, with exactly the text in its .expected
 // and status 1.
-//
-// UPDATE_GOLDEN=1 rewrites the .expected files; such a run fails, so that it is
-// never taken for a passing one.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
 #include "tests/command/run_command.h"
+#include "tests/support/golden_files.h"
 
 namespace {
 
@@ -25,17 +19,7 @@ fs::path folder(const std::string& kind) {
 }
 
 std::vector<std::string> networks(const std::string& kind) {
-  std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(folder(kind))) {
-    if (entry.path().extension() == ".json") names.push_back(entry.path().stem());
-  }
-  std::sort(names.begin(), names.end());
-  return names;
-}
-
-std::string contents(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  return test_support::names_with_ending(folder(kind), ".json");
 }
 
 // The places that differ from one machine to the next.
@@ -69,21 +53,13 @@ TEST_P(BadNetwork, IsRefusedAsExpected) {
       "cd " + folder("bad").string() + "\n" SDPSOL_BIN_DIR "/zelrun run " + GetParam() + ".json");
   EXPECT_EQ(ended.status, 1);
   EXPECT_EQ(ended.output, "");
-  const std::string error = with_placeholders(ended.error);
-  const fs::path expected = folder("bad") / (GetParam() + ".expected");
-  if (std::getenv("UPDATE_GOLDEN") != nullptr) {
-    std::ofstream(expected, std::ios::binary) << error;
-    FAIL() << "rewritten: " << expected;
-  }
-  EXPECT_TRUE(fs::exists(expected)) << expected;
-  EXPECT_EQ(error, contents(expected));
+  test_support::expect_content(folder("bad") / (GetParam() + ".expected"),
+                               with_placeholders(ended.error));
 }
 
-std::string name_of(const testing::TestParamInfo<std::string>& info) {
-  return info.param;
-}
-
-INSTANTIATE_TEST_SUITE_P(Files, GoodNetwork, testing::ValuesIn(networks("good")), name_of);
-INSTANTIATE_TEST_SUITE_P(Files, BadNetwork, testing::ValuesIn(networks("bad")), name_of);
+INSTANTIATE_TEST_SUITE_P(Files, GoodNetwork, testing::ValuesIn(networks("good")),
+                         test_support::name_of_file);
+INSTANTIATE_TEST_SUITE_P(Files, BadNetwork, testing::ValuesIn(networks("bad")),
+                         test_support::name_of_file);
 
 }  // namespace

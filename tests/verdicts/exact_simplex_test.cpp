@@ -10,11 +10,8 @@
 namespace sdpsol::testing {
 namespace {
 
+using enum Sense;
 using Kind = RationalOptimum::Kind;
-
-constexpr Sense kStrict = Sense::kStrict;
-constexpr Sense kNonStrict = Sense::kNonStrict;
-constexpr Sense kEqual = Sense::kEqual;
 
 RationalProgram program(std::size_t unknowns, std::vector<RationalRow> rows) {
   return {unknowns, std::move(rows)};

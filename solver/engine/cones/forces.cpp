@@ -11,7 +11,7 @@ namespace {
 using Eigen::Index;
 
 // An unknown in no more coordinates than a friction cone and a few rows have is local.
-constexpr int kMostLocal = 8;
+constexpr int kMaxLocal = 8;
 // Rounding in the product of two vectors, one of norm 1 and one of some thousand numbers
 // near 1.
 constexpr double kSameSignature = 1e-11;
@@ -29,7 +29,7 @@ std::vector<Role> roles_of(const Layout& layout, const std::vector<double>& obje
   std::vector<Role> roles;
   roles.reserve(objective.size());
   for (const int count : occurrences) {
-    roles.push_back(count > kMostLocal ? Role::kWide : Role::kLocal);
+    roles.push_back(count > kMaxLocal ? Role::kWide : Role::kLocal);
   }
   const auto is_maximised = [](double cost) { return cost != 0; };
   if (std::count_if(objective.begin(), objective.end(), is_maximised) == 1) {

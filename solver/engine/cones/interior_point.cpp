@@ -13,10 +13,10 @@ using Eigen::VectorXd;
 
 // The share of the way to the border that a step takes, and where the predictor gets far.
 constexpr double kLeastStep = 0.95;
-constexpr double kMostStep = 0.99;
+constexpr double kMaxStep = 0.99;
 // Steps that make less of a difference, so many times one after the other, are the end.
 constexpr double kProgress = 0.9;
-constexpr int kMostIdle = 4;
+constexpr int kMaxIdle = 4;
 // What was solved once and is worse by this factor is not solved better by going on.
 constexpr double kTurned = 3;
 // What counts as solved where rounding ends the way.
@@ -140,7 +140,7 @@ class InteriorPoint {
       least_error_ = error();
       best_multipliers_ = z_;
     }
-    if (has_turned || idle_ >= kMostIdle) return reason_at_the_end();
+    if (has_turned || idle_ >= kMaxIdle) return reason_at_the_end();
     return std::nullopt;
   }
 
@@ -177,7 +177,7 @@ class InteriorPoint {
     const VectorXd second_order = product(layout_, predictor.s_scaled, predictor.z_scaled);
     const VectorXd corrector = quotient(layout_, centre * unit_ - second_order, lambda) - lambda;
     return move(solve(corrector, true),
-                kLeastStep + (kMostStep - kLeastStep) * std::min(s_step, z_step));
+                kLeastStep + (kMaxStep - kLeastStep) * std::min(s_step, z_step));
   }
 
   bool move(const Step& step, double fraction) {

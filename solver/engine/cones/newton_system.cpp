@@ -3,12 +3,12 @@
 namespace sdpsol::cones {
 
 Eigen::VectorXd NewtonSystem::solve(const Eigen::VectorXd& right) const {
-  constexpr int kMostPasses = 5;
+  constexpr int kMaxPasses = 5;
   constexpr double kEnough = 1e-15;
   Eigen::VectorXd solution = solve_once(right);
   Eigen::VectorXd rest = right - product(solution);
   double size = rest.norm();
-  for (int pass = 0; pass < kMostPasses && size > kEnough * right.norm(); ++pass) {
+  for (int pass = 0; pass < kMaxPasses && size > kEnough * right.norm(); ++pass) {
     const Eigen::VectorXd better = solution + solve_once(rest);
     rest = right - product(better);
     const double next_size = rest.norm();

@@ -14,12 +14,8 @@ using Eigen::Index;
 using Eigen::MatrixXd;
 using Eigen::VectorXd;
 using testing::matrix_of;
+using testing::mixed_layout;
 using testing::Numbers;
-
-const Layout& mixture() {
-  static const Layout layout(Numbers(1).mixture(1));
-  return layout;
-}
 
 using Map = void (NtScaling::*)(VectorXd&) const;
 
@@ -37,7 +33,9 @@ const Map kUnscaleTransposed = static_cast<Map>(&NtScaling::unscale_transposed);
 class RandomScaling {
  public:
   explicit RandomScaling(Numbers& numbers)
-      : s(numbers.inside(mixture())), z(numbers.inside(mixture())), scaling(mixture()) {
+      : s(numbers.inside(mixed_layout())),
+        z(numbers.inside(mixed_layout())),
+        scaling(mixed_layout()) {
     EXPECT_TRUE(scaling.update(s, z));
   }
   const VectorXd s;
@@ -62,9 +60,9 @@ TEST(NtScaling, TheScaledPointLiesInTheConesWithTheSameGap) {
   for (int round = 0; round < 40; ++round) {
     const RandomScaling random(numbers);
     const VectorXd& lambda = random.scaling.lambda();
-    EXPECT_GT(least_eigenvalue(mixture(), lambda), 0);
+    EXPECT_GT(least_eigenvalue(mixed_layout(), lambda), 0);
     EXPECT_NEAR(lambda.squaredNorm(), random.s.dot(random.z), 1e-10 * lambda.squaredNorm());
-    for (const Part& part : mixture().parts) {
+    for (const Part& part : mixed_layout().parts) {
       if (part.is_second_order()) continue;
       const MatrixXd block = matrix_of(part, lambda);
       EXPECT_EQ(block, MatrixXd(block.diagonal().asDiagonal()));
@@ -76,7 +74,7 @@ TEST(NtScaling, MapsUndoEachOther) {
   Numbers numbers(4);
   for (int round = 0; round < 20; ++round) {
     const RandomScaling random(numbers);
-    const VectorXd v = numbers.vector(mixture().dimension);
+    const VectorXd v = numbers.vector(mixed_layout().dimension);
     const NtScaling& scaling = random.scaling;
     const auto there_and_back = [&](Map there, Map back) {
       const VectorXd far = mapped(scaling, there, v);
@@ -93,8 +91,8 @@ TEST(NtScaling, MapsAreAdjointToTheirTransposes) {
   Numbers numbers(5);
   for (int round = 0; round < 20; ++round) {
     const RandomScaling random(numbers);
-    const VectorXd a = numbers.vector(mixture().dimension);
-    const VectorXd b = numbers.vector(mixture().dimension);
+    const VectorXd a = numbers.vector(mixed_layout().dimension);
+    const VectorXd b = numbers.vector(mixed_layout().dimension);
     const auto difference = [&](Map map, Map transposed) {
       const VectorXd image = mapped(random.scaling, map, a);
       return std::fabs(image.dot(b) - a.dot(mapped(random.scaling, transposed, b))) /
@@ -106,24 +104,24 @@ TEST(NtScaling, MapsAreAdjointToTheirTransposes) {
 }
 
 TEST(NtScaling, IsTheSquareRootOfAQuotientForRows) {
-  VectorXd s = unit(mixture());
-  VectorXd z = unit(mixture());
+  VectorXd s = unit(mixed_layout());
+  VectorXd z = unit(mixed_layout());
   s[1] = 8;
   z[1] = 2;
-  NtScaling scaling(mixture());
+  NtScaling scaling(mixed_layout());
   ASSERT_TRUE(scaling.update(s, z));
   EXPECT_DOUBLE_EQ(scaling.lambda()[1], 4);
   EXPECT_DOUBLE_EQ(scaling.inverse_row(1), 0.5);
-  EXPECT_EQ(scaling.inverse_rows().size(), mixture().rows);
+  EXPECT_EQ(scaling.inverse_rows().size(), mixed_layout().rows);
   EXPECT_DOUBLE_EQ(scaling.inverse_rows()[1], 0.5);
 }
 
 TEST(NtScaling, TheIdentityChangesNothing) {
   Numbers numbers(6);
-  NtScaling scaling(mixture());
-  ASSERT_TRUE(scaling.update(numbers.inside(mixture()), numbers.inside(mixture())));
+  NtScaling scaling(mixed_layout());
+  ASSERT_TRUE(scaling.update(numbers.inside(mixed_layout()), numbers.inside(mixed_layout())));
   scaling.set_identity();
-  const VectorXd v = numbers.vector(mixture().dimension);
+  const VectorXd v = numbers.vector(mixed_layout().dimension);
   for (const Map map : {kScale, kScaleTransposed, kUnscale, kUnscaleTransposed}) {
     EXPECT_LE((mapped(scaling, map, v) - v).norm(), 1e-14);
   }
@@ -132,15 +130,15 @@ TEST(NtScaling, TheIdentityChangesNothing) {
 TEST(NtScaling, MapsColumnsAsItMapsVectors) {
   Numbers numbers(7);
   const RandomScaling random(numbers);
-  for (std::size_t p = 0; p < mixture().parts.size(); ++p) {
-    const Part& part = mixture().parts[p];
+  for (std::size_t p = 0; p < mixed_layout().parts.size(); ++p) {
+    const Part& part = mixed_layout().parts[p];
     // Fewer, as many and more than there are coordinates.
     for (const Index count : {Index{1}, part.dimension, part.dimension + 1, 3 * part.dimension}) {
       const MatrixXd columns = numbers.matrix(part.dimension, count);
       MatrixXd scaled = columns;
       random.scaling.unscale_transposed(p, scaled);
       for (Index j = 0; j < count; ++j) {
-        VectorXd v = VectorXd::Zero(mixture().dimension);
+        VectorXd v = VectorXd::Zero(mixed_layout().dimension);
         v.segment(part.first, part.dimension) = columns.col(j);
         const VectorXd one = mapped(random.scaling, kUnscaleTransposed, v);
         EXPECT_LE((one.segment(part.first, part.dimension) - scaled.col(j)).norm(),
@@ -152,8 +150,8 @@ TEST(NtScaling, MapsColumnsAsItMapsVectors) {
 
 /// No scaling, with v as the point, as the multiplier, or as both.
 void expect_none(const VectorXd& v, const char* what) {
-  const VectorXd e = unit(mixture());
-  NtScaling scaling(mixture());
+  const VectorXd e = unit(mixed_layout());
+  NtScaling scaling(mixed_layout());
   EXPECT_FALSE(scaling.update(v, e)) << what;
   EXPECT_FALSE(scaling.update(e, v)) << what;
   EXPECT_FALSE(scaling.update(v, v)) << what;
@@ -161,12 +159,12 @@ void expect_none(const VectorXd& v, const char* what) {
 
 TEST(NtScaling, ThereIsNoneOnTheBorderOrOutside) {
   for (const double value : {0.0, -1.0}) {
-    VectorXd v = unit(mixture());
-    v[mixture().rows - 1] = value;
+    VectorXd v = unit(mixed_layout());
+    v[mixed_layout().rows - 1] = value;
     expect_none(v, "row");
   }
-  for (const Part& part : mixture().parts) {
-    VectorXd v = unit(mixture());
+  for (const Part& part : mixed_layout().parts) {
+    VectorXd v = unit(mixed_layout());
     auto here = v.segment(part.first, part.dimension);
     if (part.is_second_order()) {
       here[0] = -1;
@@ -189,9 +187,9 @@ TEST(NtScaling, ThereIsNoneOnTheBorderOrOutside) {
 }
 
 TEST(NtScaling, ThereIsNoneOfWhatIsNotANumber) {
-  for (Index i = 0; i < mixture().dimension; ++i) {
+  for (Index i = 0; i < mixed_layout().dimension; ++i) {
     for (const double odd : {std::nan(""), HUGE_VAL}) {
-      VectorXd v = unit(mixture());
+      VectorXd v = unit(mixed_layout());
       v[i] = odd;
       expect_none(v, "not finite");
     }

@@ -41,7 +41,7 @@ class Sets {
 
 std::unique_ptr<RangeSystem> RangeSystem::make(const Layout& layout,
                                                const std::vector<double>& objective) {
-  std::optional<Forces> forces = find_forces(layout, objective, kMostNullVectors);
+  std::optional<Forces> forces = find_forces(layout, objective, kMaxNullVectors);
   if (!forces || forces->size() == 0) return nullptr;
   if (forces->factor.rows() < forces->factor.cols()) return nullptr;
   std::unique_ptr<RangeSystem> system(new RangeSystem(layout, *std::move(forces), objective));

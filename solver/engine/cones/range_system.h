@@ -22,10 +22,10 @@ namespace sdpsol::cones {
 /// u = (x, t), x as in Forces.
 class RangeSystem final : public NewtonSystem {
  public:
-  /// Nothing if it does not pay: more than kMostNullVectors left null vectors, unknowns
+  /// Nothing if it does not pay: more than kMaxNullVectors left null vectors, unknowns
   /// that F does not tell apart (see TallFactor::kFullRank), blocks of more than
   /// kLargestBlock, or blocks that are singular by themselves.
-  static constexpr Eigen::Index kMostNullVectors = 26;  ///< a wrench and 20 rows |z| <= BIGM
+  static constexpr Eigen::Index kMaxNullVectors = 26;  ///< a wrench and 20 rows |z| <= BIGM
   static constexpr Eigen::Index kLargestBlock = 40;
   /// @param layout must outlive the result.
   static std::unique_ptr<RangeSystem> make(const Layout& layout,

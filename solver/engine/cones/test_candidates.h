@@ -7,8 +7,13 @@
 
 #include "solver/dense/symmetric_eigen.h"
 #include "solver/engine/cones/test_cones.h"
+#include "solver/engine/cones_engine.h"
 
 namespace sdpsol::testing {
+
+inline Candidate solved_by_cones(const ConeProgram& program, const Observer& observer = {}) {
+  return make_cones_engine()->solve(program, {}, observer);
+}
 
 inline VectorXd as_vector(const std::vector<double>& numbers) {
   return Eigen::Map<const VectorXd>(numbers.data(), static_cast<Index>(numbers.size()));

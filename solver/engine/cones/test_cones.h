@@ -2,6 +2,7 @@
 #pragma once
 
 #include <Eigen/Core>
+#include <cmath>
 #include <numbers>
 #include <random>
 #include <utility>
@@ -63,6 +64,12 @@ inline ConeProgram program(std::vector<double> objective, std::vector<ConeProgra
   return program;
 }
 
+/// maximise y_0 with [2 - y_0, 1; 1, 3 - y_0] psd: kSmallestEigenvalue
+inline ConeProgram smallest_eigenvalue() {
+  return program({1}, {matrix(2, {{{kOne, 2}, {0, -1}}, {{kOne, 1}}, {{kOne, 3}, {0, -1}}})});
+}
+inline const double kSmallestEigenvalue = (5 - std::sqrt(5.0)) / 2;
+
 /// C + sum of y_k * A_k
 inline MatrixXd matrix_at(const ConeProgram::Cone& cone, const VectorXd& y) {
   MatrixXd matrix = MatrixXd::Zero(cone.size, cone.size);
@@ -114,6 +121,7 @@ inline MatrixXd matrix_of(const cones::Part& part, const VectorXd& s) {
   return matrix;
 }
 
+/// Random numbers, and what is made of them.
 class Numbers {
  public:
   explicit Numbers(unsigned seed) : random_(seed) {}
@@ -170,5 +178,11 @@ class Numbers {
   std::mt19937 random_;
   std::normal_distribution<double> normal_;
 };
+
+/// Coordinates of cones of every kind.
+inline const cones::Layout& mixed_layout() {
+  static const cones::Layout layout(Numbers(1).mixture(1));
+  return layout;
+}
 
 }  // namespace sdpsol::testing

@@ -1,10 +1,10 @@
-#include "solver/language/model_dump.h"
+#include "solver/language/test_model_dump.h"
 
 #include <cmath>
 
 #include "solver/language/arithmetic.h"
 #include "solver/language/explain.h"
-#include "solver/language/operand.h"
+#include "solver/language/number.h"
 #include "solver/language/relation.h"
 #include "solver/language/variables.h"
 
