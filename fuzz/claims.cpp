@@ -30,6 +30,9 @@ using Matrix = Eigen::Matrix<Extended, Eigen::Dynamic, Eigen::Dynamic>;
 
 // What is left where things are equal on paper: of the sizes of what was added up.
 constexpr Extended kEqual = 1e-9L;
+// What is left of an unknown that is 0 on paper: of the largest unknown, by which points are
+// moved onto equations.
+constexpr Extended kMoved = 1e-14L;
 // More unknowns or rows take exact arithmetic too long.
 constexpr std::int32_t kFewUnknowns = 5;
 constexpr std::size_t kFewRows = 16;
@@ -38,21 +41,26 @@ struct Value {
   Matrix value;
   Matrix size;   ///< of what was added up
   Matrix reach;  ///< how far it may be from the value at an exact solution
+  Matrix whole;  ///< if all unknowns were as large as the largest
 };
 
 Value value_at(const Block& block, const std::vector<double>& point,
                const std::vector<double>& distance) {
   Value at{Matrix::Zero(block.size, block.size), Matrix::Zero(block.size, block.size),
-           Matrix::Zero(block.size, block.size)};
+           Matrix::Zero(block.size, block.size), Matrix::Zero(block.size, block.size)};
+  Extended largest = 0;
+  for (const double v : point) largest = std::max(largest, std::abs(static_cast<Extended>(v)));
   for (const AffineTerm& t : block.terms) {
     const auto k = static_cast<std::size_t>(t.unknown);
     const Extended factor = t.unknown == kConstant ? 1.0L : point[k];
     at.value(t.row, t.column) += factor * t.value;
     at.size(t.row, t.column) += std::abs(factor) * t.magnitude;
-    if (t.unknown != kConstant && !distance.empty())
+    if (t.unknown == kConstant) continue;
+    at.whole(t.row, t.column) += largest * std::abs(t.value);
+    if (!distance.empty())
       at.reach(t.row, t.column) += static_cast<Extended>(distance[k]) * std::abs(t.value);
   }
-  for (Matrix* each : {&at.value, &at.size, &at.reach})
+  for (Matrix* each : {&at.value, &at.size, &at.reach, &at.whole})
     *each = Matrix(each->template selfadjointView<Eigen::Upper>());
   return at;
 }
@@ -88,7 +96,8 @@ void require_inside(const Problem& problem, const std::vector<double>& point,
     if (block.sense == Sense::kNonStrict)
       require(least.room >= -least.doubt - kEqual, "an inequality that does not hold");
     if (block.sense == Sense::kEqual)
-      require(std::abs(at.value(0, 0)) <= at.reach(0, 0) + kEqual * at.size(0, 0),
+      require(std::abs(at.value(0, 0)) <=
+                  at.reach(0, 0) + kEqual * at.size(0, 0) + kMoved * at.whole(0, 0),
               "an equation that does not hold");
   }
 }
