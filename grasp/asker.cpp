@@ -87,14 +87,14 @@ void judge_forces(const Grasp& grasp, Answer& answer) {
   for (const ContactForce& force : answer.forces) size = std::hypot(size, force.local.norm());
   for (std::size_t i = 0; i < answer.forces.size(); ++i) {
     const ContactForce& force = answer.forces[i];
-    const double outside = -std::min(force.cone_margin, force.bound_margin);
-    if (outside <= 0) continue;
-    if (outside > kPrecision * size * (1 + grasp.contacts[i].friction))
+    const double inside = std::min(force.cone_margin, force.bound_margin);
+    if (-inside > kPrecision * size * (1 + grasp.contacts[i].friction))
       throw AskError("the forces that came back are outside of the cone or the bounds of contact " +
                      grasp.label(i));
     // Optimal forces are at limits by nature. Those that only have to exist are as far
     // inside as they can be, and this is what the rounding has made possible.
-    if (answer.inquiry.question == Question::kExists) return withdraw_forces(answer);
+    if (answer.inquiry.question == Question::kExists && !(inside > 0))
+      return withdraw_forces(answer);
   }
 }
 

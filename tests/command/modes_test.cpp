@@ -47,6 +47,26 @@ TEST(Json, GoesWhereItIsAskedTo) {
   EXPECT_EQ(folder.names(), Names({"in", "json", "out"}));
 }
 
+TEST(Engine, IsTheOneThatIsAskedFor) {
+  const TestFolder folder;
+  folder.file("in", kDisc);
+  for (const auto& [asked, used] :
+       {std::pair("auto", "cones"), std::pair("cones", "cones"), std::pair("csdp", "csdp")}) {
+    const Ended ended = run_line(folder, std::string("$S --engine ") + asked + " -o - in");
+    EXPECT_TRUE(has(ended.output, std::string("\nengine ") + used + ", ")) << ended.output;
+    EXPECT_NEAR(objective_of(ended.output), std::sqrt(2), 1e-5) << asked;
+  }
+}
+
+TEST(Engine, ThatIsNotMadeForAProblemSaysSo) {
+  const TestFolder folder;
+  folder.file("in", "variable X(5,5) symmetric;\nX > 0;\nX < eye(5);\n");
+  EXPECT_TRUE(has(run_line(folder, "$S --engine cones -o - in").output,
+                  "\nFEASIBILITY CANNOT BE DETERMINED\n"
+                  "the engine is not made for such problems\n"));
+  EXPECT_TRUE(has(run_line(folder, "$S -o - in").output, "\nFEASIBLE\n"));
+}
+
 TEST(Json, OfAFailedRunIsNotThere) {
   const TestFolder folder;
   folder.file("in", "variable x;\nx > y;\n");

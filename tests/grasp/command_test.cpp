@@ -98,6 +98,19 @@ TEST(GraspCommand, CountsTheSecondsOfALongSolveOnATerminal) {
   EXPECT_EQ(text.substr(text.size() - 4), "\r\033[K");
 }
 
+TEST(GraspCommand, ShowsHowFarABatchHasComeOnATerminal) {
+  const TestFolder folder;
+  const std::string solver = " --solver 'sleep 0.3; " SDPSOL_BIN_DIR "/sdpsol' ";
+  const std::string text =
+      test_support::OnATerminal("cd " + folder.path() +
+                                "; " SDPSOL_BIN_DIR "/grasp --random 3 >in; " SDPSOL_BIN_DIR
+                                "/grasp --jobs 1" +
+                                solver + "--batch in >/dev/null")
+          .until_the_end();
+  const std::regex line("\r[12] grasps  [0-9]+ %  [0-9.]+ per second  0:0[0-9] left\033\\[K");
+  EXPECT_TRUE(std::regex_search(text, line)) << text;
+}
+
 TEST(GraspCommand, LeavesNothingBehind) {
   const TestFolder folder;
   const Ended ended = grasp(folder,
@@ -201,6 +214,33 @@ TEST(GraspCommand, DoesNotProveWhatOnlyTheRoundingOfItsTextsForbids) {
             "borderline: no internal force beyond the precision of the data\n");
 }
 
+// Of an answer of the command, the lines that begin with "note: ".
+std::string notes(const std::string& line) {
+  const TestFolder folder;
+  return grasp(folder, line + " | grep ^note:").output;
+}
+
+TEST(GraspCommand, SaysWhatLimitsAnAnswer) {
+  const std::string strong = "sed 's/\"max_force\": [0-9]*/\"max_force\": 1e6/' $E/pinch.json | ";
+  EXPECT_EQ(notes(strong + "$G --ask all -"),
+            "note: the objective is limited only by how far the unit looks, up to forces of about "
+            "2e5 N; with forces in a larger unit it may be larger\n");
+  const std::string nearly_opposite = R"(echo '{"max_force": 10, "contacts": [
+      {"type": "frictionless", "point": [-0.02, 0, 0], "normal": [1, 0, 0]},
+      {"type": "frictionless", "point": [0.02, 1e-9, 0], "normal": [-1, 0, 0]}]}' | )";
+  EXPECT_EQ(notes(nearly_opposite + "$G -"),
+            "note: a small singular value of the grasp map was taken for 0: the forces balance to "
+            "the residual that is shown\n");
+}
+
+TEST(GraspCommand, ProvesThatOthersCannotJoinTwoThatSqueeze) {
+  const std::string file = SDPSOL_SOURCE_DIR "/tests/grasps/squeeze_alone.json";
+  EXPECT_EQ(notes("$G " + file),
+            "note: contacts thumb and index can squeeze alone; the others cannot join them\n");
+  const TestFolder folder;
+  EXPECT_EQ(Json::parse(grasp(folder, "$G --json " + file).output)["verdict"], "INFEASIBLE");
+}
+
 TEST(GraspCommand, NeverDrawsOverItsInputOrAnotherPicture) {
   const TestFolder folder;
   const Ended ended = grasp(folder,
@@ -221,6 +261,9 @@ TEST(GraspCommand, SaysWhatIsWrongWithItsFiles) {
             "grasp: error: a.json:1:2: ");
   EXPECT_EQ(failure("$G --plugin /nowhere/unit.so $E/ball.json", 3),
             "grasp: error: /nowhere/unit.so: no such file\n");
+  EXPECT_EQ(failure("TMPDIR=/proc $G $E/ball.json", 3),
+            "grasp: error: a scratch folder in /proc: No such file or directory\n");
+  EXPECT_EQ(failure("$G --batch .", 3), "grasp: error: .: Is a directory\n");
   const TestFolder folder;
   EXPECT_EQ(grasp(folder, "$G $E/ball.json >/dev/full").status, 3);
 }
@@ -236,9 +279,24 @@ TEST(GraspCommand, SaysWhatIsWrongWithTheQuestion) {
 }
 
 TEST(GraspCommand, SaysWhatIsWrongWithTheSolver) {
-  EXPECT_EQ(failure("$G --solver false $E/pinch.json 2>&1 >/dev/null | tail -1 >&2; exit 1", 1),
+  const auto last_line = [](const std::string& solver) {
+    return failure(
+        "printf '#!/bin/sh\\n" + solver +
+            "\\n' >solver && chmod +x solver\n"
+            "$G --solver $PWD/solver $E/pinch.json 2>&1 >/dev/null | tail -1 >&2; exit 1",
+        1);
+  };
+  EXPECT_EQ(last_line("false"),
             "grasp: error: the solver gave no answer: the command could not be run, or ended with "
             "an error (code 2 of the unit)\n");
+  EXPECT_EQ(last_line("true"),
+            "grasp: error: the solver gave no answer: the command left no result file (code 3 of "
+            "the unit)\n");
+  EXPECT_EQ(last_line("printf \"FEASIBLE\\n*** Objective value\\nNO\" >$3"),
+            "grasp: error: the solver gave no answer: the result could not be read (code 4 of the "
+            "unit)\n");
+  EXPECT_EQ(last_line("echo nothing >$3"),
+            "grasp: error: the unit and the result file contradict each other\n");
 }
 
 // A solver that answers with forces of its own: the unit parses what it writes.
@@ -271,6 +329,12 @@ TEST(GraspCommand, CallsForcesBorderlineThatAreInsideByRoundingOnly) {
   EXPECT_EQ(json["verdict"], "FEASIBILITY CANNOT BE DETERMINED");
   EXPECT_EQ(json["reason"], "borderline: no internal force beyond the precision of the data");
   EXPECT_FALSE(json.contains("contacts"));
+}
+
+TEST(GraspCommand, DoesNotTakeForcesOnTheBorderForForcesInside) {
+  const TestFolder folder;
+  const Ended ended = with_values(folder, "z0 = 0", "--json $E/pinch.json");
+  EXPECT_EQ(Json::parse(ended.output)["verdict"], "FEASIBILITY CANNOT BE DETERMINED");
 }
 
 TEST(GraspCommand, RefusesValuesThatAreNotThose) {

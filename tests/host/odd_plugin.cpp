@@ -34,6 +34,8 @@ int calls = 0;
 std::string text;
 
 int copy(def_unittype* unit) {
+  if (is_asked("throws a number in Copy")) throw 7;
+  if (is_asked("returns 3")) return 3;
   zel_set_float_out(unit, 0, 0, zel_float_inp(unit, 0, 0));
   text = "call " + std::to_string(++calls) + "\n\033[31mof this process";
   zel_set_text_out(unit, 1, text.c_str());
@@ -56,7 +58,7 @@ def_unittype* create(int, int, const ZelIconDef_*, def_unittype* parent) {
   INFO_FOR_INP(0, "number");
   if (is_asked("describes a port too many")) INFO_FOR_INP(7, "number");
   INFO_FOR_OUT(0, "number");
-  INFO_FOR_OUT(1, "text");
+  INFO_FOR_OUT(1, is_asked("describes two ports alike") ? "number" : "text");
   def_unittype* const method = primitive_unit(TAG_INP, TAG_FLOAT, 1, TAG_OUT, TAG_FLOAT, 1, TAG_OUT,
                                               TAG_STRING, 1, TAG_END, root);
   zel_name_unit("Copy", method);

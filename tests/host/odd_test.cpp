@@ -67,6 +67,25 @@ TEST_F(Odd, ThatDescribesAPortTooManyHasTheOthersByTheirTexts) {
   EXPECT_EQ(Json::parse(ended.output)["firings"][0]["outputs"][0]["value"], 3.0);
 }
 
+TEST_F(Odd, ThatDescribesTwoPortsAlikeIsAskedForTheirNumbers) {
+  network_of_odd(R"("wires": [{"from": ["a", "Copy", "number"], "to": ["a", "Copy", 0]}],
+                    "order": [["a", "Copy"]])");
+  const Ended ended = run_line("export ODD='describes two ports alike'\n$Z run odd.json");
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_EQ(ended.error,
+            "zelrun: error: odd.json: /wires/0/from/2: Copy has several outputs \"number\"; take "
+            "its number\n");
+}
+
+TEST_F(Odd, WhoseMethodFailsIsNamed) {
+  for (const auto& [does, said] : {std::pair("throws a number in Copy", "the method threw\n"),
+                                   std::pair("returns 3", "the method returned 3\n")}) {
+    const Ended ended = run_line(std::string("export ODD='") + does + "'\n$Z run odd.json");
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_EQ(ended.error, std::string("zelrun: error: odd.json: /order/0: a, Copy: ") + said);
+  }
+}
+
 TEST_F(Odd, ThatPublishesATextHasItShownOnOneLine) {
   EXPECT_NE(run_line("$Z run odd.json").output.find("  text    call 1 ?[31mof this process\n"),
             std::string::npos);
