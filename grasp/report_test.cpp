@@ -62,6 +62,14 @@ TEST(AnswerTable, ShowsForcesMarginsAndBalance) {
       "solved in 12.3 ms\n");
 }
 
+TEST(AnswerTable, GivesSmallForcesMoreDigits) {
+  Answer answer = feasible(Question::kExists);
+  for (ContactForce& force : answer.forces) force.local *= 1e-4;
+  EXPECT_NE(to_table(mixed(), answer).find("\n0 thumb    0.001250   0.000050  -0.000025 "),
+            std::string::npos)
+      << to_table(mixed(), answer);
+}
+
 TEST(AnswerTable, ShowsEpsilonsAndTheObjectiveInWords) {
   Answer answer = feasible(Question::kFriction);
   answer.forces[0].epsilon = 5.5;

@@ -229,7 +229,8 @@ static void describe_methods(void) {
   SET_INFO_FOR_METHOD("Length");
   INFO_FOR_INP(0, "text");
   INFO_FOR_OUT(0, "its length in bytes");
-  if (FAILURE == help_for_no_method) kem_iconform_for_method("Arrays:Sort", "sorts", 0, 0);
+  if (FAILURE == help_for_no_method || (FAILURE == described_the_second_time && instances > 1))
+    kem_iconform_for_method("Arrays:Sort", "sorts", 0, 0);
 }
 
 /* The tree. A unit that the host did not make is left out. */
@@ -293,7 +294,7 @@ static void build_below(def_unittype* root) {
   if (FAILURE == return_unit_twice) return_unit(root);
   add_arrays(root);
   if (FAILURE != no_methods)
-    make_method("Length", length, zel_user(root),
+    make_method(FAILURE == name_of_another_path ? "Arrays:Count" : "Length", length, zel_user(root),
                 primitive_unit(TAG_INP, TAG_STRING, 1, TAG_OUT, TAG_FLOAT, 1, TAG_END, root));
   if (FAILURE == late_return_unit) return_unit(root);
   if (FAILURE != no_label && FAILURE != early_label) label(root, NAME_TEXT);
@@ -318,6 +319,7 @@ static def_unittype* build(def_unittype* parent) {
   }
   if (FAILURE == names_the_parent) zel_name_unit("numbers", parent);
   zel_set_user(root, instance);
+  if (FAILURE == root_with_method) zel_set_method(root, count);
   build_below(root);
   return FAILURE == create_returns_a_group ? primitive_unit(TAG_END, root) : root;
 }
@@ -356,6 +358,9 @@ static def_unittype* create(int unused, int also_unused, const ZelIconDef_* icon
       break;
     case builds_below_another_parent:
       if (last_parent != NULL && is_not_unit(parent)) parent = last_parent;
+      break;
+    case leaves_a_unit_behind:
+      if (last_parent != NULL && is_not_unit(parent)) primitive_unit(TAG_END, last_parent);
       break;
     default:
       break;

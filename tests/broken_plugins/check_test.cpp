@@ -210,6 +210,8 @@ const std::vector<Expectation>& expectations() {
                             "primitive_unit: the unit is none of this host's")),
       one("builds_below_another_parent",
           with_both_parents("create returned a unit", "create returned a unit")),
+      one("leaves_a_unit_behind",
+          kParent + "with a parent that is null: create returned null, but has built units"),
       one("silent_about_parent",
           kParent + "with a parent that is null: error 2 is not reported (error_msg); with a "
                     "parent that is none of the host's units: error 2 is not reported (error_msg)"),
@@ -238,12 +240,19 @@ const std::vector<Expectation>& expectations() {
        {kOperations + "zel_name_unit: a sibling is named \"Scale\" already",
         kTree + "there is a unit without a name below Arrays", kNoCount},
        {}},
+      {"name_of_another_path",
+       {kTree + "two units are named Arrays:Count",
+        kTexts + "the method Arrays:Count has no help text; the method Arrays:Count has no text "
+                 "for its input 0; the method Arrays:Count has no text for its output 0; there is "
+                 "no method Length, which is described"},
+       {}},
       one("names_the_parent", kOperations + "zel_name_unit: the unit is the host's own"),
       one("group_not_exporting",
           kTree + "Arrays does not export its methods (zel_indicate_export_of_methods)"),
       one("root_not_exporting",
           kTree + "the root does not export its methods (zel_indicate_export_of_methods)"),
       one("root_with_ports", kTree + "the root has ports but no method function"),
+      one("root_with_method", kTree + "the root has a method function"),
       {"group_with_method",
        {kTree + "the method Arrays has units below it",
         kTexts + "the method Arrays has no help text", "Arrays, which has no inputs: " + kSegfault},
@@ -298,6 +307,9 @@ const std::vector<Expectation>& expectations() {
           "a second instance is described as the first: the second time Arrays:Count is described "
           "otherwise, or not at all; the second time Arrays:Scale is described otherwise, or not "
           "at all; the second time Length is described otherwise, or not at all"),
+      one("described_the_second_time",
+          "a second instance is described as the first: Arrays:Sort is described only the second "
+          "time"),
 
       one("crashes_on_nan", "Arrays:Scale with NaN inputs: " + kSegfault),
       one("crashes_on_no_array", "Arrays:Scale with inputs never set: " + kSegfault),

@@ -45,6 +45,7 @@ enum failure {
   accepts_any_parent,
   silent_about_parent,
   builds_below_another_parent,
+  leaves_a_unit_behind,
   silent_without_room,
   crashes_with_little_room,
   reads_past_dialog,
@@ -58,10 +59,12 @@ enum failure {
   /* of the tree */
   unnamed_unit,
   duplicate_name,
+  name_of_another_path,
   names_the_parent,
   group_not_exporting,
   root_not_exporting,
   root_with_ports,
+  root_with_method,
   group_with_method,
   method_without_function,
   method_below_method,
@@ -83,6 +86,7 @@ enum failure {
   no_texts,
   text_before_selection,
   described_once,
+  described_the_second_time,
   /* of the methods */
   crashes_on_nan,
   crashes_on_no_array,
