@@ -17,12 +17,9 @@ namespace {
 // The lowest descriptor that is none of the standard ones.
 constexpr int kFirstFree = 3;
 
+// What is opened takes the lowest free descriptor: this one, when those below it are open.
 void open_if_closed(int descriptor, int how) {
-  if (fcntl(descriptor, F_GETFD) >= 0) return;
-  const int nothing = open("/dev/null", how);
-  if (nothing < 0 || nothing == descriptor) return;
-  dup2(nothing, descriptor);
-  close(nothing);
+  if (fcntl(descriptor, F_GETFD) < 0) open("/dev/null", how);
 }
 
 }  // namespace

@@ -110,6 +110,15 @@ TEST(Outputs, AreFilesOfTheirOwnBeforeTheyExist) {
   EXPECT_EQ(opening(options(in, name, folder.path("real/other"))), "nothing was thrown");
 }
 
+TEST(Outputs, AreNotLinksThatLeadToEachOther) {
+  const TestFolder folder;
+  const std::string in = folder.file("in", "text");
+  fs::create_symlink("b", folder.path("a"));
+  fs::create_symlink("a", folder.path("b"));
+  EXPECT_EQ(opening(options(in, folder.path("a"), "-")),
+            "cannot write " + in_quotes(folder.path("a")) + ": Too many levels of symbolic links");
+}
+
 TEST(Outputs, GoToStandardOutputOnce) {
   const TestFolder folder;
   const std::string in = folder.file("in", "text");

@@ -116,6 +116,22 @@ TEST(ResultText, WithAMinimisedObjectiveWarningsAndNoBound) {
             "\n");
 }
 
+TEST(ResultText, SaysForWhichPointsABoundHolds) {
+  Model model = model_of_scalars();
+  model.objective.emplace();
+  model.boxed = false;
+  Report report = feasible_report(model, {1, 2});
+  report.outcome.objective = 3;
+  report.outcome.bound = 3.5;
+  report.outcome.bound_reach = 1234.5;
+  report.gap = 0.5;
+  const std::string text = result_text(report);
+  EXPECT_NE(
+      text.find("\nobjective within 0.5 of its proven bound, which holds for |v| <= 1.23e+03\n"),
+      std::string::npos)
+      << text;
+}
+
 TEST(ResultText, OfEveryShape) {
   const Model model = model_of_all_shapes();
   const Report report = feasible_report(model, point_of_all_shapes());

@@ -61,6 +61,15 @@ TEST(Forms, MeanTheSameAsTheTermsInTheirPlace) {
   }
 }
 
+TEST(Forms, AreMultipliedOutByFactorsNearTheEndsOfTheNumbers) {
+  for (const std::string factor : {"1e260", "1e-260"}) {
+    const ReadText read = read_text(kVariables + "f = " + kLong + "; " + factor + "*f > 0;");
+    ASSERT_TRUE(read.model) << read.report;
+    EXPECT_EQ(read.model->conditions[0].difference.terms,
+              first_condition(factor + "*" + kLong + " > 0;").terms);
+  }
+}
+
 TEST(Forms, AreVariablesInAProduct) {
   const std::string names = filled("f = F; g = G; ", kLong, kOther);
   const std::string report = read_text(kVariables + names + "f*g > 0;").report;

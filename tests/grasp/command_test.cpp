@@ -312,6 +312,20 @@ Ended with_values(const TestFolder& folder, const std::string& values, const std
   return grasp(folder, solver + "$G --solver \"$PWD/lying\" " + more);
 }
 
+TEST(GraspCommand, LeavesOpenWhatTheSolverLeavesOpenInEveryBase) {
+  const TestFolder folder;
+  const Ended ended =
+      grasp(folder,
+            "printf '#!/bin/sh\\necho x >>asked\\n"
+            "printf \"FEASIBILITY CANNOT BE DETERMINED\\\\nno idea\\\\n\\\\n"
+            "*** Objective value\\\\nNO OBJECTIVE.\\\\n\\\\n*** Variables\\\\n\\\\n\" "
+            ">$3\\n' >solver && chmod +x solver\n"
+            "$G --json --solver $PWD/solver $E/ball.json");
+  const Json answer = Json::parse(ended.output);
+  EXPECT_EQ(answer["verdict"], "FEASIBILITY CANNOT BE DETERMINED") << ended.output;
+  EXPECT_EQ(answer["reason"], "no idea");
+}
+
 TEST(GraspCommand, BelievesNoForcesThatAreOutsideOfTheirCones) {
   const TestFolder folder;
   const Ended ended = with_values(folder, "z0 = -3", "$E/pinch.json");
