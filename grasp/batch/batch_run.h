@@ -11,7 +11,7 @@
 #include "grasp/batch/result_file.h"
 #include "grasp/batch/tally.h"
 #include "grasp/batch/window.h"
-#include "grasp/batch/worker.h"
+#include "grasp/process/worker.h"
 #include "host/descriptor.h"
 #include "host/held_signals.h"
 

@@ -11,9 +11,9 @@
 #include <utility>
 
 #include "grasp/asker.h"
-#include "grasp/batch/worker.h"
 #include "grasp/grasp_file.h"
 #include "grasp/inquiry.h"
+#include "grasp/process/worker.h"
 #include "grasp/report_json.h"
 #include "host/json_reader.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "grasp/batch/printed_text.h"
+#include "grasp/process/printed_text.h"
 
 namespace grasp {
 

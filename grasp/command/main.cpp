@@ -1,11 +1,11 @@
 #include <iostream>
 
 #include "grasp/batch/grasp_line.h"
-#include "grasp/batch/guarded.h"
 #include "grasp/batch/random_grasps.h"
 #include "grasp/command/options.h"
 #include "grasp/command/road.h"
 #include "grasp/command/single.h"
+#include "grasp/process/guarded.h"
 #include "host/program.h"
 #include "host/standard_output.h"
 

@@ -1,4 +1,4 @@
-#include "grasp/batch/printed_text.h"
+#include "grasp/process/printed_text.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

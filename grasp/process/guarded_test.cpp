@@ -1,4 +1,4 @@
-#include "grasp/batch/guarded.h"
+#include "grasp/process/guarded.h"
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>

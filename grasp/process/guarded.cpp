@@ -1,4 +1,4 @@
-#include "grasp/batch/guarded.h"
+#include "grasp/process/guarded.h"
 
 #include <poll.h>
 #include <sys/wait.h>
@@ -9,8 +9,8 @@
 #include <csignal>
 #include <system_error>
 
-#include "grasp/batch/printed_text.h"
-#include "grasp/batch/scratch_folder.h"
+#include "grasp/process/printed_text.h"
+#include "grasp/process/scratch_folder.h"
 #include "host/descriptor.h"
 #include "host/held_signals.h"
 #include "host/process_end.h"

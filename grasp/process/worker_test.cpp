@@ -1,4 +1,4 @@
-#include "grasp/batch/worker.h"
+#include "grasp/process/worker.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "grasp/batch/scratch_folder.h"
+#include "grasp/process/scratch_folder.h"
 
 #include <sys/random.h>
 #include <sys/stat.h>

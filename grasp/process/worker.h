@@ -17,8 +17,8 @@
 #include <string>
 #include <string_view>
 
-#include "grasp/batch/printed_text.h"
-#include "grasp/batch/scratch_folder.h"
+#include "grasp/process/printed_text.h"
+#include "grasp/process/scratch_folder.h"
 #include "host/descriptor.h"
 #include "host/held_signals.h"
 #include "host/packets.h"
