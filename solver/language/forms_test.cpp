@@ -62,12 +62,15 @@ TEST(Forms, MeanTheSameAsTheTermsInTheirPlace) {
 }
 
 TEST(Forms, AreMultipliedOutByFactorsNearTheEndsOfTheNumbers) {
+  const std::string f = "f = " + kLong + "; ";
   for (const std::string factor : {"1e260", "1e-260"}) {
-    const ReadText read = read_text(kVariables + "f = " + kLong + "; " + factor + "*f > 0;");
-    ASSERT_TRUE(read.model) << read.report;
-    EXPECT_EQ(read.model->conditions[0].difference.terms,
+    EXPECT_EQ(first_condition(f + factor + "*f > 0;").terms,
               first_condition(factor + "*" + kLong + " > 0;").terms);
   }
+  std::string doubled = f + "A = [1e249*f, f]; ";
+  for (int i = 0; i < 20; ++i) doubled += "A = A + A; ";
+  EXPECT_EQ(first_condition(doubled + "A > 0;").terms,
+            first_condition("[1e249*1048576*" + kLong + ", 1048576*" + kLong + "] > 0;").terms);
 }
 
 TEST(Forms, AreVariablesInAProduct) {
