@@ -114,9 +114,10 @@ TEST(Explain, SaysWhatBorderlineMeansForAGrasp) {
 }
 
 TEST(Explain, SaysHowFarTheUnitLooks) {
-  EXPECT_EQ(explained("no point with |v| <= BIGM, lines 9, 10"),
-            "no forces up to about 2e5 N, which is as far as the unit looks; try forces in a larger "
-            "unit");
+  EXPECT_EQ(
+      explained("no point with |v| <= BIGM, lines 9, 10"),
+      "no forces up to about 2e5 N, which is as far as the unit looks; try forces in a larger "
+      "unit");
   EXPECT_EQ(explain_warning("the objective is limited only by BIGM"),
             "the objective is limited only by how far the unit looks, up to forces of about 2e5 N; "
             "with forces in a larger unit it may be larger");
