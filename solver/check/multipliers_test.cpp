@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "solver/check/balance.h"
+#include "solver/check/test_multipliers.h"
 #include "solver/problem/test_problem.h"
 
 namespace sdpsol {

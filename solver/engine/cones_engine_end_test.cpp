@@ -95,7 +95,7 @@ TEST(ConesEngineEnd, AnUnknownOfOneCoordinateIsNoTrouble) {
     }
     form.emplace_back(kWide + i, 1);
     program.cones.push_back(row(form));
-    program.objective[static_cast<std::size_t>(kWide + i)] = -1;
+    program.objective[static_cast<std::size_t>(kWide) + static_cast<std::size_t>(i)] = -1;
   }
   double optimum = 0;
   for (std::int32_t k = 0; k < kWide; ++k) {
