@@ -6,12 +6,10 @@
 #include <cstdint>
 #include <string>
 
+#include "fuzz/exported.h"
 #include "fuzz/oracle.h"
 #include "fuzz/same_problem.h"
 #include "fuzz/sound_diagnostics.h"
-#include "solver/exchange/exported_programs.h"
-#include "solver/exchange/sdpa_reader.h"
-#include "solver/exchange/sdpa_writer.h"
 #include "solver/language/lexer.h"
 #include "solver/language/reader.h"
 #include "solver/problem/structure.h"
@@ -42,15 +40,6 @@ Problem read_apart(const sdpsol::Source& source) {
   return build_problem(*model);
 }
 
-Problem read_export(const Problem& problem) {
-  const sdpsol::Source source("export.dat-s",
-                              sdpa_text(cone_program_of(problem), cone_program_comment(problem)));
-  sdpsol::Diagnostics diagnostics;
-  const auto model = read_sdpa(source, diagnostics);
-  fuzz::require(model.has_value(), "the export is refused: " + diagnostics.render(source));
-  return build_problem(*model);
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -63,6 +52,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   fuzz::require(fuzz::is_finite(problem), "a number that is not finite");
   fuzz::require(fuzz::same_problem(problem, read_apart(source)), "another problem with comments");
   if (problem.blocks.size() > kManyBlocks) return 0;
-  fuzz::require(fuzz::same_cone_program(problem, read_export(problem)), "another export");
+  fuzz::require(fuzz::same_cone_program(problem, fuzz::exported_and_read(problem)),
+                "another export");
   return 0;
 }

@@ -4,28 +4,17 @@
 #include <cstdint>
 #include <string>
 
+#include "fuzz/exported.h"
 #include "fuzz/oracle.h"
 #include "fuzz/same_problem.h"
 #include "fuzz/sound_diagnostics.h"
-#include "solver/exchange/exported_programs.h"
 #include "solver/exchange/sdpa_reader.h"
-#include "solver/exchange/sdpa_writer.h"
 #include "solver/problem/structure.h"
 
 namespace {
 
 // A few digits may claim a million rows.
 constexpr std::size_t kManyBlocks = 5'000;
-
-sdpsol::Problem read_again(const sdpsol::Problem& problem) {
-  const sdpsol::Source source("again.dat-s",
-                              sdpa_text(cone_program_of(problem), cone_program_comment(problem)));
-  sdpsol::Diagnostics diagnostics;
-  const auto model = read_sdpa(source, diagnostics);
-  fuzz::require(model.has_value(), "what was written is refused: " + diagnostics.render(source));
-  fuzz::require(diagnostics.all().empty(), "what was written gets remarks");
-  return build_problem(*model);
-}
 
 }  // namespace
 
@@ -38,9 +27,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const sdpsol::Problem problem = build_problem(*model);
   fuzz::require(fuzz::is_finite(problem), "a number that is not finite");
   if (problem.blocks.size() > kManyBlocks) return 0;
-  const sdpsol::Problem again = read_again(problem);
+  const sdpsol::Problem again = fuzz::exported_and_read(problem);
   fuzz::require(fuzz::same_cone_program(problem, again), "another problem");
   // Pieces have found their order the first time.
-  fuzz::require(fuzz::same_problem(again, read_again(again)), "another problem the second time");
+  fuzz::require(fuzz::same_problem(again, fuzz::exported_and_read(again)),
+                "another problem the second time");
   return 0;
 }
