@@ -231,6 +231,12 @@ bool leaves_something_open(const Problem& problem, const Outcome& outcome) {
   return true;
 }
 
+/// Whether the point of `second` shows that `first` is not as good as points can be.
+bool is_surpassed(const Outcome& first, const Outcome& second) {
+  const double value = *first.objective;
+  return *second.objective - value > kGoodGap * std::max(1.0, std::fabs(value));
+}
+
 /// Whether `first` stays the answer to a problem of which `second` says so much.
 bool is_kept(const Outcome& first, const Outcome& second) {
   switch (second.verdict) {
@@ -240,7 +246,7 @@ bool is_kept(const Outcome& first, const Outcome& second) {
       return false;
     case Verdict::kFeasible:
       return first.verdict == Verdict::kFeasible &&
-             !(relative_gap(second) <= relative_gap(first) / 2);
+             !(relative_gap(second) <= relative_gap(first) / 2) && !is_surpassed(first, second);
   }
   return true;
 }

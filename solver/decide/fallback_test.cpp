@@ -6,6 +6,7 @@
 #include "solver/check/infeasible.h"
 #include "solver/decide/decide.h"
 #include "solver/engine/auto_engine.h"
+#include "solver/engine/cones_engine.h"
 #include "solver/engine/csdp_engine.h"
 #include "solver/problem/test_problem.h"
 
@@ -180,6 +181,25 @@ TEST(Fallback, IsAskedWhetherWhatIsNotStrictHoldsWithoutRoom) {
   // A claim is more than nothing.
   EXPECT_EQ(outcome.engine, "first");
   EXPECT_FALSE(outcome.certificate.empty());
+}
+
+TEST(Fallback, HasTheWordWhereItsPointIsTheBetterOne) {
+  // The optimum is -1152. Both have gaps; the point of the first is 0.002 below it.
+  ProblemBuilder builder(5);
+  builder
+      .row(testing::kNonStrict,
+           {0.00390625, {{0, 12}, {1, 0.001953125}, {2, 0.5}, {3, -0.0625}, {4, 0.125}}})
+      .row(kStrict, {-12, {{0, -12288}, {1, 4}, {2, 256}, {3, -64}, {4, 128}}})
+      .maximise({-393216, -256, -40960, 6144, -12288});
+  Problem problem = builder.build();
+  problem.objective->constant = -1024;
+  problem.objective->constant_magnitude = 1024;
+  problem.big_m = 122880000;
+  const auto first = make_cones_engine();
+  const auto fallback = make_csdp_engine();
+  const Outcome outcome = decide_with_fallback(problem, *first, *fallback, {});
+  ASSERT_EQ(outcome.verdict, Verdict::kFeasible);
+  EXPECT_NEAR(*outcome.objective, -1152, 1e-6 * 1152);
 }
 
 TEST(Fallback, IsNotHeardWhereItSaysLess) {

@@ -130,21 +130,38 @@ Rational objective_of(const Problem& problem, const RationalPoint& point) {
 
 namespace {
 
-/// With the rows that have no more than this room as equations; and with such entries on
-/// the diagonals of matrices, which may be rows in disguise: [x, x; x, x] >= 0.
+/// What is taken as an equation, besides equations.
+struct Tight {
+  double room = 0;             ///< rows that have no more than this
+  bool diagonals_too = false;  ///< entries of matrices that may be rows: [x, x; x, x] >= 0
+  bool reached_too = false;    ///< rows that do not hold everywhere within the distance
+};
+
+/// How far the diagonal entry may be from its value within the distance.
+Rational reach_of(const Block& block, std::size_t i, const RationalPoint& distance) {
+  Rational reach = 0;
+  for (const AffineTerm& t : block.terms) {
+    if (t.unknown == kConstant || t.row != t.column || static_cast<std::size_t>(t.row) != i)
+      continue;
+    reach += abs(Rational(t.value)) * distance[static_cast<std::size_t>(t.unknown)];
+  }
+  return reach;
+}
+
 bool satisfied_with(const Problem& problem, const std::vector<double>& point,
-                    const std::vector<double>& distance, double room, bool diagonals_too) {
+                    const std::vector<double>& distance, const Tight& tight) {
   const RationalPoint middle = rational(point);
   const RationalPoint unit = rational(distance);
   // Row e in the units: sum over k of rows[e][k] * w_k = -rest[e].
   std::vector<RationalPoint> rows;
   std::vector<Rational> rest;
   for (const Block& block : problem.blocks) {
-    if (block.sense == Sense::kStrict || (block.size != 1 && !diagonals_too)) continue;
+    if (block.sense == Sense::kStrict || (block.size != 1 && !tight.diagonals_too)) continue;
     const RationalMatrix value = value_at(block, middle);
-    const RationalMatrix beyond = value_at(block, middle, Rational(room));
+    const RationalMatrix beyond = value_at(block, middle, Rational(tight.room));
     for (std::size_t i = 0; i < value.size(); ++i) {
-      if (block.sense != Sense::kEqual && beyond.at(i, i) > 0) continue;
+      const bool is_reached = tight.reached_too && value.at(i, i) <= reach_of(block, i, unit);
+      if (block.sense != Sense::kEqual && beyond.at(i, i) > 0 && !is_reached) continue;
       RationalPoint& row = rows.emplace_back(unit.size());
       for (const AffineTerm& t : block.terms) {
         if (t.unknown == kConstant || t.row != t.column || static_cast<std::size_t>(t.row) != i) {
@@ -177,12 +194,18 @@ bool satisfied_with(const Problem& problem, const std::vector<double>& point,
 
 bool satisfied_within(const Problem& problem, const std::vector<double>& point,
                       const std::vector<double>& distance, double room) {
-  // A row may have been met so closely that it seems to have some.
-  const auto rooms = {room, 1e-15, 1e-12, 1e-9};
-  return std::any_of(rooms.begin(), rooms.end(), [&](double least) {
-    return least >= room && (satisfied_with(problem, point, distance, least, false) ||
-                             satisfied_with(problem, point, distance, least, true));
-  });
+  // A row may have been met so closely that it seems to have some, or all there is: x >= 0
+  // at 1e-30.
+  for (const double least : {room, 1e-15, 1e-12, 1e-9}) {
+    if (least < room) continue;
+    for (const bool diagonals_too : {false, true}) {
+      for (const bool reached_too : {false, true}) {
+        if (satisfied_with(problem, point, distance, {least, diagonals_too, reached_too}))
+          return true;
+      }
+    }
+  }
+  return false;
 }
 
 std::vector<Rational> weighed_sums(const Problem& problem,

@@ -53,7 +53,7 @@ Rational objective_of(const Problem& problem, const RationalPoint& point);
 /// True if some point satisfies everything and is no farther from `point` than
 /// `distance`, unknown by unknown: the one that is nearest in units of `distance` and
 /// meets the equations, and the rows that are not strict and have no more than `room`, or
-/// next to none.
+/// next to none, or do not hold everywhere within the distance.
 bool satisfied_within(const Problem& problem, const std::vector<double>& point,
                       const std::vector<double>& distance, double room);
 

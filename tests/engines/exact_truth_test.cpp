@@ -48,6 +48,16 @@ TEST(ExactTruth, TakesTheBoxAtItsWord) {
   EXPECT_TRUE(satisfies(problem, rational({1e9})));
 }
 
+TEST(ExactTruth, FindsTheSolutionWhereARowThatIsMetSeemsToHaveRoom) {
+  // 3*x + 3*y >= 1, -y >= 0: whoever moves onto the first alone leaves the second
+  const Problem problem = ProblemBuilder(2)
+                              .row(Sense::kNonStrict, {-1, {{0, 3}, {1, 3}}})
+                              .row(Sense::kNonStrict, {0, {{1, -1}}})
+                              .build();
+  EXPECT_TRUE(satisfied_within(problem, {1.0 / 3, -1e-31}, {1e-16, 1e-16}, 0));
+  EXPECT_FALSE(satisfied_within(problem, {1.0 / 3, -1e-31}, {1e-18, 1e-18}, 0));
+}
+
 TEST(ExactTruth, FindsTheSolutionWithinADistance) {
   // 3*x == 1, x > 0
   const Problem problem = ProblemBuilder(1)
