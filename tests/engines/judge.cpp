@@ -28,8 +28,9 @@ bool denies_points(Claim claim, bool with_room) {
 }
 
 /// A bound is proven for every point, also for that of the other.
-bool bound_is_passed(const Outcome& bounded, const Outcome& other) {
-  return bounded.bound && other.objective && exceeds(*other.objective, *bounded.bound);
+bool bound_is_passed(const Problem& problem, const Outcome& bounded, const Outcome& other) {
+  return bounded.bound && other.objective &&
+         exceeds(*other.objective, *bounded.bound, grain_of(problem, other));
 }
 
 bool has_gap(const Outcome& outcome) {
@@ -100,7 +101,8 @@ Judgement judge(const EngineProblem& drawn, const Outcome& first, Fallback fallb
   result.against_each_other =
       (is_feasible(result.first) && denies_points(result.reference, strict)) ||
       (is_feasible(result.reference) && denies_points(result.first, strict)) ||
-      bound_is_passed(first, reference) || bound_is_passed(reference, first);
+      bound_is_passed(drawn.problem, first, reference) ||
+      bound_is_passed(drawn.problem, reference, first);
   result.first_left_room = drawn.has_room && first.verdict == Verdict::kUndetermined;
   result.reference_left_room = drawn.has_room && reference.verdict == Verdict::kUndetermined;
   result.fallback = fallback;

@@ -104,6 +104,26 @@ TEST(Judge, HoldsBoundsAgainstPointsOfTheOtherAndOfThePlanter) {
       judge(planted, feasible(1.0), Fallback::kNotAsked, feasible(1.0)).reference_against_truth);
 }
 
+TEST(Judge, KnowsThatAPointMissesEquationsByItsRounding) {
+  // maximise 2^26*(x - y) where x == y
+  EngineProblem planted{
+      .problem = ProblemBuilder(2).row(Sense::kEqual, {0, {{0, 1.0}, {1, -1.0}}}).build(),
+      .truth = Truth::kFeasible};
+  planted.problem.objective.emplace();
+  planted.problem.objective->cost = {0x1p26, -0x1p26};
+  planted.problem.big_m = 1e9;
+  planted.limit = 0;
+  const auto refuted = [&](double x, double y) {
+    Outcome outcome = feasible((x - y) * 0x1p26, 1.0);
+    outcome.point = {x, y};
+    outcome.interior = {x, x};
+    return judge(planted, outcome, Fallback::kNotAsked, open()).first_refutation;
+  };
+  const double large = 1e8;
+  EXPECT_EQ(refuted(std::nextafter(large, 1e9), large), nullptr);
+  EXPECT_STREQ(refuted(1e-15, 0), "the objective is too good");
+}
+
 TEST(Judge, TakesNoBoundThatIsBetterThanThePlantedOptimum) {
   EngineProblem planted = drawn(Truth::kFeasible);
   planted.optimum = 1.0;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "solver/check/evaluate.h"
 #include "tests/engines/exact_truth.h"
@@ -74,7 +75,9 @@ const char* against_objective(const EngineProblem& drawn, const Outcome& outcome
   if (outcome.limited_by_box && !at_box) return "the box is said to be the limit from afar";
   if (std::isnan(*outcome.bound)) return "the bound is no number";
   if (drawn.reached && exceeds(*drawn.reached, *outcome.bound)) return "the bound is too good";
-  if (drawn.limit && exceeds(objective, *drawn.limit)) return "the objective is too good";
+  if (drawn.limit && exceeds(objective, *drawn.limit, grain_of(drawn.problem, outcome))) {
+    return "the objective is too good";
+  }
   if (!drawn.optimum) return nullptr;
   if (*outcome.bound < *drawn.optimum) return "the bound is better than the optimum";
   const double allowed = 4.4e-6 * std::max(1.0, std::fabs(objective));
@@ -85,6 +88,14 @@ const char* against_objective(const EngineProblem& drawn, const Outcome& outcome
 }
 
 }  // namespace
+
+double grain_of(const Problem& problem, const Outcome& outcome) {
+  double size = 0;
+  for (std::size_t k = 0; k < outcome.point.size(); ++k) {
+    size += std::fabs(problem.objective->cost[k] * outcome.point[k]);
+  }
+  return std::numeric_limits<double>::epsilon() * size;
+}
 
 const char* refutation(const EngineProblem& drawn, const Outcome& outcome) {
   const Claim claim = claim_of(outcome);

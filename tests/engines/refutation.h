@@ -15,9 +15,15 @@ namespace sdpsol::testing {
 inline constexpr double kRounding = 1e-9;
 
 /// True if the value is beyond the limit by more than rounding.
-inline bool exceeds(double value, double limit) {
-  return value - limit > kRounding * std::max({1.0, std::fabs(value), std::fabs(limit)});
+/// @param grain what else it may be off by.
+inline bool exceeds(double value, double limit, double grain = 0) {
+  return value - limit > kRounding * std::max({1.0, std::fabs(value), std::fabs(limit)}) + grain;
 }
+
+/// What the rounding of the reported point may make of its objective. A point misses an
+/// equation by the rounding of its terms, and an objective that is a large multiple of the
+/// equation shows it.
+double grain_of(const Problem& problem, const Outcome& outcome);
 
 /// Why the outcome cannot be right; null if nothing is known against it. A text that
 /// lasts.
