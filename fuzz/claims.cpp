@@ -30,8 +30,8 @@ using Matrix = Eigen::Matrix<Extended, Eigen::Dynamic, Eigen::Dynamic>;
 
 // What is left where things are equal on paper: of the sizes of what was added up.
 constexpr Extended kEqual = 1e-9L;
-// What is left of an unknown that is 0 on paper: of the largest unknown, by which points are
-// moved onto equations.
+// What is left of an unknown that is 0 on paper: of the largest unknown, by which a reported
+// point was moved onto equations. The distance is that of the other point.
 constexpr Extended kMoved = 1e-14L;
 // More unknowns or rows take exact arithmetic too long.
 constexpr std::int32_t kFewUnknowns = 5;
@@ -83,8 +83,9 @@ Least least_of(const Value& at) {
 }
 
 /// @param strict how much a strict inequality must leave.
+/// @param moved what an equation may miss, of the largest unknown.
 void require_inside(const Problem& problem, const std::vector<double>& point,
-                    const std::vector<double>& distance, Extended strict) {
+                    const std::vector<double>& distance, Extended strict, Extended moved) {
   require(point.size() == static_cast<std::size_t>(problem.unknowns), "a point of another length");
   for (const double v : point)
     require(!problem.boxed || std::abs(v) <= problem.big_m, "a point outside the box");
@@ -97,7 +98,7 @@ void require_inside(const Problem& problem, const std::vector<double>& point,
       require(least.room >= -least.doubt - kEqual, "an inequality that does not hold");
     if (block.sense == Sense::kEqual)
       require(std::abs(at.value(0, 0)) <=
-                  at.reach(0, 0) + kEqual * at.size(0, 0) + kMoved * at.whole(0, 0),
+                  at.reach(0, 0) + kEqual * at.size(0, 0) + moved * at.whole(0, 0),
               "an equation that does not hold");
   }
 }
@@ -211,9 +212,9 @@ void require_confirmed(const Problem& problem, const Outcome& outcome, Claim cla
                   check_point(problem, outcome.interior).result == sdpsol::PointResult::kProven,
               "the checker does not confirm the point");
       require_inside(problem, outcome.interior, outcome.distance,
-                     outcome.distance.empty() ? 0.99L * sdpsol::kRoom : 0.0L);
+                     outcome.distance.empty() ? 0.99L * sdpsol::kRoom : 0.0L, 0);
       if (problem.objective) {
-        require_inside(problem, outcome.point, outcome.distance, -kEqual);
+        require_inside(problem, outcome.point, outcome.distance, -kEqual, kMoved);
         require_objective(problem, outcome);
       }
       return;
